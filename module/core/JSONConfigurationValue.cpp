@@ -1,0 +1,90 @@
+#include "core/JSONConfigurationValue.h"
+
+#include "core/JSONElementConversion.h"
+
+#include <QJsonValue>
+#include <QVariant>
+
+namespace {
+
+QJsonValue toJson(bool value) { return QJsonValue(value); }
+QJsonValue toJson(quint8 value) { return QJsonValue(static_cast<int>(value)); }
+QJsonValue toJson(quint16 value) { return QJsonValue(static_cast<int>(value)); }
+QJsonValue toJson(qint32 value) { return QJsonValue(value); }
+QJsonValue toJson(quint32 value) { return QJsonValue(static_cast<qint64>(value)); }
+// JSON numbers are doubles: values beyond 2^53 lose their lowest bits.
+QJsonValue toJson(quint64 value) { return QJsonValue(static_cast<double>(value)); }
+QJsonValue toJson(float value) { return QJsonValue(static_cast<double>(value)); }
+QJsonValue toJson(const QString& value) { return QJsonValue(value); }
+
+}
+
+template<typename T>
+JSONConfigurationValue<T>::JSONConfigurationValue(QString name, Getter getter, Setter setter, Validator validator)
+    : m_name(std::move(name))
+    , m_setter(std::move(setter))
+    , m_getter(std::move(getter))
+    , m_validator(std::move(validator))
+{
+}
+
+template<typename T>
+void JSONConfigurationValue<T>::writeToJson(QJsonObject& parent)
+{
+    if (!m_getter)
+        return;
+    parent.insert(m_name, toJson(m_getter()));
+}
+
+template<typename T>
+void JSONConfigurationValue<T>::readFromJson(const QJsonObject& parent)
+{
+    if (!m_setter)
+        return;
+    const QJsonValue json = parent.value(m_name);
+    T value {};
+    QString ignored;
+    // The strict conversion comes first so that reading agrees with what
+    // validation accepted (a variant would round 3.9 to 4, not truncate it).
+    if (!JSONElementConversion::fromJson(json, value, ignored)) {
+        QVariant variant = json.toVariant();
+        if (variant.convert(qMetaTypeId<T>()))
+            value = variant.value<T>();
+        else
+            value = T {};
+    }
+    m_setter(value);
+}
+
+template<typename T>
+void JSONConfigurationValue<T>::validate(QString& error, const QJsonObject& parent, QStringList path)
+{
+    path.append(m_name);
+    const QString joined = path.join(QLatin1Char('.'));
+    if (!parent.contains(m_name)) {
+        error = QStringLiteral("Mandatory field %1 is missing").arg(joined);
+        return;
+    }
+    T value {};
+    QString conversionError;
+    if (!JSONElementConversion::fromJson(parent.value(m_name), value, conversionError)) {
+        error = QStringLiteral("Field %1 type error: %2").arg(joined, conversionError);
+        return;
+    }
+    if (m_validator) {
+        const QString validationError = m_validator(value);
+        if (!validationError.isEmpty()) {
+            error = QStringLiteral("Field %1 validation error: %2").arg(joined, validationError);
+            return;
+        }
+    }
+}
+
+template class JSONConfigurationValue<bool>;
+template class JSONConfigurationValue<quint8>;
+template class JSONConfigurationValue<quint16>;
+template class JSONConfigurationValue<qint32>;
+template class JSONConfigurationValue<quint32>;
+template class JSONConfigurationValue<quint64>;
+template class JSONConfigurationValue<float>;
+template class JSONConfigurationValue<QString>;
