@@ -1,0 +1,355 @@
+#include "core/JSONConfigurationArray.h"
+#include "core/JSONConfigurationFile.h"
+#include "core/JSONConfigurationObject.h"
+#include "core/JSONConfigurationValue.h"
+#include "core/JSONVersion.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QString acceptAll() { return QString(); }
+
+// A root with one object "radar" holding a single leaf "v" of type T whose
+// value lands in `store`.
+template<typename T>
+std::unique_ptr<JSONConfigurationObject> singleLeafTree(QVariant& store)
+{
+    auto radar = std::make_unique<JSONConfigurationObject>("radar");
+    radar->addChild(std::make_unique<JSONConfigurationValue<T>>(
+        "v", [&store] { return store.value<T>(); },
+        [&store](const T& value) { store = QVariant::fromValue(value); },
+        [](const T&) { return acceptAll(); }));
+    auto root = std::make_unique<JSONConfigurationObject>("root");
+    root->addChild(std::move(radar));
+    return root;
+}
+
+std::unique_ptr<JSONConfigurationObject> treeFor(const QString& type, QVariant& store)
+{
+    if (type == "bool") return singleLeafTree<bool>(store);
+    if (type == "quint8") return singleLeafTree<quint8>(store);
+    if (type == "quint16") return singleLeafTree<quint16>(store);
+    if (type == "qint32") return singleLeafTree<qint32>(store);
+    if (type == "quint32") return singleLeafTree<quint32>(store);
+    if (type == "quint64") return singleLeafTree<quint64>(store);
+    if (type == "float") return singleLeafTree<float>(store);
+    return singleLeafTree<QString>(store);
+}
+
+struct Pair {
+    qint32 first = -1;
+    QString second = "unchanged";
+};
+
+// radar.common.first (int) and radar.common.second (text).
+std::unique_ptr<JSONConfigurationObject> pairTree(Pair& pair)
+{
+    auto common = std::make_unique<JSONConfigurationObject>("common");
+    common->addChild(std::make_unique<JSONConfigurationValue<qint32>>(
+        "first", [&pair] { return pair.first; }, [&pair](const qint32& v) { pair.first = v; },
+        [](const qint32&) { return acceptAll(); }));
+    common->addChild(std::make_unique<JSONConfigurationValue<QString>>(
+        "second", [&pair] { return pair.second; }, [&pair](const QString& v) { pair.second = v; },
+        [](const QString&) { return acceptAll(); }));
+    auto radar = std::make_unique<JSONConfigurationObject>("radar");
+    radar->addChild(std::move(common));
+    auto root = std::make_unique<JSONConfigurationObject>("root");
+    root->addChild(std::move(radar));
+    return root;
+}
+
+}
+
+class TestJSONConfigurationTree : public QObject
+{
+    Q_OBJECT
+private slots:
+    void leafConversion_data();
+    void leafConversion();
+    void missingNestedFieldNamesDottedPathAndAppliesNothing();
+    void objectNodeOverNonObject();
+    void array_data();
+    void array();
+    void validatorErrorIsReported();
+    void sameNamedSiblingsMergeAndBothReadBack();
+    void unknownKeysAreIgnored();
+    void parserErrorIsReported();
+    void jsonVersionCheck_data();
+    void jsonVersionCheck();
+    void jsonVersionNodeReadsItsMembers();
+    void fileRoundTripOmitsRootName();
+    void missingFileCannotBeOpened();
+    void failedSaveKeepsOldFile();
+};
+
+void TestJSONConfigurationTree::leafConversion_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QVariant>("stored");
+
+    QTest::newRow("3.9 truncates") << "qint32" << QByteArray("3.9") << "" << QVariant(qint32(3));
+    QTest::newRow("-3.9 truncates") << "qint32" << QByteArray("-3.9") << "" << QVariant(qint32(-3));
+    QTest::newRow("string for int") << "qint32" << QByteArray("\"3\"")
+                                    << "Field radar.v type error: Integer expected" << QVariant();
+    QTest::newRow("u8") << "quint8" << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
+    QTest::newRow("u16") << "quint16" << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
+    QTest::newRow("u32 max") << "quint32" << QByteArray("4294967295") << "" << QVariant::fromValue(quint32(4294967295u));
+    QTest::newRow("u64 2^53") << "quint64" << QByteArray("9007199254740992") << ""
+                              << QVariant::fromValue(quint64(1) << 53);
+    QTest::newRow("u64 2^63") << "quint64" << QByteArray("9223372036854775808") << ""
+                              << QVariant::fromValue(quint64(1) << 63);
+    QTest::newRow("u64 1.5*2^63") << "quint64" << QByteArray("13835058055282163712") << ""
+                                  << QVariant::fromValue((quint64(1) << 63) | (quint64(1) << 62));
+    QTest::newRow("bool for u64") << "quint64" << QByteArray("false")
+                                  << "Field radar.v type error: Integer expected" << QVariant();
+    QTest::newRow("float") << "float" << QByteArray("2.5") << "" << QVariant(2.5f);
+    QTest::newRow("integer for float") << "float" << QByteArray("3") << "" << QVariant(3.0f);
+    QTest::newRow("true for float") << "float" << QByteArray("true")
+                                    << "Field radar.v type error: Float expected" << QVariant();
+    QTest::newRow("bool") << "bool" << QByteArray("true") << "" << QVariant(true);
+    QTest::newRow("1 for bool") << "bool" << QByteArray("1")
+                                << "Field radar.v type error: Boolean expected" << QVariant();
+    QTest::newRow("text") << "QString" << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
+    QTest::newRow("number for text") << "QString" << QByteArray("5")
+                                     << "Field radar.v type error: String expected" << QVariant();
+    QTest::newRow("null for text") << "QString" << QByteArray("null")
+                                   << "Field radar.v type error: String expected" << QVariant();
+}
+
+void TestJSONConfigurationTree::leafConversion()
+{
+    QFETCH(QString, type);
+    QFETCH(QByteArray, json);
+    QFETCH(QString, error);
+    QFETCH(QVariant, stored);
+
+    QVariant store;
+    auto root = treeFor(type, store);
+    QCOMPARE(loadFromText(*root, "{\"radar\": {\"v\": " + json + "}}"), error);
+    // A failed load must not have called the setter at all.
+    QCOMPARE(store, stored);
+}
+
+void TestJSONConfigurationTree::missingNestedFieldNamesDottedPathAndAppliesNothing()
+{
+    Pair pair;
+    auto root = pairTree(pair);
+    QCOMPARE(loadFromText(*root, R"({"radar": {"common": {"first": 7}}})"),
+             QString("Mandatory field radar.common.second is missing"));
+    QCOMPARE(pair.first, -1);
+    QCOMPARE(loadFromText(*root, R"({"radar": {}})"), QString("Mandatory field radar.common is missing"));
+    QCOMPARE(loadFromText(*root, R"({})"), QString("Mandatory field radar is missing"));
+
+    QCOMPARE(loadFromText(*root, R"({"radar": {"common": {"first": 7, "second": "x"}}})"), QString());
+    QCOMPARE(pair.first, 7);
+    QCOMPARE(pair.second, QString("x"));
+}
+
+void TestJSONConfigurationTree::objectNodeOverNonObject()
+{
+    Pair pair;
+    auto root = pairTree(pair);
+    QCOMPARE(loadFromText(*root, R"({"radar": [1, 2]})"), QString("Field radar is not an JSON object"));
+
+    QJsonObject top { { "radar", QJsonArray { 1, 2 } } };
+    QTest::ignoreMessage(QtWarningMsg, "Json value with name 'radar' is different type than Object. It will be overriden!");
+    root->writeChildren(top);
+    QVERIFY(top.value("radar").isObject());
+    QCOMPARE(top.value("radar").toObject().value("common").toObject().value("first").toInt(), -1);
+}
+
+void TestJSONConfigurationTree::array_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QVector<qint32>>("ints");
+
+    QTest::newRow("numbers truncate") << QByteArray("[1, 2.7, -3.2]") << "" << QVector<qint32> { 1, 2, -3 };
+    QTest::newRow("empty") << QByteArray("[]") << "" << QVector<qint32> {};
+    QTest::newRow("not an array") << QByteArray("5") << "Field radar.list is not an JSON array" << QVector<qint32> { 9 };
+    QTest::newRow("bad element") << QByteArray("[1, \"x\"]") << "Field radar.list type error: Integer expected"
+                                 << QVector<qint32> { 9 };
+}
+
+void TestJSONConfigurationTree::array()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, error);
+    QFETCH(QVector<qint32>, ints);
+
+    QVector<qint32> stored { 9 };
+    auto radar = std::make_unique<JSONConfigurationObject>("radar");
+    radar->addChild(std::make_unique<JSONConfigurationArray<QVector<qint32>>>(
+        "list", [&] { return stored; }, [&](const QVector<qint32>& v) { stored = v; },
+        [](const QVector<qint32>&) { return QString(); }));
+    JSONConfigurationObject root("root");
+    root.addChild(std::move(radar));
+
+    QCOMPARE(loadFromText(root, "{\"radar\": {\"list\": " + json + "}}"), error);
+    QCOMPARE(stored, ints);
+}
+
+void TestJSONConfigurationTree::validatorErrorIsReported()
+{
+    QVector<float> stored { 1.0f };
+    JSONConfigurationObject root("root");
+    root.addChild(std::make_unique<JSONConfigurationArray<QVector<float>>>(
+        "gains", [&] { return stored; }, [&](const QVector<float>& v) { stored = v; },
+        [](const QVector<float>& v) { return v.size() > 2 ? QString("too many") : QString(); }));
+
+    QCOMPARE(loadFromText(root, R"({"gains": [0.5, 1, 2]})"), QString("Field gains validation error: too many"));
+    QCOMPARE(loadFromText(root, R"({"gains": [0.5, true]})"), QString("Field gains type error: Float expected"));
+    QCOMPARE(stored, QVector<float> { 1.0f });
+    QCOMPARE(loadFromText(root, R"({"gains": [0.5, 2]})"), QString());
+    QCOMPARE(stored, (QVector<float> { 0.5f, 2.0f }));
+
+    QJsonObject written;
+    root.writeChildren(written);
+    QCOMPARE(written.value("gains").toArray(), (QJsonArray { 0.5, 2.0 }));
+}
+
+void TestJSONConfigurationTree::sameNamedSiblingsMergeAndBothReadBack()
+{
+    qint32 a = 1;
+    QString b = "one";
+    const auto build = [&](JSONConfigurationObject& root) {
+        auto first = std::make_unique<JSONConfigurationObject>("radar");
+        first->addChild(std::make_unique<JSONConfigurationValue<qint32>>(
+            "a", [&] { return a; }, [&](const qint32& v) { a = v; }, [](const qint32&) { return QString(); }));
+        auto second = std::make_unique<JSONConfigurationObject>("radar");
+        second->addChild(std::make_unique<JSONConfigurationValue<QString>>(
+            "b", [&] { return b; }, [&](const QString& v) { b = v; }, [](const QString&) { return QString(); }));
+        // Settings classes hand out their own subtree; the owner collects them.
+        JSONConfigurationObject collected("collected");
+        collected.addChild(std::move(first));
+        collected.addChild(std::move(second));
+        root.addChildrenOf(collected);
+    };
+    JSONConfigurationObject root("root");
+    build(root);
+
+    QJsonObject top;
+    root.writeChildren(top);
+    QCOMPARE(top.keys(), QStringList { "radar" });
+    QCOMPARE(top.value("radar").toObject().value("a").toInt(), 1);
+    QCOMPARE(top.value("radar").toObject().value("b").toString(), QString("one"));
+
+    top = QJsonObject { { "radar", QJsonObject { { "a", 2 }, { "b", "two" } } } };
+    QCOMPARE(loadFromText(root, QJsonDocument(top).toJson()), QString());
+    QCOMPARE(a, 2);
+    QCOMPARE(b, QString("two"));
+}
+
+void TestJSONConfigurationTree::unknownKeysAreIgnored()
+{
+    Pair pair;
+    auto root = pairTree(pair);
+    QCOMPARE(loadFromText(*root, R"({"extra": 1, "radar": {"common": {"first": 4, "second": "s", "more": []}}})"),
+             QString());
+    QCOMPARE(pair.first, 4);
+}
+
+void TestJSONConfigurationTree::parserErrorIsReported()
+{
+    Pair pair;
+    auto root = pairTree(pair);
+    const QString error = loadFromText(*root, "{\"radar\": ");
+    QVERIFY2(error.startsWith("JSON parser error: "), qPrintable(error));
+    QVERIFY(error.size() > QString("JSON parser error: ").size());
+}
+
+void TestJSONConfigurationTree::jsonVersionCheck_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("both wrong: type first") << "KMR7B" << "2.0" << "Invalid json type";
+    QTest::newRow("type wrong") << "KMR7B" << "1.0" << "Invalid json type";
+    QTest::newRow("version wrong") << "KMR7A" << "2.0" << "Invalid json version";
+    QTest::newRow("match") << "KMR7A" << "1.0" << "";
+}
+
+void TestJSONConfigurationTree::jsonVersionCheck()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, version);
+    QFETCH(QString, error);
+    QCOMPARE(JSONVersion("KMR7A", "1.0").check(type, version), error);
+}
+
+void TestJSONConfigurationTree::jsonVersionNodeReadsItsMembers()
+{
+    JSONVersion stamp;
+    JSONConfigurationObject root("root");
+    root.addChild(stamp.configurationNode());
+    QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C_Extended", "version": "1.0"}})"), QString());
+    QCOMPARE(stamp.type(), QString("KMR7C_Extended"));
+    QCOMPARE(stamp.version(), QString("1.0"));
+    QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C"}})"),
+             QString("Mandatory field json_version.version is missing"));
+}
+
+void TestJSONConfigurationTree::fileRoundTripOmitsRootName()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath("settings.json");
+
+    Pair saved;
+    saved.first = 42;
+    saved.second = "saved";
+    auto savedRoot = pairTree(saved);
+    QVERIFY(saveToFile(*savedRoot, path));
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonObject top = QJsonDocument::fromJson(file.readAll()).object();
+    QCOMPARE(top.keys(), QStringList { "radar" });
+
+    Pair loaded;
+    auto loadedRoot = pairTree(loaded);
+    QCOMPARE(loadFromFile(*loadedRoot, path), QString());
+    QCOMPARE(loaded.first, 42);
+    QCOMPARE(loaded.second, QString("saved"));
+}
+
+void TestJSONConfigurationTree::missingFileCannotBeOpened()
+{
+    QTemporaryDir dir;
+    Pair pair;
+    auto root = pairTree(pair);
+    QCOMPARE(loadFromFile(*root, dir.filePath("absent.json")), QString("Cannot open file"));
+}
+
+void TestJSONConfigurationTree::failedSaveKeepsOldFile()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    // The name fits the file system's limit, but the temporary the save
+    // writes first (the name plus a random suffix) does not: the save fails
+    // before the target is touched, whatever the user's permissions.
+    const QString path = dir.filePath(QString(250, QLatin1Char('s')));
+    {
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("old contents");
+    }
+
+    Pair pair;
+    auto root = pairTree(pair);
+    QVERIFY(!saveToFile(*root, path));
+
+    QFile old(path);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("old contents"));
+}
+
+QTEST_GUILESS_MAIN(TestJSONConfigurationTree)
+#include "tst_JSONConfigurationTree.moc"
