@@ -1,0 +1,21 @@
+#pragma once
+
+#include "flashing/IRadarFirmwareSource.h"
+
+#include <QObject>
+
+// Firmware images shipped beside the application in "firmware/radar/".
+class RadarFirmwareSource : public QObject, public IRadarFirmwareSource
+{
+    Q_OBJECT
+public:
+    explicit RadarFirmwareSource(const QString& applicationDirectory, QObject* parent = nullptr);
+
+    QString firmwareDirectory() const override { return m_directory; }
+    QUrl firmwareDirectoryUrl() const override;
+    QString filenamePattern() const override;
+    QString firmwareImage() const override;
+
+private:
+    QString m_directory;
+};

@@ -1,0 +1,198 @@
+#include "frame/RadarCoordinator.h"
+
+#include "core/JSONConfigurationObject.h"
+#include "core/JSONConfigurationValue.h"
+#include "frame/IRadarSubmoduleCoordinator.h"
+
+#include <QMutexLocker>
+
+namespace {
+const QString standardMode = QStringLiteral("Standard");
+}
+
+RadarCoordinator::RadarCoordinator(QObject* parent)
+    : IRadarCoordinator(parent)
+{
+}
+
+RadarCoordinator::~RadarCoordinator() = default;
+
+std::unique_ptr<JSONConfigurationObject> RadarCoordinator::configurationNode()
+{
+    auto radar = std::make_unique<JSONConfigurationObject>(QStringLiteral("radar"));
+    radar->addChild(std::make_unique<JSONConfigurationValue<QString>>(
+        QStringLiteral("userMode"),
+        [this] { return m_userMode; },
+        [this](const QString& mode) { setUserMode(mode); },
+        [](const QString& mode) {
+            return mode.trimmed().isEmpty() ? QStringLiteral("User mode must not be empty") : QString();
+        }));
+    return radar;
+}
+
+IRadarSubmoduleCoordinator* RadarCoordinator::coordinatorFor(const Key& key)
+{
+    // An absent key is inserted with no coordinator, so the table also
+    // remembers the combinations that were asked for.
+    return m_table[key];
+}
+
+QSet<QString> RadarCoordinator::modesOf(vrn_Device_Shield_Type_t type) const
+{
+    QSet<QString> modes;
+    for (auto it = m_table.cbegin(); it != m_table.cend(); ++it) {
+        if (it.key().first == type)
+            modes.insert(it.key().second);
+    }
+    return modes;
+}
+
+bool RadarCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type)
+{
+    if (m_active) {
+        const bool connected = m_active->connectDevice(uuid, type);
+        refreshConnectedDevice();
+        return connected;
+    }
+
+    IRadarSubmoduleCoordinator* coordinator = nullptr;
+    const Key key { type, m_userMode };
+    if (m_table.contains(key)) {
+        coordinator = m_table.value(key);
+    } else {
+        m_userMode = standardMode;
+        emit userModeChanged(m_userMode);
+        coordinator = coordinatorFor({ type, standardMode });
+    }
+
+    activate(coordinator);
+    emit userModesChanged(modesOf(type));
+
+    if (!m_active)
+        return false;
+    const bool connected = m_active->connectDevice(uuid, type);
+    refreshConnectedDevice();
+    return connected;
+}
+
+void RadarCoordinator::disconnectDevice()
+{
+    if (m_active)
+        m_active->disconnectDevice();
+    refreshConnectedDevice();
+}
+
+bool RadarCoordinator::isConnected() const
+{
+    return m_active && m_active->isConnected();
+}
+
+bool RadarCoordinator::isDeviceConnected(const QString& uuid) const
+{
+    QMutexLocker lock(&m_connectedMutex);
+    return !m_connectedUuid.isEmpty() && m_connectedUuid == uuid;
+}
+
+void RadarCoordinator::startAcquisition()
+{
+    if (m_active)
+        m_active->startAcquisition();
+}
+
+void RadarCoordinator::stopAcquisition()
+{
+    if (m_active)
+        m_active->stopAcquisition();
+}
+
+bool RadarCoordinator::isAcquisitionActive() const
+{
+    return m_active && m_active->isAcquisitionActive();
+}
+
+QStringList RadarCoordinator::userModes() const
+{
+    QStringList modes;
+    for (auto it = m_table.cbegin(); it != m_table.cend(); ++it) {
+        if (!modes.contains(it.key().second))
+            modes.append(it.key().second);
+    }
+    return modes;
+}
+
+void RadarCoordinator::registerSubmoduleCoordinator(IRadarSubmoduleCoordinator* coordinator)
+{
+    if (!coordinator)
+        return;
+    for (const auto& mode : coordinator->supportedModes())
+        m_table[mode] = coordinator;
+}
+
+void RadarCoordinator::setUserMode(const QString& mode)
+{
+    // A mode is chosen for a connected board; without one there is nothing
+    // to switch and the mode stays as it is.
+    if (!m_active)
+        return;
+
+    IRadarSubmoduleCoordinator* next = coordinatorFor({ m_active->deviceType(), mode });
+
+    QString uuid;
+    vrn_Device_Shield_Type_t type = VRN_SHIELD_UNKNOWN;
+    if (m_active->isConnected()) {
+        uuid = m_active->deviceUuid();
+        type = m_active->deviceType();
+        IRadarSubmoduleCoordinator* previous = m_active;
+        deactivate();
+        previous->disconnectDevice();
+    }
+
+    activate(next);
+    m_userMode = mode;
+    emit userModeChanged(mode);
+
+    if (!uuid.isEmpty() && type != VRN_SHIELD_UNKNOWN)
+        connectDevice(uuid, type);
+    refreshConnectedDevice();
+}
+
+void RadarCoordinator::onSubmoduleCoordinatorIsConnectedChanged(bool isConnected)
+{
+    if (!isConnected) {
+        deactivate();
+        emit userModesChanged({});
+        emit triggerDetectDevices();
+    }
+    refreshConnectedDevice();
+    emit isConnectedChanged(isConnected);
+}
+
+void RadarCoordinator::activate(IRadarSubmoduleCoordinator* coordinator)
+{
+    deactivate();
+    m_active = coordinator;
+    if (!m_active)
+        return;
+    m_activeConnections = {
+        connect(m_active, &IRadarSubmoduleCoordinator::isConnectedChanged, this,
+                &RadarCoordinator::onSubmoduleCoordinatorIsConnectedChanged),
+        connect(m_active, &IRadarSubmoduleCoordinator::isAcquisitionActiveChanged, this,
+                &RadarCoordinator::isAcquisitionActiveChanged),
+        connect(this, &RadarCoordinator::triggerEvent, m_active, &IRadarSubmoduleCoordinator::onRadarEvent),
+    };
+}
+
+void RadarCoordinator::deactivate()
+{
+    for (const auto& connection : qAsConst(m_activeConnections))
+        disconnect(connection);
+    m_activeConnections.clear();
+    m_active = nullptr;
+}
+
+void RadarCoordinator::refreshConnectedDevice()
+{
+    const QString uuid = (m_active && m_active->isConnected()) ? m_active->deviceUuid() : QString();
+    QMutexLocker lock(&m_connectedMutex);
+    m_connectedUuid = uuid;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "frame/IRadarCoordinator.h"
+#include "frame/IRadarSubmoduleCoordinatorRegister.h"
+
+#include <QMap>
+#include <QMetaObject>
+#include <QMutex>
+#include <QPair>
+#include <QSet>
+#include <QVector>
+
+class IRadarSubmoduleCoordinator;
+
+// Keeps the table (shield type, user mode) -> submodule coordinator and
+// forwards device and acquisition operations to the active one. Lives on
+// the GUI thread; only isDeviceConnected is called from elsewhere.
+class RadarCoordinator : public IRadarCoordinator, public IRadarSubmoduleCoordinatorRegister
+{
+    Q_OBJECT
+    Q_PROPERTY(QString userMode READ userMode WRITE setUserMode NOTIFY userModeChanged)
+    Q_PROPERTY(QStringList submodules READ userModes NOTIFY userModesChanged)
+public:
+    using Key = QPair<vrn_Device_Shield_Type_t, QString>;
+
+    explicit RadarCoordinator(QObject* parent = nullptr);
+    ~RadarCoordinator() override;
+
+    std::unique_ptr<JSONConfigurationObject> configurationNode() override;
+    Q_INVOKABLE bool connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type) override;
+    Q_INVOKABLE void disconnectDevice() override;
+    Q_INVOKABLE bool isConnected() const override;
+    bool isDeviceConnected(const QString& uuid) const override;
+    Q_INVOKABLE void startAcquisition() override;
+    Q_INVOKABLE void stopAcquisition() override;
+    Q_INVOKABLE bool isAcquisitionActive() const override;
+    QStringList userModes() const override;
+
+    void registerSubmoduleCoordinator(IRadarSubmoduleCoordinator* coordinator) override;
+
+    QString userMode() const { return m_userMode; }
+    void setUserMode(const QString& mode);
+
+signals:
+    void userModeChanged(QString newMode);
+    void userModesChanged(QSet<QString> modes);
+
+public slots:
+    void onSubmoduleCoordinatorIsConnectedChanged(bool isConnected) override;
+
+private:
+    IRadarSubmoduleCoordinator* coordinatorFor(const Key& key);
+    QSet<QString> modesOf(vrn_Device_Shield_Type_t type) const;
+    void activate(IRadarSubmoduleCoordinator* coordinator);
+    void deactivate();
+    // Copies the active coordinator's connection into the snapshot that the
+    // detection thread reads.
+    void refreshConnectedDevice();
+
+    QMap<Key, IRadarSubmoduleCoordinator*> m_table;
+    IRadarSubmoduleCoordinator* m_active = nullptr;
+    QString m_userMode = QStringLiteral("Standard");
+    QVector<QMetaObject::Connection> m_activeConnections;
+
+    mutable QMutex m_connectedMutex;
+    QString m_connectedUuid; // empty when no board is connected
+};

@@ -1,0 +1,96 @@
+// tavrin-workbench: the reference host of the radar module, with a command
+// line for scripted, headless sessions.
+#include "ModuleHost.h"
+
+#include "host/IModule.h"
+
+#include <QCommandLineParser>
+#include <QGuiApplication>
+#include <QTextStream>
+#include <cstdio>
+
+namespace {
+
+constexpr const char* workbenchVersion = "1.0.0";
+
+enum ExitCode { Success = 0, UsageError = 1, SettingsError = 2, StartError = 3 };
+
+QTextStream& out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream& err()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+int runCheck(ModuleHost& host)
+{
+    const auto info = host.module()->moduleInfo();
+    out() << info.first << ' ' << info.second << Qt::endl;
+    if (!host.settingsError().isEmpty()) {
+        err() << host.settingsError() << Qt::endl;
+        return SettingsError;
+    }
+    if (!host.saveSettings()) {
+        err() << "Cannot write settings file " << host.settingsPath() << Qt::endl;
+        return SettingsError;
+    }
+    return Success;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    // The command-line sessions need no screen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    QGuiApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tavrin-workbench"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(workbenchVersion));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Tavrin Workbench: loads the radar module and drives sensor boards."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption checkOption(QStringLiteral("check"),
+        QStringLiteral("Load and initialise the module, print its name and version, save the settings and exit."));
+    const QCommandLineOption moduleOption(QStringLiteral("module"),
+        QStringLiteral("Module library to load (default: libradar.so next to the executable)."), QStringLiteral("PATH"));
+    const QCommandLineOption sdkOption(QStringLiteral("sdk"),
+        QStringLiteral("Radar SDK library to load (default: the simulator, libvrn_sim.so next to the executable)."),
+        QStringLiteral("PATH"));
+    const QCommandLineOption settingsOption(QStringLiteral("settings"),
+        QStringLiteral("Settings file (default: tavrin-workbench/settings.json in the user's configuration directory)."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption benchOption(QStringLiteral("bench"),
+        QStringLiteral("Bench of simulated boards (JSON); same as the environment variable VRN_SIM_BENCH."),
+        QStringLiteral("FILE"));
+    parser.addOptions({ checkOption, moduleOption, sdkOption, settingsOption, benchOption });
+    parser.process(app);
+
+    if (parser.isSet(benchOption))
+        qputenv("VRN_SIM_BENCH", parser.value(benchOption).toLocal8Bit());
+
+    ModuleHost host;
+    const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption), parser.value(settingsOption) });
+    if (!error.isEmpty()) {
+        err() << error << Qt::endl;
+        return StartError;
+    }
+
+    int code = Success;
+    if (parser.isSet(checkOption)) {
+        code = runCheck(host);
+    } else {
+        err() << "Nothing to do: give --check (more sessions come with the window and the headless mode)." << Qt::endl;
+        code = UsageError;
+    }
+    host.stop();
+    return code;
+}
