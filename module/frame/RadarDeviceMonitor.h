@@ -25,6 +25,8 @@ public:
     RadarDeviceMonitor(IBroker* broker, IRadarCoordinator* coordinator, QObject* parent = nullptr);
     ~RadarDeviceMonitor() override;
 
+    DetectionState detectionState() const { return DetectionState(m_state.loadAcquire()); }
+
 signals:
     void deviceAdded(std::shared_ptr<IDevice> device);
     void deviceRemoved(QString name);

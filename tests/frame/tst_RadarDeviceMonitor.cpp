@@ -1,0 +1,187 @@
+#include "FakeDeviceListSdk.h"
+#include "FakeSubmoduleCoordinator.h"
+
+#include "frame/RadarCoordinator.h"
+#include "frame/RadarDeviceMonitor.h"
+#include "frame/RadarDeviceProxy.h"
+#include "host/IBroker.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using FakeDeviceListSdk::script;
+
+namespace {
+
+class FakeBroker : public IBroker
+{
+public:
+    const Vrn* sdk() const override { return FakeDeviceListSdk::table(); }
+    QString applicationDirectory() const override { return {}; }
+};
+
+void attach(QVector<QPair<vrn_Device_Shield_Type_t, QString>> boards, int failingEntry = -1)
+{
+    QMutexLocker lock(&script().mutex);
+    script().boards = std::move(boards);
+    script().failingEntry = failingEntry;
+}
+
+} // namespace
+
+class TestRadarDeviceMonitor : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeBroker m_broker;
+    FakeSubmoduleCoordinator m_standard { { { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") } } };
+    RadarCoordinator m_coordinator;
+    std::unique_ptr<RadarDeviceMonitor> m_monitor;
+    std::unique_ptr<QSignalSpy> m_added;
+    std::unique_ptr<QSignalSpy> m_removed;
+
+    // Runs one detection and waits until the monitor is idle again.
+    void detect()
+    {
+        m_monitor->detectDevices();
+        QTRY_COMPARE(m_monitor->detectionState(), RadarDeviceMonitor::Idle);
+    }
+
+    QStringList addedNames() const
+    {
+        QStringList names;
+        for (const auto& args : *m_added)
+            names << args.first().value<std::shared_ptr<IDevice>>()->name();
+        return names;
+    }
+
+    QStringList removedNames() const
+    {
+        QStringList names;
+        for (const auto& args : *m_removed)
+            names << args.first().toString();
+        names.sort(); // known boards are kept in a hash: removals come in no particular order
+        return names;
+    }
+
+private slots:
+    void initTestCase() { m_coordinator.registerSubmoduleCoordinator(&m_standard); }
+
+    void init()
+    {
+        {
+            QMutexLocker lock(&script().mutex);
+            script().boards.clear();
+            script().failingEntry = -1;
+            script().failList = false;
+            script().listCalls = 0;
+            script().gated = false;
+        }
+        script().entered.tryAcquire(script().entered.available());
+        m_monitor = std::make_unique<RadarDeviceMonitor>(&m_broker, &m_coordinator);
+        m_added = std::make_unique<QSignalSpy>(m_monitor.get(), &RadarDeviceMonitor::deviceAdded);
+        m_removed = std::make_unique<QSignalSpy>(m_monitor.get(), &RadarDeviceMonitor::deviceRemoved);
+    }
+
+    void cleanup()
+    {
+        m_standard.disconnectDevice();
+        m_monitor.reset();
+    }
+
+    void newBoardsGetProxiesWithTheirIdentity()
+    {
+        attach({ { VRN_SHIELD_FMCW_512, "a-1" }, { VRN_SHIELD_ZP7_768, "b-2" } });
+        detect();
+        QCOMPARE(m_added->count(), 2);
+        auto first = std::dynamic_pointer_cast<RadarDeviceProxy>(m_added->at(0).first().value<std::shared_ptr<IDevice>>());
+        auto second = std::dynamic_pointer_cast<RadarDeviceProxy>(m_added->at(1).first().value<std::shared_ptr<IDevice>>());
+        QVERIFY(first && second);
+        QCOMPARE(first->name(), QString("Radar"));
+        QCOMPARE(first->uuid(), QString("a-1"));
+        QCOMPARE(first->shieldType(), VRN_SHIELD_FMCW_512);
+        QCOMPARE(second->name(), QString("Radar #2"));
+        QCOMPARE(second->shieldType(), VRN_SHIELD_ZP7_768);
+
+        // Nothing changed: a second scan announces nothing.
+        detect();
+        QCOMPARE(m_added->count(), 2);
+        QCOMPARE(m_removed->count(), 0);
+    }
+
+    void namesAreNeverReused()
+    {
+        attach({ { VRN_SHIELD_FMCW_512, "a" }, { VRN_SHIELD_FMCW_512, "b" } });
+        detect();
+        attach({ { VRN_SHIELD_FMCW_512, "b" } });
+        detect();
+        attach({ { VRN_SHIELD_FMCW_512, "b" }, { VRN_SHIELD_FMCW_512, "c" } });
+        detect();
+        attach({ { VRN_SHIELD_FMCW_512, "a" }, { VRN_SHIELD_FMCW_512, "b" }, { VRN_SHIELD_FMCW_512, "c" } });
+        detect();
+
+        QCOMPARE(addedNames(), QStringList({ "Radar", "Radar #2", "Radar #3", "Radar" }));
+        QCOMPARE(removedNames(), QStringList { "Radar" });
+    }
+
+    void connectedBoardMissingFromListIsKept()
+    {
+        attach({ { VRN_SHIELD_FMCW_512, "open-one" }, { VRN_SHIELD_FMCW_512, "other" } });
+        detect();
+        QVERIFY(m_coordinator.connectDevice("open-one", VRN_SHIELD_FMCW_512));
+
+        // An opened board drops out of the SDK's list while in use.
+        attach({});
+        detect();
+        QCOMPARE(removedNames(), QStringList { "Radar #2" });
+    }
+
+    void unreadableEntryLooksLikeNoBoard()
+    {
+        attach({ { VRN_SHIELD_FMCW_512, "1" }, { VRN_SHIELD_FMCW_512, "2" }, { VRN_SHIELD_FMCW_512, "3" } });
+        detect();
+        QCOMPARE(m_added->count(), 3);
+
+        attach({ { VRN_SHIELD_FMCW_512, "1" }, { VRN_SHIELD_FMCW_512, "2" }, { VRN_SHIELD_FMCW_512, "3" } }, 1);
+        QTest::ignoreMessage(QtCriticalMsg, "Getting device from SDK device list failed entry unreadable");
+        detect();
+        QCOMPARE(removedNames(), QStringList({ "Radar", "Radar #2", "Radar #3" }));
+    }
+
+    void failedListRemovesUnconnectedBoards()
+    {
+        attach({ { VRN_SHIELD_FMCW_512, "1" } });
+        detect();
+        {
+            QMutexLocker lock(&script().mutex);
+            script().failList = true;
+        }
+        QTest::ignoreMessage(QtCriticalMsg, "Getting sdk Radar device list failed list unavailable");
+        detect();
+        QCOMPARE(removedNames(), QStringList { "Radar" });
+    }
+
+    void requestsDuringAScanCoalesceIntoOneRescan()
+    {
+        {
+            QMutexLocker lock(&script().mutex);
+            script().gated = true;
+        }
+        m_monitor->detectDevices();
+        QVERIFY(script().entered.tryAcquire(1, 5000)); // the first scan is inside the SDK
+
+        m_monitor->detectDevices();
+        m_monitor->detectDevices();
+        m_monitor->detectDevices();
+        QCOMPARE(m_monitor->detectionState(), RadarDeviceMonitor::DetectionPending);
+
+        script().gate.release(2);
+        QTRY_COMPARE(m_monitor->detectionState(), RadarDeviceMonitor::Idle);
+        QMutexLocker lock(&script().mutex);
+        QCOMPARE(script().listCalls, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRadarDeviceMonitor)
+#include "tst_RadarDeviceMonitor.moc"
