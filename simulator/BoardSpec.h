@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ChipModel.h"
+#include "Scene.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vrnsim {
+
+// A fault the bench schedules by frame number.
+struct ScheduledFault {
+    uint64_t atFrame = 0;     // frames delivered since the board was opened
+    int32_t status = 0;
+    uint32_t count = 1;
+    bool unplug = false;      // the board drops off the bus instead
+};
+
+// One board of a bench, as written in the bench file.
+struct BoardSpec {
+    std::string uuid;
+    int shield = 0;
+    const ChipModel* chip = nullptr;
+    uint16_t firmware[3] = {2, 5, 1};
+    std::string firmwareDescription;
+    std::string port;
+    bool realtime = true;
+    double noise = 0.002;
+    uint64_t seed = 1;
+    uint32_t fifoFrames = 4;
+    double ambientC = 25.0;
+    double heatingC = 20.0;        // rise above ambient at full duty
+    double thermalTimeS = 60.0;    // time constant of that rise
+    Scene scene;
+    std::vector<ScheduledFault> faults;
+};
+
+struct Bench {
+    std::vector<BoardSpec> boards;
+};
+
+}  // namespace vrnsim

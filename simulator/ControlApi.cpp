@@ -1,0 +1,108 @@
+// The control table of the simulator (see include/vrn_sim.h).
+
+#include "BenchParser.h"
+#include "ErrorText.h"
+#include "Simulator.h"
+
+#include <vrn_sim.h>
+
+namespace vrnsim {
+
+namespace {
+
+const char* answer(bool ok, const std::string& error)
+{
+    return ok ? nullptr : ErrorText::set(error);
+}
+
+const char* loadBenchFile(const char* path)
+{
+    if (!path)
+        return ErrorText::set("The bench file path is null");
+    std::string error;
+    const bool ok = Simulator::instance().loadBenchFile(path, error);
+    return answer(ok, error);
+}
+
+const char* loadBenchJson(const char* json)
+{
+    std::string error;
+    const bool ok = json ? Simulator::instance().loadBenchJson(json, "Bench", error)
+                         : Simulator::instance().loadBenchJson(BenchParser::defaultBenchJson(), "Bench", error);
+    return answer(ok, error);
+}
+
+const char* reset()
+{
+    std::string error;
+    Simulator::instance().clearFaults(nullptr, error);
+    return loadBenchJson(nullptr);
+}
+
+const char* plugBoard(const char* json)
+{
+    if (!json)
+        return ErrorText::set("The board description is null");
+    std::string error;
+    const bool ok = Simulator::instance().plug(json, error);
+    return answer(ok, error);
+}
+
+const char* unplugBoard(const char* uuid)
+{
+    if (!uuid)
+        return ErrorText::set("The uuid is null");
+    std::string error;
+    const bool ok = Simulator::instance().unplug(uuid, error);
+    return answer(ok, error);
+}
+
+void setChangeCallback(VrnSimChangeCallback callback, void* user)
+{
+    Simulator::instance().setChangeCallback(callback, user);
+}
+
+const char* injectFault(const char* uuid, const VrnSimFault* fault)
+{
+    if (!fault)
+        return ErrorText::set("The fault record is null");
+    std::string error;
+    const bool ok = Simulator::instance().injectFault(uuid, *fault, error);
+    return answer(ok, error);
+}
+
+const char* clearFaults(const char* uuid)
+{
+    std::string error;
+    const bool ok = Simulator::instance().clearFaults(uuid, error);
+    return answer(ok, error);
+}
+
+uint64_t droppedFrames(const char* uuid)
+{
+    return uuid ? Simulator::instance().droppedFrames(uuid) : 0;
+}
+
+}  // namespace
+
+}  // namespace vrnsim
+
+extern "C" __attribute__((visibility("default"))) const VrnSimControl* vrnsim_control(void)
+{
+    static const VrnSimControl control = [] {
+        VrnSimControl c{};
+        c.version = VRNSIM_CONTROL_VERSION;
+        c.struct_size = sizeof(VrnSimControl);
+        c.load_bench_file = vrnsim::loadBenchFile;
+        c.load_bench_json = vrnsim::loadBenchJson;
+        c.reset = vrnsim::reset;
+        c.plug_board = vrnsim::plugBoard;
+        c.unplug_board = vrnsim::unplugBoard;
+        c.set_change_callback = vrnsim::setChangeCallback;
+        c.inject_fault = vrnsim::injectFault;
+        c.clear_faults = vrnsim::clearFaults;
+        c.dropped_frames = vrnsim::droppedFrames;
+        return c;
+    }();
+    return &control;
+}

@@ -1,0 +1,389 @@
+#include "Api.h"
+
+#include "ErrorText.h"
+#include "FrameMemory.h"
+#include "Handles.h"
+#include "MetricsTranslator.h"
+#include "Propagation.h"
+#include "Simulator.h"
+
+#include <cstring>
+#include <new>
+
+namespace vrnsim {
+
+vrn_Error_t lostText()
+{
+    return ErrorText::fromStatus(VRN_STATUS_COMMUNICATION_LOST);
+}
+
+void unplugScheduled(const std::shared_ptr<Board>& board)
+{
+    std::string ignored;
+    Simulator::instance().unplug(board->spec().uuid, ignored);
+}
+
+namespace device {
+
+namespace {
+
+vrn_Error_t noHandle()
+{
+    return ErrorText::set("The device handle is null");
+}
+
+vrn_Error_t noOutput()
+{
+    return ErrorText::set("An output pointer is null");
+}
+
+}  // namespace
+
+void fillInfo(const Board& board, vrn_Device_Info_t& info)
+{
+    const ChipModel& chip = board.chip();
+    info = vrn_Device_Info_t{};
+    std::strncpy(info.name, chip.name, VRN_NAME_MAX - 1);
+    info.min_rf_frequency_Hz = chip.minRfHz;
+    info.max_rf_frequency_Hz = chip.maxRfHz;
+    info.num_tx_antennas = uint8_t(chip.numTx);
+    info.num_rx_antennas = uint8_t(chip.numRx);
+    info.max_tx_power = uint8_t(chip.maxTxPowerLevel);
+    info.adc_resolution_bits = uint8_t(chip.adcBits);
+    info.max_sample_rate_Hz = chip.maxSampleRateHz;
+    info.shield_type = static_cast<vrn_Device_Shield_Type_t>(board.spec().shield);
+}
+
+void fillFirmware(const Board& board, vrn_Firmware_Info_t& info)
+{
+    info = vrn_Firmware_Info_t{};
+    std::strncpy(info.description, board.spec().firmwareDescription.c_str(), VRN_DESCRIPTION_MAX - 1);
+    info.version_major = board.spec().firmware[0];
+    info.version_minor = board.spec().firmware[1];
+    info.version_build = board.spec().firmware[2];
+}
+
+vrn_Error_t listGet(vrn_Device_List_Handle* list)
+{
+    if (!list)
+        return noOutput();
+    std::string error;
+    if (!Simulator::instance().ensureLoaded(error))
+        return ErrorText::set(error);
+    auto* handle = new (std::nothrow) vrn_Device_List_s;
+    if (!handle)
+        return ErrorText::set("Out of memory while listing devices");
+    handle->entries = Simulator::instance().availableBoards();
+    *list = handle;
+    return nullptr;
+}
+
+vrn_Error_t listSize(vrn_Device_List_Handle list, uint32_t* count)
+{
+    if (!list)
+        return ErrorText::set("The device list handle is null");
+    if (!count)
+        return noOutput();
+    *count = uint32_t(list->entries.size());
+    return nullptr;
+}
+
+vrn_Error_t listEntry(vrn_Device_List_Handle list, uint32_t index, vrn_Device_List_Entry_t* entry)
+{
+    if (!list)
+        return ErrorText::set("The device list handle is null");
+    if (!entry)
+        return noOutput();
+    if (index >= list->entries.size())
+        return ErrorText::set("Device list index " + std::to_string(index) + " is out of range (" +
+                              std::to_string(list->entries.size()) + " entries)");
+    if (Simulator::instance().takeListEntryFault(index))
+        return ErrorText::set("Reading device list entry " + std::to_string(index) + " failed: " +
+                              ErrorText::statusText(VRN_STATUS_COMMUNICATION_ERROR));
+    *entry = list->entries[index];
+    return nullptr;
+}
+
+vrn_Error_t listDestroy(vrn_Device_List_Handle list)
+{
+    if (!list)
+        return ErrorText::set("The device list handle is null");
+    delete list;
+    return nullptr;
+}
+
+vrn_Status_t createByUuid(const char* uuid, vrn_Device_Handle* device)
+{
+    if (!uuid || !device)
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "uuid and output handle must not be null");
+    std::string error;
+    if (!Simulator::instance().ensureLoaded(error))
+        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, error);
+    std::shared_ptr<Board> board = Simulator::instance().find(uuid);
+    if (!board)
+        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, std::string("no board \"") + uuid + "\"");
+    if (board->chip().pulsedDoppler)
+        return ErrorText::status(VRN_STATUS_NOT_SUPPORTED,
+                                 "the ZP7 is a pulsed-Doppler device; open it as such");
+    bool nullHandle = false;
+    const vrn_Status_t status = board->open(nullHandle);
+    if (status == VRN_STATUS_FIRMWARE_NOT_SUPPORTED)
+        return ErrorText::status(status, "this SDK needs firmware 2.0.0 or later");
+    if (status != VRN_STATUS_OK)
+        return status;
+    if (nullHandle) {
+        *device = nullptr;
+        return VRN_STATUS_OK;
+    }
+    auto* handle = new (std::nothrow) vrn_Device_s(board);
+    if (!handle) {
+        board->close();
+        return ErrorText::status(VRN_STATUS_COMMUNICATION_ERROR, "out of memory");
+    }
+    std::string ignored;
+    MetricsTranslator::translate(board->chip(), MetricsTranslator::defaultMetrics(), handle->config, ignored);
+    handle->synth.configure(handle->config);
+    *device = handle;
+    return VRN_STATUS_OK;
+}
+
+vrn_Error_t destroy(vrn_Device_Handle device)
+{
+    if (!device)
+        return noHandle();
+    if (device->cw)
+        return ErrorText::set("Destroy the CW controller of the device first");
+    device->board->close();
+    delete device;
+    return nullptr;
+}
+
+vrn_Error_t metricsLimits(vrn_Device_Handle device, vrn_Metrics_Limits_t* limits)
+{
+    if (!device)
+        return noHandle();
+    if (!limits)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    std::lock_guard<std::mutex> lock(device->mutex);
+    MetricsTranslator::limits(device->board->chip(), device->config, *limits);
+    return nullptr;
+}
+
+vrn_Error_t translateMetrics(vrn_Device_Handle device, const vrn_Metrics_t* metrics, vrn_Device_Config_t* config)
+{
+    if (!device)
+        return noHandle();
+    if (!metrics || !config)
+        return ErrorText::set("Metrics and configuration records must not be null");
+    std::string error;
+    vrn_Device_Config_t out{};
+    if (!MetricsTranslator::translate(device->board->chip(), *metrics, out, error))
+        return ErrorText::set("Cannot translate the metrics: " + error);
+    *config = out;
+    return nullptr;
+}
+
+vrn_Error_t setConfig(vrn_Device_Handle device, const vrn_Device_Config_t* config)
+{
+    if (!device)
+        return noHandle();
+    if (!config)
+        return ErrorText::set("The configuration record is null");
+    if (!device->board->isPlugged())
+        return lostText();
+    std::string error;
+    if (!MetricsTranslator::validate(device->board->chip(), *config, error))
+        return ErrorText::set("Invalid device configuration: " + error);
+    std::lock_guard<std::mutex> lock(device->mutex);
+    // A new configuration restarts acquisition with the next fetch.
+    device->board->stopAcquisition();
+    device->config = *config;
+    device->synth.configure(*config);
+    return nullptr;
+}
+
+vrn_Error_t getConfig(vrn_Device_Handle device, vrn_Device_Config_t* config)
+{
+    if (!device)
+        return noHandle();
+    if (!config)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    std::lock_guard<std::mutex> lock(device->mutex);
+    *config = device->config;
+    return nullptr;
+}
+
+vrn_Error_t chirpTime(vrn_Device_Handle device, const vrn_Device_Config_t* config, float* seconds)
+{
+    if (!device)
+        return noHandle();
+    if (!config || !seconds)
+        return ErrorText::set("Configuration and output must not be null");
+    if (config->sample_rate_Hz == 0)
+        return ErrorText::set("The sample rate of the configuration is 0");
+    *seconds = float(MetricsTranslator::chirpTime(*config));
+    return nullptr;
+}
+
+vrn_Error_t pulseRepetitionTime(const vrn_Device_Config_t* config, float* seconds)
+{
+    if (!config || !seconds)
+        return ErrorText::set("Configuration and output must not be null");
+    *seconds = float(MetricsTranslator::pulseRepetitionTime(*config));
+    return nullptr;
+}
+
+vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t timeoutMs)
+{
+    if (!device || !frame)
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and frame must not be null");
+    std::lock_guard<std::mutex> lock(device->mutex);
+    const vrn_Device_Config_t& config = device->config;
+    // A frame whose user zeroed num_rx after clearing it is still ours to fill.
+    const uint32_t capacity = FrameMemory::frameChannels(frame);
+    const uint32_t channels = device->synth.channelCount();
+    if (frame->num_rx == 0 && capacity == channels)
+        frame->num_rx = capacity;
+    bool fits = frame->num_rx == channels && frame->rx_data;
+    for (uint32_t i = 0; fits && i < channels; ++i) {
+        const vrn_Matrix_R_s* m = frame->rx_data[i];
+        fits = m && m->data && m->rows == config.num_chirps_per_frame && m->cols == config.num_samples_per_chirp &&
+               m->stride >= m->cols;
+    }
+    if (!fits)
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT,
+                                 "the frame does not have the configured shape of " + std::to_string(channels) +
+                                     " channels x " + std::to_string(config.num_chirps_per_frame) + " chirps x " +
+                                     std::to_string(config.num_samples_per_chirp) + " samples");
+    Pacing pacing;
+    pacing.frameTimeS = config.frame_repetition_time_s;
+    pacing.burstS = config.num_chirps_per_frame * double(config.chirp_repetition_time_s);
+    pacing.duty = pacing.burstS / pacing.frameTimeS;
+    FrameTicket ticket;
+    const vrn_Status_t status = device->board->awaitFrame(pacing, timeoutMs, ticket);
+    if (ticket.unplugNow)
+        unplugScheduled(device->board);
+    if (status != VRN_STATUS_OK)
+        return status;
+    const double txDbm = Propagation::fmcwTxPowerDbm(config.tx_power_level, device->board->chip().maxTxPowerLevel,
+                                                     ticket.temperatureC);
+    device->synth.synthesize(ticket.sceneTime, ticket.index, txDbm, *frame);
+    return VRN_STATUS_OK;
+}
+
+vrn_Error_t stopAcquisition(vrn_Device_Handle device, uint8_t* stopped)
+{
+    if (!device)
+        return noHandle();
+    if (!stopped)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    device->board->stopAcquisition();
+    *stopped = 1;
+    return nullptr;
+}
+
+vrn_Status_t temperature(vrn_Device_Handle device, float* celsius)
+{
+    if (!device || !celsius)
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
+    if (!device->board->isPlugged())
+        return VRN_STATUS_COMMUNICATION_LOST;
+    int32_t status = 0;
+    if (device->board->takeTemperatureFault(status))
+        return status;
+    *celsius = float(device->board->temperature());
+    return VRN_STATUS_OK;
+}
+
+vrn_Error_t numRx(vrn_Device_Handle device, uint32_t* count)
+{
+    if (!device)
+        return noHandle();
+    if (!count)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    *count = device->board->chip().numRx;
+    return nullptr;
+}
+
+vrn_Error_t numTx(vrn_Device_Handle device, uint32_t* count)
+{
+    if (!device)
+        return noHandle();
+    if (!count)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    *count = device->board->chip().numTx;
+    return nullptr;
+}
+
+vrn_Error_t info(vrn_Device_Handle device, vrn_Device_Info_t* out)
+{
+    if (!device)
+        return noHandle();
+    if (!out)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    fillInfo(*device->board, *out);
+    return nullptr;
+}
+
+vrn_Error_t firmware(vrn_Device_Handle device, vrn_Firmware_Info_t* out)
+{
+    if (!device)
+        return noHandle();
+    if (!out)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    fillFirmware(*device->board, *out);
+    return nullptr;
+}
+
+vrn_Error_t type(vrn_Device_Handle device, vrn_Device_Type_t* out)
+{
+    if (!device)
+        return noHandle();
+    if (!out)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    *out = device->board->chip().type;
+    return nullptr;
+}
+
+vrn_Error_t txPower(vrn_Device_Handle device, uint32_t antenna, float* dBm)
+{
+    if (!device)
+        return noHandle();
+    if (!dBm)
+        return noOutput();
+    if (!device->board->isPlugged())
+        return lostText();
+    const ChipModel& chip = device->board->chip();
+    if (antenna >= chip.numTx)
+        return ErrorText::set("Tx antenna " + std::to_string(antenna) + " does not exist; the " + chip.name +
+                              " has " + std::to_string(chip.numTx));
+    int32_t status = 0;
+    if (device->board->takeTxPowerFault(status))
+        return ErrorText::set(std::string("Reading the Tx power failed: ") + ErrorText::statusText(status));
+    uint32_t level;
+    {
+        std::lock_guard<std::mutex> lock(device->mutex);
+        level = device->config.tx_power_level;
+    }
+    *dBm = float(Propagation::fmcwTxPowerDbm(level, chip.maxTxPowerLevel, device->board->temperature()));
+    return nullptr;
+}
+
+}  // namespace device
+}  // namespace vrnsim

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Board.h"
+
+#include <vrn_sim.h>
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace vrnsim {
+
+// The bench: which boards are plugged in. One process-wide instance, loaded
+// on first use from the file named by VRN_SIM_BENCH or else the embedded
+// default. Board set changes fire the registered callback after the registry
+// lock is released, so the callback may call back into the SDK.
+class Simulator
+{
+public:
+    static Simulator& instance();
+
+    // Loads the bench once; false with the load error if the bench is bad.
+    bool ensureLoaded(std::string& error);
+
+    bool loadBenchJson(const std::string& json, const std::string& origin, std::string& error);
+    bool loadBenchFile(const std::string& path, std::string& error);
+    bool plug(const std::string& boardJson, std::string& error);
+    bool unplug(const std::string& uuid, std::string& error);
+    void setChangeCallback(VrnSimChangeCallback callback, void* user);
+    bool injectFault(const char* uuid, const VrnSimFault& fault, std::string& error);
+    bool clearFaults(const char* uuid, std::string& error);
+    uint64_t droppedFrames(const std::string& uuid);
+
+    // Boards plugged and not opened, in bench order.
+    std::vector<vrn_Device_List_Entry_t> availableBoards();
+    std::shared_ptr<Board> find(const std::string& uuid);
+    bool takeListEntryFault(uint32_t index);
+
+private:
+    Simulator() = default;
+    void replaceBoards(std::vector<std::shared_ptr<Board>> boards);
+    void notifyChange();
+
+    std::mutex m_loadMutex;
+    std::mutex m_mutex;
+    bool m_loaded = false;
+    std::string m_loadError;
+    std::vector<std::shared_ptr<Board>> m_boards;
+    VrnSimChangeCallback m_callback = nullptr;
+    void* m_callbackUser = nullptr;
+    bool m_listFaultArmed = false;
+    uint32_t m_listFaultIndex = 0;
+    uint32_t m_listFaultRemaining = 0;
+    bool m_listFaultForever = false;
+};
+
+}  // namespace vrnsim

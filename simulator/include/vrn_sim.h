@@ -1,0 +1,81 @@
+/*
+ * Control interface of the simulated radar SDK.
+ *
+ * Besides vrn_entry_points() the simulator exports vrnsim_control(), a second
+ * table through which tests and the workbench change the simulated bench:
+ * load a bench, plug and unplug boards, watch the board set and inject the
+ * failures that real boards produce. A real SDK does not export it, so callers
+ * resolve it with dlsym and carry on without it.
+ *
+ * Functions returning const char* answer NULL on success, otherwise an English
+ * sentence that stays valid until the next call on the same thread.
+ */
+#ifndef VRN_SIM_H
+#define VRN_SIM_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define VRNSIM_CONTROL_VERSION 1u
+
+typedef enum VrnSimFaultKind {
+    /* the next `count` frame fetches (FMCW, CW capture, ZP7) answer `status`;
+       a 0x1100d fault waits for the fetch's timeout first, as a board does */
+    VRNSIM_FAULT_FETCH = 1,
+    /* the next `count` opens answer `status`; status 0 opens nothing and
+       answers success with a null handle */
+    VRNSIM_FAULT_OPEN = 2,
+    /* reading entry `index` of a device list fails, `count` times */
+    VRNSIM_FAULT_LIST_ENTRY = 3,
+    /* the next `count` temperature reads answer `status` */
+    VRNSIM_FAULT_TEMPERATURE = 4,
+    /* the next `count` Tx power reads fail with `status` */
+    VRNSIM_FAULT_TX_POWER = 5,
+    VRNSIM_FAULT_FORCE_32BIT = 0x7fffffff
+} VrnSimFaultKind;
+
+typedef struct VrnSimFault {
+    VrnSimFaultKind kind;
+    int32_t status;
+    uint32_t count;  /* 0 = until the faults are cleared */
+    uint32_t index;  /* list entry, VRNSIM_FAULT_LIST_ENTRY only */
+} VrnSimFault;
+
+/* Fired from the thread that changed the board set (any thread). */
+typedef void (*VrnSimChangeCallback)(void* user);
+
+typedef struct VrnSimControl {
+    uint32_t version;       /* VRNSIM_CONTROL_VERSION */
+    uint32_t struct_size;   /* sizeof(VrnSimControl) */
+
+    /* Replace the bench; boards that disappear behave as unplugged. */
+    const char* (*load_bench_file)(const char* path);
+    const char* (*load_bench_json)(const char* json);  /* NULL: embedded default */
+    const char* (*reset)(void);                        /* embedded default, no faults */
+
+    /* Hot-plug: one board object of the bench format ({ "uuid": ..., ... }). */
+    const char* (*plug_board)(const char* board_json);
+    const char* (*unplug_board)(const char* uuid);
+    void (*set_change_callback)(VrnSimChangeCallback callback, void* user);
+
+    /* uuid may be NULL for VRNSIM_FAULT_LIST_ENTRY and for clear_faults (all boards). */
+    const char* (*inject_fault)(const char* uuid, const VrnSimFault* fault);
+    const char* (*clear_faults)(const char* uuid);
+
+    /* Frames a board dropped because the host fetched too late; 0 for unknown boards. */
+    uint64_t (*dropped_frames)(const char* uuid);
+} VrnSimControl;
+
+typedef const VrnSimControl* (*vrnsim_control_fn)(void);
+#define VRNSIM_CONTROL_SYMBOL "vrnsim_control"
+
+const VrnSimControl* vrnsim_control(void);
+
+#ifdef __cplusplus
+} /* extern "C" */
+#endif
+
+#endif /* VRN_SIM_H */
