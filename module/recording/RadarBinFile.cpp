@@ -1,0 +1,174 @@
+#include "recording/RadarBinFile.h"
+
+#include "recording/WordSwap.h"
+
+#include <QDebug>
+
+RadarBinFile::~RadarBinFile()
+{
+    close();
+}
+
+bool RadarBinFile::open(const QString& fileName, QIODevice::OpenMode mode)
+{
+    close();
+    m_file = std::make_unique<QFile>(fileName);
+    if (!m_file->open(mode)) {
+        qWarning() << "Cannot open recording file" << fileName << ":" << m_file->errorString();
+        m_file.reset();
+        return false;
+    }
+    m_stream.setDevice(m_file.get());
+    m_stream.setByteOrder(QDataStream::BigEndian);
+    m_stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
+    m_stream.resetStatus();
+    return true;
+}
+
+bool RadarBinFile::checkFile(const QString& fileName)
+{
+    bool accepted = false;
+    if (open(fileName, QIODevice::ReadOnly)) {
+        qint32 magic = 0;
+        float version = 0.0f;
+        m_stream >> magic;
+        if (m_stream.status() == QDataStream::Ok && magic == RadarRecordingHeader::kBinaryMagic) {
+            m_stream >> version;
+            accepted = m_stream.status() == QDataStream::Ok && version == 1.0f;
+        }
+    }
+    close();
+    return accepted;
+}
+
+bool RadarBinFile::readHeader(RadarRecordingHeader& header)
+{
+    RadarRecordingHeader read;
+    int fieldsRead = 0;
+    if (isOpenFor(QIODevice::ReadOnly)) {
+        // Each field is read only while the stream is still good, so the
+        // count says how far a damaged header got.
+        auto field = [&](auto& value) {
+            if (m_stream.status() != QDataStream::Ok)
+                return;
+            m_stream >> value;
+            if (m_stream.status() == QDataStream::Ok)
+                ++fieldsRead;
+        };
+        field(read.magic);
+        field(read.version);
+        field(read.headerSize);
+        field(read.numTxAntennas);
+        field(read.numRxAntennas);
+        field(read.maskTxAntennas);
+        field(read.maskRxAntennas);
+        field(read.areRxAntennasInterleaved);
+        field(read.modulationTypeEnum);
+        field(read.chirpShapeEnum);
+        field(read.lowerRfFrequencyKHz);
+        field(read.upperRfFrequencyKHz);
+        field(read.samplingFrequencyKHz);
+        field(read.adcResolutionBits);
+        field(read.areAdcSamplesNormalized);
+        field(read.dataFormatEnum);
+        field(read.chirpsPerFrame);
+        field(read.samplesPerChirp);
+        field(read.samplesPerFrame);
+        field(read.chirpTimeSec);
+        field(read.pulseRepetitionTimeSec);
+        field(read.framePeriodSec);
+    }
+    header = read;
+    return fieldsRead == RadarRecordingHeader::kFieldCount;
+}
+
+bool RadarBinFile::readFrames(quint32 rowCount, quint32 samplesPerRow, std::vector<RadarFrameRecord>& rows)
+{
+    if (!isOpenFor(QIODevice::ReadOnly))
+        return false;
+    skipHeaderIfAtStart();
+    if (rows.size() < rowCount)
+        rows.resize(rowCount);
+    const qint64 rowBytes = 4 * qint64(samplesPerRow);
+    qint64 bytesRead = 0;
+    for (quint32 i = 0; i < rowCount; ++i) {
+        RadarFrameRecord& row = rows[i];
+        row.samples.resize(samplesPerRow);
+        m_stream >> row.frameNumber;
+        const int got = m_stream.readRawData(reinterpret_cast<char*>(row.samples.data()), int(rowBytes));
+        if (got <= 0)
+            break;
+        bytesRead += got;
+        WordSwap::toFromBigEndian(row.samples.data(), size_t(got) / 4);
+        if (got != rowBytes)
+            break;
+    }
+    return m_stream.status() == QDataStream::Ok && bytesRead == qint64(rowCount) * rowBytes;
+}
+
+bool RadarBinFile::writeHeader(const RadarRecordingHeader& header)
+{
+    if (!isOpenFor(QIODevice::WriteOnly))
+        return false;
+    if (m_file->pos() != 0 && !m_file->seek(0))
+        return false;
+    m_stream << header.magic << header.version << header.headerSize << header.numTxAntennas
+             << header.numRxAntennas << header.maskTxAntennas << header.maskRxAntennas
+             << header.areRxAntennasInterleaved << header.modulationTypeEnum << header.chirpShapeEnum
+             << header.lowerRfFrequencyKHz << header.upperRfFrequencyKHz << header.samplingFrequencyKHz
+             << header.adcResolutionBits << header.areAdcSamplesNormalized << header.dataFormatEnum
+             << header.chirpsPerFrame << header.samplesPerChirp << header.samplesPerFrame << header.chirpTimeSec
+             << header.pulseRepetitionTimeSec << header.framePeriodSec;
+    return m_stream.status() == QDataStream::Ok;
+}
+
+bool RadarBinFile::writeFrames(quint32 rowCount, quint32 samplesPerRow, const std::vector<RadarFrameRecord>& rows)
+{
+    if (!isOpenFor(QIODevice::WriteOnly) || rows.size() < rowCount)
+        return false;
+    skipHeaderIfAtStart();
+    for (quint32 i = 0; i < rowCount; ++i) {
+        if (!writeFrame(samplesPerRow, rows[i]))
+            return false;
+    }
+    return true;
+}
+
+bool RadarBinFile::writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row)
+{
+    if (!isOpenFor(QIODevice::WriteOnly) || row.samples.size() < samplesPerRow)
+        return false;
+    const int rowBytes = int(4 * qint64(samplesPerRow));
+    m_stream << row.frameNumber;
+    const int written = m_stream.writeRawData(reinterpret_cast<const char*>(row.samples.data()), rowBytes);
+    return m_stream.status() == QDataStream::Ok && written == rowBytes;
+}
+
+bool RadarBinFile::close()
+{
+    m_stream.setDevice(nullptr);
+    if (!m_file)
+        return true;
+    // The last few kilobytes sit in the file's buffer; a full disk shows
+    // only here, so the flush is checked instead of left to close().
+    bool flushed = true;
+    if (m_file->openMode() & QIODevice::WriteOnly) {
+        flushed = m_file->flush();
+        if (!flushed)
+            qCritical() << "Cannot flush recording file" << m_file->fileName() << ":" << m_file->errorString();
+    }
+    m_file->close();
+    m_file.reset();
+    return flushed;
+}
+
+bool RadarBinFile::isOpenFor(QIODevice::OpenModeFlag mode) const
+{
+    return m_file && m_file->isOpen() && (m_file->openMode() & mode) == mode;
+}
+
+void RadarBinFile::skipHeaderIfAtStart()
+{
+    if (m_file->pos() < RadarRecordingHeader::kHeaderSize)
+        m_file->seek(RadarRecordingHeader::kHeaderSize);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace WordSwap {
+
+// Puts host-order 32-bit words into big-endian order, or back, in place.
+// Written as one loop over the whole buffer so that the compiler turns it
+// into vector byte shuffles; memcpy keeps it free of aliasing and alignment
+// assumptions about the float buffer it is usually given.
+inline void toFromBigEndian(void* words, std::size_t count)
+{
+#if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
+    auto* bytes = static_cast<unsigned char*>(words);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t word;
+        std::memcpy(&word, bytes + i * 4, 4);
+        word = __builtin_bswap32(word);
+        std::memcpy(bytes + i * 4, &word, 4);
+    }
+#else
+    Q_UNUSED(words)
+    Q_UNUSED(count)
+#endif
+}
+
+}
