@@ -1,0 +1,100 @@
+#pragma once
+
+#include "recording/RadarFrameRecord.h"
+#include "recording/RadarRecordingHeader.h"
+#include "recording/RecordingFrame.h"
+#include "recording/WordSwap.h"
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+// Frames built by hand the way the SDK lays them out: one row-major matrix
+// per antenna, chirps x samples, with an optional row padding (stride).
+namespace TestFrames {
+
+struct OwnedFrame
+{
+    std::vector<std::vector<float>> data;
+    std::vector<vrn_Matrix_R_s> matrices;
+    std::vector<vrn_Matrix_R_s*> pointers;
+    vrn_Frame_R_t frame {};
+};
+
+// A sample value that differs per frame, antenna, chirp and sample and
+// covers signs, tiny and large magnitudes.
+inline float sampleValue(int seed, size_t index)
+{
+    const float base = float((seed * 7919 + int(index) * 104729) % 20011) / 20011.0f;
+    switch (index % 4) {
+    case 0: return base;
+    case 1: return -base * 1e-6f;
+    case 2: return base * 3.0e7f;
+    default: return -base;
+    }
+}
+
+// missingAntenna >= 0 leaves that antenna's matrix out, as a broken
+// delivery would.
+inline SharedFrame make(int antennas, int chirps, int samples, int seed, int padding = 0, int missingAntenna = -1)
+{
+    auto owner = std::make_shared<OwnedFrame>();
+    owner->data.resize(size_t(antennas));
+    owner->matrices.resize(size_t(antennas));
+    size_t index = 0;
+    for (int a = 0; a < antennas; ++a) {
+        const int stride = samples + padding;
+        owner->data[a].assign(size_t(chirps * stride), -999.0f);
+        for (int c = 0; c < chirps; ++c)
+            for (int s = 0; s < samples; ++s)
+                owner->data[a][size_t(c * stride + s)] = sampleValue(seed, index++);
+        owner->matrices[a] = { uint32_t(chirps), uint32_t(samples), uint32_t(stride), owner->data[a].data() };
+        owner->pointers.push_back(a == missingAntenna ? nullptr : &owner->matrices[a]);
+    }
+    owner->frame.num_rx = uint32_t(antennas);
+    owner->frame.rx_data = owner->pointers.data();
+    return SharedFrame(owner, &owner->frame);
+}
+
+// The samples of make() in file order, host byte order.
+inline std::vector<float> expectedSamples(int antennas, int chirps, int samples, int seed)
+{
+    std::vector<float> out(size_t(antennas * chirps * samples));
+    for (size_t i = 0; i < out.size(); ++i)
+        out[i] = sampleValue(seed, i);
+    return out;
+}
+
+inline bool bitIdentical(const std::vector<float>& a, const std::vector<float>& b)
+{
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
+
+// A header as a device with the given antennas would fill it.
+inline RadarRecordingHeader header(quint32 txMask, quint32 rxMask, quint32 chirps, quint32 samples)
+{
+    RadarRecordingHeader h;
+    h.numTxAntennas = 1;
+    h.numRxAntennas = 3;
+    h.maskTxAntennas = txMask;
+    h.maskRxAntennas = rxMask;
+    h.lowerRfFrequencyKHz = 58000000.0f;
+    h.upperRfFrequencyKHz = 63500000.0f;
+    h.samplingFrequencyKHz = 2000.0f;
+    h.chirpsPerFrame = chirps;
+    h.samplesPerChirp = samples;
+    h.samplesPerFrame = quint32(qPopulationCount(txMask) * qPopulationCount(rxMask)) * chirps * samples;
+    h.chirpTimeSec = 0.000064f;
+    h.pulseRepetitionTimeSec = 0.0003f;
+    h.framePeriodSec = 0.1f;
+    return h;
+}
+
+// The record the recorder hands to a writer: samples in big-endian order.
+inline RadarFrameRecord bigEndianRecord(qint32 number, std::vector<float> samples)
+{
+    WordSwap::toFromBigEndian(samples.data(), samples.size());
+    return RadarFrameRecord { number, std::move(samples) };
+}
+
+}

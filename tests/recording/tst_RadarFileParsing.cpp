@@ -1,0 +1,168 @@
+#include "TestFrames.h"
+
+#include "recording/RadarBinFile.h"
+#include "recording/RadarFileParsing.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeRecording(const QString& path, const RadarRecordingHeader& header, const std::vector<RadarFrameRecord>& rows)
+{
+    RadarBinFile file;
+    return file.open(path, QIODevice::WriteOnly | QIODevice::Truncate) && file.writeHeader(header)
+        && file.writeFrames(quint32(rows.size()), header.samplesPerFrame, rows) && file.close();
+}
+
+// The recording whose text form is data/small.raw.txt.
+bool writeSmallRecording(const QString& path)
+{
+    return writeRecording(path, TestFrames::header(1, 1, 2, 2),
+                          { TestFrames::bigEndianRecord(0, { 0.0f, 0.5f, 1.0f, -0.25f }),
+                            TestFrames::bigEndianRecord(7, { 0.125f, 0.000001f, 100.5f, 3.14159274f }),
+                            TestFrames::bigEndianRecord(-1, { -0.0f, 2.5e-7f, 12345.678f, -1e-7f }) });
+}
+
+}
+
+class TestRadarFileParsing : public QObject
+{
+    Q_OBJECT
+private slots:
+    void convertsToTheExpectedText();
+    void progressRunsFromZeroToHundred();
+    void failures_data();
+    void failures();
+    void truncatedRecordingConvertsWholeFramesAndSaysSo();
+    void stopEndsARunningConversionAndAllowsAnother();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestRadarFileParsing::convertsToTheExpectedText()
+{
+    const QString bin = m_dir.filePath(QStringLiteral("small.raw.bin"));
+    const QString txt = m_dir.filePath(QStringLiteral("small.raw.txt"));
+    QVERIFY(writeSmallRecording(bin));
+    RadarFileParsing parsing;
+    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    QVERIFY(parsing.start(bin, txt));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+    QCOMPARE(errors.count(), 0);
+    QCOMPARE(readAll(txt), readAll(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
+}
+
+void TestRadarFileParsing::progressRunsFromZeroToHundred()
+{
+    // Enough frames for several batches.
+    const QString bin = m_dir.filePath(QStringLiteral("long.raw.bin"));
+    const QString txt = m_dir.filePath(QStringLiteral("long.raw.txt"));
+    const RadarRecordingHeader header = TestFrames::header(1, 1, 64, 256);
+    std::vector<RadarFrameRecord> rows;
+    for (int i = 0; i < 100; ++i)
+        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 64, 256, i)));
+    QVERIFY(writeRecording(bin, header, rows));
+
+    RadarFileParsing parsing;
+    QSignalSpy progress(&parsing, &RadarFileParsing::convertingToTxt);
+    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    QVERIFY(parsing.start(bin, txt));
+    QVERIFY(!parsing.start(bin, txt)); // one conversion at a time
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+    QVERIFY(progress.count() >= 3);
+    QCOMPARE(progress.first().at(0).toInt(), 0);
+    QCOMPARE(progress.last().at(0).toInt(), 100);
+    for (int i = 1; i < progress.count(); ++i)
+        QVERIFY(progress.at(i).at(0).toInt() > progress.at(i - 1).at(0).toInt());
+    const QByteArray text = readAll(txt);
+    QCOMPARE(text.count("# Frame_Number = "), 100);
+    QVERIFY(text.contains("\r\n# Frame_Number = 99\r\n"));
+}
+
+void TestRadarFileParsing::failures_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("destination");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("no source") << "absent.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
+    QTest::newRow("source is not a recording") << "foreign.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
+    QTest::newRow("destination below a file") << "good.raw.bin" << "foreign.raw.bin/out.raw.txt"
+                                              << "Cannot parse to destination file!";
+}
+
+void TestRadarFileParsing::failures()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, destination);
+    QFETCH(QString, message);
+    QVERIFY(writeSmallRecording(m_dir.filePath(QStringLiteral("good.raw.bin"))));
+    QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
+    QVERIFY(foreign.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    foreign.write(QByteArray(200, 'x'));
+    foreign.close();
+
+    RadarFileParsing parsing;
+    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    QVERIFY(parsing.start(m_dir.filePath(source), m_dir.filePath(destination)));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), message);
+}
+
+void TestRadarFileParsing::truncatedRecordingConvertsWholeFramesAndSaysSo()
+{
+    const QString bin = m_dir.filePath(QStringLiteral("cut.raw.bin"));
+    const QString txt = m_dir.filePath(QStringLiteral("cut.raw.txt"));
+    QVERIFY(writeSmallRecording(bin));
+    QFile file(bin);
+    QVERIFY(file.resize(file.size() - 3));
+
+    RadarFileParsing parsing;
+    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    QVERIFY(parsing.start(bin, txt));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
+    const QByteArray text = readAll(txt);
+    QCOMPARE(text.count("# Frame_Number = "), 2);
+    QVERIFY(text.endsWith("# Frame_Number = 7\r\n0.125000\r\n0.000001\r\n100.500000\r\n3.141593\r\n"));
+}
+
+void TestRadarFileParsing::stopEndsARunningConversionAndAllowsAnother()
+{
+    const QString bin = m_dir.filePath(QStringLiteral("stop.raw.bin"));
+    const QString txt = m_dir.filePath(QStringLiteral("stop.raw.txt"));
+    const RadarRecordingHeader header = TestFrames::header(1, 1, 64, 256);
+    std::vector<RadarFrameRecord> rows;
+    for (int i = 0; i < 200; ++i)
+        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 64, 256, i)));
+    QVERIFY(writeRecording(bin, header, rows));
+
+    RadarFileParsing parsing;
+    QVERIFY(parsing.start(bin, txt));
+    parsing.stop();
+    QVERIFY(!parsing.isRunning());
+
+    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    QVERIFY(parsing.start(bin, txt));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+    QCOMPARE(errors.count(), 0);
+    QCOMPARE(readAll(txt).count("# Frame_Number = "), 200);
+}
+
+QTEST_GUILESS_MAIN(TestRadarFileParsing)
+#include "tst_RadarFileParsing.moc"

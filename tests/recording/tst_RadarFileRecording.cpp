@@ -1,0 +1,293 @@
+#include "TestFrames.h"
+
+#include "recording/IRadarRecordingSource.h"
+#include "recording/RadarBinFile.h"
+#include "recording/RadarFileRecording.h"
+#include "recording/RadarRecorder.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QtTest>
+
+namespace {
+
+class FakeSource : public IRadarRecordingSource
+{
+public:
+    RadarRecordingHeader header = TestFrames::header(1, 7, 4, 8);
+    QByteArray json = "{ \"device_config\": {} }";
+    RadarRecordingHeader recordingHeader() const override { return header; }
+    QByteArray configurationJson() const override { return json; }
+};
+
+// A binary writer that stops writing after a number of frames, as a disk
+// that has just filled up does.
+class FillingWriter : public RadarBinFile
+{
+public:
+    explicit FillingWriter(int framesBeforeFull) : m_left(framesBeforeFull) {}
+    bool writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row) override
+    {
+        return m_left-- > 0 && RadarBinFile::writeFrame(samplesPerRow, row);
+    }
+
+private:
+    int m_left;
+};
+
+class FillingDiskRecording : public RadarFileRecording
+{
+public:
+    using RadarFileRecording::RadarFileRecording;
+    int framesBeforeFull = 0;
+
+protected:
+    std::unique_ptr<IRadarFileWriter> createWriter() const override
+    {
+        return std::make_unique<FillingWriter>(framesBeforeFull);
+    }
+};
+
+struct ReadBack
+{
+    bool ok = false;
+    RadarRecordingHeader header;
+    std::vector<RadarFrameRecord> rows;
+};
+
+ReadBack readRecording(const QString& path)
+{
+    ReadBack back;
+    RadarBinFile reader;
+    if (!reader.checkFile(path) || !reader.open(path, QIODevice::ReadOnly) || !reader.readHeader(back.header))
+        return back;
+    const qint64 frames = (QFileInfo(path).size() - 88) / RadarBinFile::recordSize(back.header.samplesPerFrame);
+    back.ok = reader.readFrames(quint32(frames), back.header.samplesPerFrame, back.rows);
+    back.rows.resize(size_t(frames));
+    return back;
+}
+
+}
+
+class TestRadarFileRecording : public QObject
+{
+    Q_OBJECT
+private slots:
+    void chainWritesEveryFrame_data();
+    void chainWritesEveryFrame();
+    void chainAtFullSpeedFromAcquisitionThread();
+    void stopWritesTheFiveBufferedFrames();
+    void frameWithMissingAntennaIsSkipped();
+    void unwritablePathFailsStart();
+    void fullDiskReportsEachLostFrameAndKeepsEarlierOnes();
+
+private:
+    QString base(const QString& name) const { return m_dir.filePath(name); }
+    QTemporaryDir m_dir;
+};
+
+void TestRadarFileRecording::chainWritesEveryFrame_data()
+{
+    QTest::addColumn<quint32>("txMask");
+    QTest::addColumn<quint32>("rxMask");
+    QTest::addColumn<int>("chirps");
+    QTest::addColumn<int>("samples");
+    QTest::addColumn<int>("padding");
+    QTest::addColumn<int>("frames");
+
+    QTest::newRow("one antenna") << 1u << 1u << 1 << 16 << 0 << 40;
+    QTest::newRow("three receivers") << 1u << 7u << 32 << 64 << 0 << 70;
+    QTest::newRow("two by two, padded rows") << 3u << 3u << 8 << 10 << 6 << 33;
+}
+
+void TestRadarFileRecording::chainWritesEveryFrame()
+{
+    QFETCH(quint32, txMask);
+    QFETCH(quint32, rxMask);
+    QFETCH(int, chirps);
+    QFETCH(int, samples);
+    QFETCH(int, padding);
+    QFETCH(int, frames);
+
+    FakeSource source;
+    source.header = TestFrames::header(txMask, rxMask, quint32(chirps), quint32(samples));
+    source.header.samplesPerFrame = 0; // recomputed from the masks
+    const QString path = base(QStringLiteral("chain%1").arg(QTest::currentDataTag()).remove(' ').remove(','));
+    const int antennas = qPopulationCount(txMask) * qPopulationCount(rxMask);
+
+    RadarRecorder recorder(quint32(frames), 32);
+    RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
+    connect(&recorder, &RadarRecorder::bufferReady, &recording, &RadarFileRecording::collectRadarBuffer);
+    connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    QVERIFY(recording.start());
+    recorder.start();
+    for (int i = 0; i < frames; ++i)
+        recorder.record(TestFrames::make(antennas, chirps, samples, i, padding), i);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(errors.count(), 0);
+
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    QCOMPARE(back.header.samplesPerFrame, quint32(antennas * chirps * samples));
+    QCOMPARE(int(back.rows.size()), frames);
+    for (int i = 0; i < frames; ++i) {
+        QCOMPARE(back.rows[size_t(i)].frameNumber, i);
+        QVERIFY(TestFrames::bitIdentical(back.rows[size_t(i)].samples,
+                                         TestFrames::expectedSamples(antennas, chirps, samples, i)));
+    }
+    QFile json(path + ".json");
+    QVERIFY(json.open(QIODevice::ReadOnly));
+    QCOMPARE(json.readAll(), source.json);
+}
+
+void TestRadarFileRecording::chainAtFullSpeedFromAcquisitionThread()
+{
+    // Frames arrive as fast as a thread can hand them over; the recorder
+    // lives beside it and the file recording on this thread, wired with
+    // queued connections as the pipeline wires them.
+    constexpr int kFrames = 3000;
+    constexpr int kPool = 8;
+    FakeSource source;
+    source.header = TestFrames::header(1, 7, 16, 64);
+    const int antennas = 3;
+    std::vector<SharedFrame> pool;
+    for (int i = 0; i < kPool; ++i)
+        pool.push_back(TestFrames::make(antennas, 16, 64, i));
+
+    const QString path = base(QStringLiteral("fullspeed"));
+    RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
+    RadarRecorder recorder(kFrames, 32);
+    connect(&recorder, &RadarRecorder::bufferReady, &recording, &RadarFileRecording::collectRadarBuffer,
+            Qt::QueuedConnection);
+    connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop, Qt::QueuedConnection);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    QVERIFY(recording.start());
+    recorder.start();
+
+    std::unique_ptr<QThread> acquisition(QThread::create([&] {
+        for (int i = 0; i < kFrames; ++i)
+            recorder.record(pool[size_t(i % kPool)], i);
+    }));
+    acquisition->start();
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+    QVERIFY(acquisition->wait(60000));
+    QCOMPARE(errors.count(), 0);
+
+    const qint64 recordSize = RadarBinFile::recordSize(antennas * 16 * 64);
+    QCOMPARE(QFileInfo(path + ".raw.bin").size(), 88 + kFrames * recordSize);
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    for (int i = 0; i < kFrames; ++i) {
+        QCOMPARE(back.rows[size_t(i)].frameNumber, i);
+        QVERIFY(TestFrames::bitIdentical(back.rows[size_t(i)].samples,
+                                         TestFrames::expectedSamples(antennas, 16, 64, i % kPool)));
+    }
+}
+
+void TestRadarFileRecording::stopWritesTheFiveBufferedFrames()
+{
+    FakeSource source;
+    const QString path = base(QStringLiteral("stopped"));
+    RadarRecorder recorder(1000, 32);
+    RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
+    connect(&recorder, &RadarRecorder::bufferReady, &recording, &RadarFileRecording::collectRadarBuffer);
+    connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop);
+    QSignalSpy collectingStopped(&recording, &RadarFileRecording::collectingStopped);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QVERIFY(recording.start());
+    recorder.start();
+    for (int i = 0; i < 5; ++i)
+        recorder.record(TestFrames::make(3, 4, 8, i), 100 + i);
+    QCOMPARE(finished.count(), 0);
+    recorder.stop();
+    QCOMPARE(collectingStopped.count(), 1);
+    QCOMPARE(finished.count(), 1);
+    QVERIFY(!recording.isRunning());
+
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    QCOMPARE(int(back.rows.size()), 5);
+    QCOMPARE(back.rows[4].frameNumber, 104);
+}
+
+void TestRadarFileRecording::frameWithMissingAntennaIsSkipped()
+{
+    FakeSource source;
+    const QString path = base(QStringLiteral("missing"));
+    RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
+    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    QVERIFY(recording.start());
+    auto buffer = std::make_shared<RadarBuffer>();
+    buffer->emplace_back(0, TestFrames::make(3, 4, 8, 0));
+    buffer->emplace_back(1, TestFrames::make(3, 4, 8, 1, 0, 2));
+    buffer->emplace_back(2, SharedFrame());
+    buffer->emplace_back(3, TestFrames::make(2, 4, 8, 3)); // one antenna short
+    buffer->emplace_back(4, TestFrames::make(3, 4, 8, 4));
+    recording.collectRadarBuffer(buffer);
+    recording.stop();
+
+    QCOMPARE(errors.count(), 3);
+    for (const QList<QVariant>& error : errors) {
+        QCOMPARE(error.at(0).toString(), QStringLiteral("Data status: Antenna data is empty"));
+        QCOMPARE(error.at(1).toString(), QStringLiteral("Cannot write data to recording file!"));
+    }
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    QCOMPARE(int(back.rows.size()), 2);
+    QCOMPARE(back.rows[0].frameNumber, 0);
+    QCOMPARE(back.rows[1].frameNumber, 4);
+    QVERIFY(TestFrames::bitIdentical(back.rows[1].samples, TestFrames::expectedSamples(3, 4, 8, 4)));
+}
+
+void TestRadarFileRecording::unwritablePathFailsStart()
+{
+    // A regular file where a directory should be: refused even to root.
+    const QString blocker = base(QStringLiteral("file.txt"));
+    QFile file(blocker);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+
+    FakeSource source;
+    RadarFileRecording recording(&source, blocker + "/rec.json", blocker + "/rec.raw.bin");
+    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QVERIFY(!recording.start());
+    QVERIFY(!recording.isRunning());
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
+    QCOMPARE(errors.at(0).at(1).toString(), QString());
+    recording.collectRadarBuffer(std::make_shared<RadarBuffer>(1, std::make_pair(0, TestFrames::make(3, 4, 8, 0))));
+    recording.stop();
+    QCOMPARE(finished.count(), 0);
+}
+
+void TestRadarFileRecording::fullDiskReportsEachLostFrameAndKeepsEarlierOnes()
+{
+    FakeSource source;
+    const QString path = base(QStringLiteral("full"));
+    FillingDiskRecording recording(&source, path + ".json", path + ".raw.bin");
+    recording.framesBeforeFull = 3;
+    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    QVERIFY(recording.start());
+    auto buffer = std::make_shared<RadarBuffer>();
+    for (int i = 0; i < 5; ++i)
+        buffer->emplace_back(i, TestFrames::make(3, 4, 8, i));
+    recording.collectRadarBuffer(buffer);
+    recording.stop();
+
+    QCOMPARE(errors.count(), 2);
+    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
+    QVERIFY(errors.at(0).at(1).toString().contains(QStringLiteral("Frame 3")));
+    QVERIFY(errors.at(1).at(1).toString().contains(QStringLiteral("Frame 4")));
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    QCOMPARE(int(back.rows.size()), 3);
+    QVERIFY(TestFrames::bitIdentical(back.rows[2].samples, TestFrames::expectedSamples(3, 4, 8, 2)));
+}
+
+QTEST_GUILESS_MAIN(TestRadarFileRecording)
+#include "tst_RadarFileRecording.moc"
