@@ -4,6 +4,7 @@
 #include "core/JSONConfigurationObject.h"
 #include "host/IModule.h"
 #include "sdk/vrn.h"
+#include "vrn_sim.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -36,6 +37,17 @@ QString ModuleHost::start(const Options& options)
         if (!options.sdkPath.isEmpty())
             return sdkError;
         qWarning().noquote() << sdkError << "- running without boards";
+    }
+    if (!options.benchPath.isEmpty()) {
+        const QString benchError = m_sdk.loadBench(options.benchPath);
+        if (!benchError.isEmpty())
+            return benchError;
+    }
+    // The simulator tells when boards are plugged or unplugged, as the
+    // operating system does for real boards.
+    if (const VrnSimControl* control = m_sdk.control()) {
+        control->set_change_callback(
+            [](void* notifier) { static_cast<HostDeviceChangeNotifier*>(notifier)->notifyLater(); }, &m_changeNotifier);
     }
 
     const QString modulePath =
@@ -83,6 +95,8 @@ bool ModuleHost::saveSettings()
 
 void ModuleHost::stop()
 {
+    if (const VrnSimControl* control = m_sdk.control())
+        control->set_change_callback(nullptr, nullptr);
     if (!m_module)
         return;
     m_module->shutdown();

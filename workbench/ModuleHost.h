@@ -23,6 +23,7 @@ public:
         QString modulePath;
         QString sdkPath;
         QString settingsPath;
+        QString benchPath;
     };
 
     ModuleHost();

@@ -1,6 +1,7 @@
 #include "SdkLibrary.h"
 
 #include "sdk/vrn.h"
+#include "vrn_sim.h"
 
 #include <QDir>
 
@@ -30,9 +31,11 @@ QString SdkLibrary::load(const QString& path)
     }
     m_sdk = sdk;
 
-    using ControlFn = const VrnSimControl* (*)();
-    if (auto control = reinterpret_cast<ControlFn>(m_library.resolve("vrnsim_control")))
-        m_control = control();
+    if (auto control = reinterpret_cast<vrnsim_control_fn>(m_library.resolve(VRNSIM_CONTROL_SYMBOL))) {
+        const VrnSimControl* table = control();
+        if (table && table->version == VRNSIM_CONTROL_VERSION && table->struct_size >= sizeof(VrnSimControl))
+            m_control = table;
+    }
     return {};
 }
 
@@ -42,4 +45,13 @@ void SdkLibrary::unload()
     m_control = nullptr;
     if (m_library.isLoaded())
         m_library.unload();
+}
+
+QString SdkLibrary::loadBench(const QString& path)
+{
+    if (!m_control)
+        return QStringLiteral("The radar SDK %1 has no simulated bench to load %2 into").arg(this->path(), path);
+    const QByteArray file = path.toLocal8Bit();
+    const char* error = m_control->load_bench_file(file.constData());
+    return error ? QString::fromUtf8(error) : QString();
 }

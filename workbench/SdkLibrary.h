@@ -15,6 +15,8 @@ public:
     // Empty text on success, otherwise why the library cannot be used.
     QString load(const QString& path);
     void unload();
+    // Replaces the simulator's boards with those of a bench file.
+    QString loadBench(const QString& path);
 
     const Vrn* sdk() const { return m_sdk; }
     const VrnSimControl* control() const { return m_control; }

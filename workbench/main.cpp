@@ -1,5 +1,6 @@
 // tavrin-workbench: the reference host of the radar module, with a command
 // line for scripted, headless sessions.
+#include "DeviceListing.h"
 #include "ModuleHost.h"
 
 #include "host/IModule.h"
@@ -71,14 +72,14 @@ int main(int argc, char* argv[])
     const QCommandLineOption benchOption(QStringLiteral("bench"),
         QStringLiteral("Bench of simulated boards (JSON); same as the environment variable VRN_SIM_BENCH."),
         QStringLiteral("FILE"));
-    parser.addOptions({ checkOption, moduleOption, sdkOption, settingsOption, benchOption });
+    const QCommandLineOption listDevicesOption(QStringLiteral("list-devices"),
+        QStringLiteral("Run one detection through the module and print a line per board: name, uuid, shield type, chip."));
+    parser.addOptions({ checkOption, listDevicesOption, moduleOption, sdkOption, settingsOption, benchOption });
     parser.process(app);
 
-    if (parser.isSet(benchOption))
-        qputenv("VRN_SIM_BENCH", parser.value(benchOption).toLocal8Bit());
-
     ModuleHost host;
-    const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption), parser.value(settingsOption) });
+    const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption),
+                                       parser.value(settingsOption), parser.value(benchOption) });
     if (!error.isEmpty()) {
         err() << error << Qt::endl;
         return StartError;
@@ -87,6 +88,8 @@ int main(int argc, char* argv[])
     int code = Success;
     if (parser.isSet(checkOption)) {
         code = runCheck(host);
+    } else if (parser.isSet(listDevicesOption)) {
+        code = listDevices(host, out(), err());
     } else {
         err() << "Nothing to do: give --check (more sessions come with the window and the headless mode)." << Qt::endl;
         code = UsageError;

@@ -11,6 +11,9 @@ class IRadarCoordinator;
 class RadarDeviceProxy : public IDevice
 {
     Q_OBJECT
+    // Read by hosts that show more than the name.
+    Q_PROPERTY(QString uuid READ uuid CONSTANT)
+    Q_PROPERTY(int shieldType READ shieldTypeNumber CONSTANT)
 public:
     RadarDeviceProxy(IRadarCoordinator* coordinator, QString name, QString uuid, vrn_Device_Shield_Type_t type);
 
@@ -24,6 +27,7 @@ public:
 
     QString uuid() const { return m_uuid; }
     vrn_Device_Shield_Type_t shieldType() const { return m_type; }
+    int shieldTypeNumber() const { return int(m_type); }
 
 private:
     IRadarCoordinator* m_coordinator;

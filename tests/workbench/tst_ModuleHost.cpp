@@ -1,0 +1,239 @@
+#include "ModuleHost.h"
+
+#include "host/IModule.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QPointer>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QJsonObject readJson(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object();
+}
+
+QByteArray readBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestModuleHost : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+
+    ModuleHost::Options options(const QString& module, const QString& settings) const
+    {
+        // No SDK path: the host takes the simulator next to the executables.
+        return { module, QString(), m_dir.filePath(settings), QString() };
+    }
+
+private slots:
+    void hostDrivesTheModuleInOrder()
+    {
+        {
+            ModuleHost host;
+            QCOMPARE(host.start(options(FAKE_MODULE_OK, "order.json")), QString());
+            host.stop();
+        }
+        QLibrary library(FAKE_MODULE_OK);
+        auto calls = reinterpret_cast<const char* (*)()>(library.resolve("fakeModuleCalls"));
+        QVERIFY(calls);
+        QCOMPARE(QString(calls()),
+                 QString("initialise,registerTypes,initialiseResources,setupEngine,addConfiguration,shutdown,destroy"));
+    }
+
+    void moduleOfAnotherCoreVersionIsRefused()
+    {
+        ModuleHost host;
+        const QString error = host.start(options(FAKE_MODULE_V2, "v2.json"));
+        QVERIFY2(error.contains("was built for core version 2.0; this workbench provides 1.0"), qPrintable(error));
+        QVERIFY(!host.module());
+    }
+
+    void libraryWithoutExportsIsRefused()
+    {
+        ModuleHost host;
+        const QString error = host.start(options(NOT_A_MODULE, "none.json"));
+        QVERIFY2(error.contains("does not export CoreVersion and CreateModule"), qPrintable(error));
+    }
+
+    void radarExportsAndIdentity()
+    {
+        QLibrary library(RADAR_MODULE);
+        QVERIFY2(library.load(), qPrintable(library.errorString()));
+        auto coreVersion = reinterpret_cast<const char* (*)()>(library.resolve("CoreVersion"));
+        auto createModule = reinterpret_cast<IModule* (*)()>(library.resolve("CreateModule"));
+        QVERIFY(coreVersion && createModule);
+        QCOMPARE(QByteArray(coreVersion()), QByteArray("1.0"));
+        QCOMPARE(coreVersion(), coreVersion());
+
+        std::unique_ptr<IModule> module(createModule());
+        QVERIFY(module);
+        QCOMPARE(module->moduleInfo().first, QString("Radar"));
+        QCOMPARE(module->moduleInfo().second, QString("1.0"));
+    }
+
+    void radarPublishesItsServicesAndReleasesOnShutdown()
+    {
+        QLibrary library(RADAR_MODULE);
+        QVERIFY(library.load());
+        auto createModule = reinterpret_cast<IModule* (*)()>(library.resolve("CreateModule"));
+        std::unique_ptr<IModule> module(createModule());
+
+        int stale = 0;
+        ServiceRegistry registry;
+        registry["class IRadarFirmwareSource"] = &stale;
+        module->initialise(registry);
+        module->registerTypes();
+        module->initialiseResources();
+        QQmlEngine engine;
+        module->setupEngine(&engine);
+
+        for (const char* key : { "class RangeSpectrumUserSettings", "class TimeDomainUserSettings",
+                                 "class IRadarFirmwareSource" }) {
+            QVERIFY2(registry.count(key) && registry.at(key), key);
+        }
+        QVERIFY(registry.at("class IRadarFirmwareSource") != &stale);
+        QVERIFY(QFile::exists(":/json/config/defaultConfigKMR7A.json"));
+        QVERIFY(QFile::exists(":/qml/Radar/qmldir"));
+
+        QPointer<QObject> coordinator = engine.rootContext()->contextProperty("radarCoordinator").value<QObject*>();
+        QVERIFY(coordinator);
+        QCOMPARE(coordinator->property("userMode").toString(), QString("Standard"));
+        auto* rangeSpectrum = static_cast<QObject*>(registry.at("class RangeSpectrumUserSettings"));
+
+        module->shutdown();
+        QVERIFY(coordinator.isNull());
+        // The chart settings live until the module itself is destroyed.
+        QVERIFY(rangeSpectrum->property("fftSize").isValid());
+    }
+
+    void settingsFileHoldsOneRadarObject()
+    {
+        const QString settings = m_dir.filePath("settings.json");
+        {
+            ModuleHost host;
+            QCOMPARE(host.start(options(RADAR_MODULE, "settings.json")), QString());
+            QCOMPARE(host.settingsError(), QString());
+            QVERIFY(host.saveSettings());
+        }
+        const QJsonObject saved = readJson(settings);
+        QCOMPARE(saved.keys(), QStringList { "radar" });
+        const QJsonObject radar = saved.value("radar").toObject();
+        QCOMPARE(radar.keys(), QStringList({ "common", "userMode" }));
+        QCOMPARE(radar.value("userMode").toString(), QString("Standard"));
+        QVERIFY(radar.value("common").toObject().contains("range_spectrum"));
+        QVERIFY(radar.value("common").toObject().contains("time_domain"));
+
+        // A saved file loads back cleanly.
+        ModuleHost again;
+        QCOMPARE(again.start(options(RADAR_MODULE, "settings.json")), QString());
+        QCOMPARE(again.settingsError(), QString());
+    }
+
+    void badSettingsFileIsReportedAndLeftAlone_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("wrong type") << QByteArray(R"({"radar": {"common": {"range_spectrum": 5}, "userMode": "Standard"}})")
+                                    << "Field radar.common.range_spectrum is not an JSON object";
+        QTest::newRow("missing key") << QByteArray(R"({"radar": {"userMode": "Standard"}})")
+                                     << "Mandatory field radar.common is missing";
+        QTest::newRow("not json") << QByteArray("{ radar") << "JSON parser error:";
+    }
+
+    void badSettingsFileIsReportedAndLeftAlone()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, message);
+        const QString path = m_dir.filePath("bad.json");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
+
+        ModuleHost host;
+        QCOMPARE(host.start(options(RADAR_MODULE, "bad.json")), QString());
+        QVERIFY2(host.settingsError().contains(message), qPrintable(host.settingsError()));
+        QVERIFY(!host.saveSettings());
+        host.stop();
+        QCOMPARE(readBytes(path), content);
+    }
+
+    void checkCommandPrintsModuleAndSavesSettings()
+    {
+        const QString settings = m_dir.filePath("cli.json");
+        QProcess workbench;
+        workbench.start(WORKBENCH, { "--check", "--settings", settings });
+        QVERIFY(workbench.waitForFinished(60000));
+        QCOMPARE(workbench.exitCode(), 0);
+        QCOMPARE(workbench.readAllStandardOutput(), QByteArray("Radar 1.0\n"));
+        QCOMPARE(readJson(settings).value("radar").toObject().value("userMode").toString(), QString("Standard"));
+    }
+
+    void listDevicesNamesEveryBoard_data()
+    {
+        QTest::addColumn<QByteArray>("bench");
+        QTest::addColumn<QStringList>("lines");
+        QTest::newRow("default bench") << QByteArray()
+                                       << QStringList { "Radar\t1f3c-0001\t512\tKMR7A" };
+        QTest::newRow("two boards") << QByteArray(R"({ "boards": [
+                { "uuid": "aa-01", "shield": 513, "chip": "KMR7C" },
+                { "uuid": "bb-02", "shield": 768, "chip": "ZP7" } ] })")
+                                    << QStringList { "Radar\taa-01\t513\tKMR7C", "Radar #2\tbb-02\t768\tZP7" };
+    }
+
+    void listDevicesNamesEveryBoard()
+    {
+        QFETCH(QByteArray, bench);
+        QFETCH(QStringList, lines);
+        QStringList arguments { "--list-devices", "--settings", m_dir.filePath("list.json") };
+        if (!bench.isEmpty()) {
+            const QString path = m_dir.filePath("bench.json");
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            file.write(bench);
+            file.close();
+            arguments << "--bench" << path;
+        }
+        QProcess workbench;
+        workbench.start(WORKBENCH, arguments);
+        QVERIFY(workbench.waitForFinished(60000));
+        QVERIFY2(workbench.exitCode() == 0, workbench.readAllStandardError().constData());
+        const QString output = QString::fromUtf8(workbench.readAllStandardOutput());
+        QCOMPARE(output.split('\n', Qt::SkipEmptyParts), lines);
+    }
+
+    void badBenchIsRefusedWithTheField()
+    {
+        const QString path = m_dir.filePath("bad-bench.json");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(R"({ "boards": [ { "uuid": "x", "shield": "wide" } ] })");
+        file.close();
+        QProcess workbench;
+        workbench.start(WORKBENCH, { "--list-devices", "--bench", path, "--settings", m_dir.filePath("b.json") });
+        QVERIFY(workbench.waitForFinished(60000));
+        QVERIFY(workbench.exitCode() != 0);
+        QVERIFY(workbench.readAllStandardOutput().isEmpty());
+        QVERIFY(workbench.readAllStandardError().contains("shield"));
+    }
+};
+
+QTEST_MAIN(TestModuleHost)
+#include "tst_ModuleHost.moc"
