@@ -1,0 +1,393 @@
+#include "SimulatorSdk.h"
+
+#include <QtTest>
+
+#include <cstring>
+
+namespace {
+
+const char* const kBench = R"({ "boards": [
+    { "uuid": "d-7a", "chip": "KMR7A", "shield": 512, "firmware": "2.5.1", "pacing": "unpaced" },
+    { "uuid": "d-7c", "chip": "KMR7C", "pacing": "unpaced", "thermal_time_s": 0.5 },
+    { "uuid": "d-zp7", "chip": "ZP7", "pacing": "unpaced", "firmware": "3.0.7" },
+    { "uuid": "d-old", "chip": "KMR7B", "firmware": "1.9.0" },
+    { "uuid": "d-warm", "chip": "KMR7B", "pacing": "unpaced", "thermal_time_s": 0.5 } ] })";
+
+QStringList listedUuids(const Vrn* vrn)
+{
+    QStringList uuids;
+    vrn_Device_List_Handle list = nullptr;
+    if (vrn->device_list_get(&list))
+        return {QStringLiteral("<list failed>")};
+    uint32_t count = 0;
+    vrn->device_list_size(list, &count);
+    for (uint32_t i = 0; i < count; ++i) {
+        vrn_Device_List_Entry_t entry{};
+        if (!vrn->device_list_entry(list, i, &entry))
+            uuids << QString::fromUtf8(entry.uuid);
+    }
+    vrn->device_list_destroy(list);
+    return uuids;
+}
+
+}  // namespace
+
+class SimulatorDeviceTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    SimulatorSdk sdk;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError()));
+        QCOMPARE(sdk.vrn->api_version, VRN_API_VERSION);
+        QCOMPARE(sdk.vrn->struct_size, uint32_t(sizeof(Vrn)));
+    }
+
+    void init()
+    {
+        QVERIFY(!sdk.sim->load_bench_json(kBench));
+    }
+
+    void embeddedDefaultHasOneKmr7aOnShield512()
+    {
+        QVERIFY(!sdk.sim->reset());
+        vrn_Device_List_Handle list = nullptr;
+        QVERIFY(!sdk.vrn->device_list_get(&list));
+        uint32_t count = 0;
+        QVERIFY(!sdk.vrn->device_list_size(list, &count));
+        QCOMPARE(count, 1u);
+        vrn_Device_List_Entry_t entry{};
+        QVERIFY(!sdk.vrn->device_list_entry(list, 0, &entry));
+        QCOMPARE(int(entry.shield_type), 512);
+        QVERIFY(sdk.vrn->device_list_entry(list, 1, &entry) != nullptr);
+        QVERIFY(!sdk.vrn->device_list_destroy(list));
+        vrn_Device_Handle device = sdk.open(entry.uuid);
+        QVERIFY(device);
+        vrn_Device_Info_t info{};
+        QVERIFY(!sdk.vrn->device_get_info(device, &info));
+        QCOMPARE(QString::fromUtf8(info.name), QStringLiteral("KMR7A"));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void openBoardIsHiddenAndBusyUntilClosed()
+    {
+        vrn_Device_Handle device = sdk.open("d-7a");
+        QVERIFY(device);
+        QVERIFY(!listedUuids(sdk.vrn).contains("d-7a"));
+        vrn_Device_Handle second = nullptr;
+        QCOMPARE(sdk.vrn->device_create_by_uuid("d-7a", &second), VRN_STATUS_DEVICE_BUSY);
+        QVERIFY(!sdk.vrn->device_destroy(device));
+        QVERIFY(listedUuids(sdk.vrn).contains("d-7a"));
+    }
+
+    void openAnswersByBoard_data()
+    {
+        QTest::addColumn<QString>("uuid");
+        QTest::addColumn<int>("status");
+        QTest::newRow("unknown uuid") << "nope" << int(VRN_STATUS_DEVICE_NOT_FOUND);
+        QTest::newRow("old firmware") << "d-old" << int(VRN_STATUS_FIRMWARE_NOT_SUPPORTED);
+        QTest::newRow("ZP7 as FMCW") << "d-zp7" << int(VRN_STATUS_NOT_SUPPORTED);
+        QTest::newRow("KMR7C") << "d-7c" << int(VRN_STATUS_OK);
+    }
+
+    void openAnswersByBoard()
+    {
+        QFETCH(QString, uuid);
+        QFETCH(int, status);
+        vrn_Device_Handle device = nullptr;
+        QCOMPARE(int(sdk.vrn->device_create_by_uuid(uuid.toUtf8().constData(), &device)), status);
+        QCOMPARE(device != nullptr, status == VRN_STATUS_OK);
+        QVERIFY(std::strlen(sdk.vrn->status_text(status)) > 0);
+        if (device)
+            QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void deviceDescribesItsChip_data()
+    {
+        QTest::addColumn<QString>("uuid");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("tx");
+        QTest::addColumn<int>("rx");
+        QTest::addColumn<int>("type");
+        QTest::newRow("KMR7A") << "d-7a" << "KMR7A" << 1 << 3 << int(VRN_DEVICE_TYPE_KMR7A);
+        QTest::newRow("KMR7C") << "d-7c" << "KMR7C" << 2 << 4 << int(VRN_DEVICE_TYPE_KMR7C);
+    }
+
+    void deviceDescribesItsChip()
+    {
+        QFETCH(QString, uuid);
+        QFETCH(QString, name);
+        QFETCH(int, tx);
+        QFETCH(int, rx);
+        QFETCH(int, type);
+        vrn_Device_Handle device = sdk.open(uuid.toUtf8().constData());
+        QVERIFY(device);
+        vrn_Device_Info_t info{};
+        QVERIFY(!sdk.vrn->device_get_info(device, &info));
+        QCOMPARE(QString::fromUtf8(info.name), name);
+        QCOMPARE(int(info.num_tx_antennas), tx);
+        QCOMPARE(int(info.num_rx_antennas), rx);
+        QVERIFY(info.min_rf_frequency_Hz >= 57000000000ull && info.max_rf_frequency_Hz <= 64000000000ull);
+        QCOMPARE(int(info.adc_resolution_bits), 12);
+        uint32_t count = 0;
+        QVERIFY(!sdk.vrn->device_get_num_rx_antennas(device, &count));
+        QCOMPARE(int(count), rx);
+        QVERIFY(!sdk.vrn->device_get_num_tx_antennas(device, &count));
+        QCOMPARE(int(count), tx);
+        vrn_Device_Type_t deviceType{};
+        QVERIFY(!sdk.vrn->device_get_type(device, &deviceType));
+        QCOMPARE(int(deviceType), type);
+        vrn_Firmware_Info_t firmware{};
+        QVERIFY(!sdk.vrn->device_get_firmware_info(device, &firmware));
+        QCOMPARE(firmware.version_major, uint16_t(2));
+        QCOMPARE(firmware.version_minor, uint16_t(5));
+        QCOMPARE(firmware.version_build, uint16_t(1));
+        QVERIFY(std::strlen(firmware.description) > 0);
+        float power = 0;
+        QVERIFY(!sdk.vrn->device_get_tx_power(device, 0, &power));
+        QVERIFY(power > -20.0f && power < 10.0f);
+        QVERIFY(sdk.vrn->device_get_tx_power(device, uint32_t(tx), &power) != nullptr);
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void frameOfTheWrongShapeIsRefused_data()
+    {
+        QTest::addColumn<uint>("channels");
+        QTest::addColumn<uint>("chirps");
+        QTest::addColumn<uint>("samples");
+        QTest::addColumn<int>("status");
+        QTest::newRow("configured shape") << 1u << 64u << 64u << int(VRN_STATUS_OK);
+        QTest::newRow("too many channels") << 3u << 64u << 64u << int(VRN_STATUS_INVALID_ARGUMENT);
+        QTest::newRow("too few chirps") << 1u << 32u << 64u << int(VRN_STATUS_INVALID_ARGUMENT);
+        QTest::newRow("too many samples") << 1u << 64u << 128u << int(VRN_STATUS_INVALID_ARGUMENT);
+    }
+
+    void frameOfTheWrongShapeIsRefused()
+    {
+        QFETCH(uint, channels);
+        QFETCH(uint, chirps);
+        QFETCH(uint, samples);
+        QFETCH(int, status);
+        vrn_Device_Handle device = sdk.open("d-7a");
+        QVERIFY(device);
+        vrn_Frame_R_t* frame = nullptr;
+        QVERIFY(!sdk.vrn->frame_r_create(channels, chirps, samples, &frame));
+        QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 100)), status);
+        if (status != VRN_STATUS_OK)
+            QVERIFY(QString::fromUtf8(sdk.vrn->status_text(status)).contains("shape"));
+        QVERIFY(!sdk.vrn->frame_r_destroy(frame));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void clearedFrameIsRefilledAndDestroyable()
+    {
+        vrn_Device_Handle device = sdk.open("d-7a");
+        QVERIFY(device);
+        vrn_Frame_R_t* frame = nullptr;
+        QVERIFY(!sdk.vrn->frame_r_create(1, 64, 64, &frame));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 100), VRN_STATUS_OK);
+        QVERIFY(!sdk.vrn->matrix_r_clear(frame->rx_data[0]));
+        QCOMPARE(frame->rx_data[0]->data[10], 0.0f);
+        frame->num_rx = 0;
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 100), VRN_STATUS_OK);
+        QCOMPARE(frame->num_rx, 1u);
+        QVERIFY(frame->rx_data[0]->data[10] > 0.3f && frame->rx_data[0]->data[10] < 0.7f);
+        frame->num_rx = 0;
+        QVERIFY(!sdk.vrn->frame_r_destroy(frame));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void temperatureRisesWhileEmitting()
+    {
+        vrn_Device_Handle device = sdk.open("d-warm");
+        QVERIFY(device);
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        float start = 0;
+        QCOMPARE(sdk.vrn->cw_get_temperature(cw, &start), VRN_STATUS_OK);
+        QVERIFY(!sdk.vrn->cw_start_emission(cw));
+        uint8_t active = 0;
+        QVERIFY(!sdk.vrn->cw_is_emission_active(cw, &active));
+        QCOMPARE(active, uint8_t(1));
+        float now = start;
+        QTRY_VERIFY_WITH_TIMEOUT((sdk.vrn->cw_get_temperature(cw, &now), now > start + 2.0f), 5000);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void kmr7cHasNoReadoutsInCwMode()
+    {
+        vrn_Device_Handle device = sdk.open("d-7c");
+        QVERIFY(device);
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        float value = 0;
+        QCOMPARE(sdk.vrn->cw_get_temperature(cw, &value), VRN_STATUS_NOT_SUPPORTED);
+        QCOMPARE(sdk.vrn->cw_get_tx_power(cw, 0, &value), VRN_STATUS_NOT_SUPPORTED);
+        QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void cwSamplingRateLimitsFollowTheAdcSetting_data()
+    {
+        QTest::addColumn<uint>("sampleTime");
+        QTest::addColumn<uint>("tracking");
+        QTest::addColumn<uint>("oversampling");
+        QTest::addColumn<uint>("doubleMsb");
+        QTest::addColumn<uint>("maxRate");
+        // conversion = sample time + (12 + double MSB) / 80 MHz, times
+        // (1 + tracking conversions) times oversampling; at most 2 MHz.
+        QTest::newRow("defaults") << 0u << 1u << 0u << 0u << 2000000u;
+        QTest::newRow("400 ns") << 3u << 1u << 0u << 0u << 909090u;
+        QTest::newRow("3 conversions, double MSB") << 1u << 2u << 0u << 1u << 952380u;
+        QTest::newRow("4x oversampling") << 0u << 1u << 2u << 0u << 625000u;
+        QTest::newRow("no tracking, 8x") << 2u << 0u << 3u << 0u << 357142u;
+    }
+
+    void cwSamplingRateLimitsFollowTheAdcSetting()
+    {
+        QFETCH(uint, sampleTime);
+        QFETCH(uint, tracking);
+        QFETCH(uint, oversampling);
+        QFETCH(uint, doubleMsb);
+        QFETCH(uint, maxRate);
+        vrn_Device_Handle device = sdk.open("d-7a");
+        QVERIFY(device);
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        vrn_Device_ADC_Config_t adc{1000, tracking, sampleTime, doubleMsb, oversampling};
+        uint32_t minRate = 0, maxFound = 0;
+        QVERIFY(!sdk.vrn->cw_get_sampling_rate_limits(cw, &adc, &minRate, &maxFound));
+        QCOMPARE(maxFound, maxRate);
+        QCOMPARE(minRate, 1221u);
+        adc.sample_rate_Hz = maxRate;
+        QVERIFY(!sdk.vrn->cw_set_adc_config(cw, &adc));
+        adc.sample_rate_Hz = maxRate + 1;
+        QVERIFY(sdk.vrn->cw_set_adc_config(cw, &adc) != nullptr);
+        vrn_Device_ADC_Config_t stored{};
+        QVERIFY(!sdk.vrn->cw_get_adc_config(cw, &stored));
+        QCOMPARE(stored.sample_rate_Hz, maxRate);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void cwTestSignalModesDependOnTheChip_data()
+    {
+        QTest::addColumn<QString>("uuid");
+        QTest::addColumn<uint>("mode");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("KMR7A baseband test") << "d-7a" << 1u << true;
+        QTest::newRow("KMR7A Rx self test") << "d-7a" << 4u << false;
+        QTest::newRow("KMR7C Rx self test") << "d-7c" << 4u << true;
+    }
+
+    void cwTestSignalModesDependOnTheChip()
+    {
+        QFETCH(QString, uuid);
+        QFETCH(uint, mode);
+        QFETCH(bool, accepted);
+        vrn_Device_Handle device = sdk.open(uuid.toUtf8().constData());
+        QVERIFY(device);
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        const vrn_Device_Test_Signal_Generator_t tsg{mode, 100000.0f};
+        QCOMPARE(sdk.vrn->cw_set_test_signal_generator(cw, &tsg) == nullptr, accepted);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        QVERIFY(!sdk.vrn->device_destroy(device));
+    }
+
+    void zp7OpensAsPulsedDopplerDevice()
+    {
+        vrn_Corvix_Handle zp7 = nullptr;
+        QCOMPARE(sdk.vrn->corvix_create_by_uuid("d-zp7", &zp7), VRN_STATUS_OK);
+        vrn_Device_Info_t info{};
+        QVERIFY(!sdk.vrn->corvix_get_device_info(zp7, &info));
+        QCOMPARE(QString::fromUtf8(info.name), QStringLiteral("ZP7"));
+        QCOMPARE(int(info.shield_type), 768);
+        QCOMPARE(int(info.num_rx_antennas), 2);
+        vrn_Firmware_Info_t firmware{};
+        QVERIFY(!sdk.vrn->corvix_get_firmware_info(zp7, &firmware));
+        QCOMPARE(firmware.version_major, uint16_t(3));
+        vrn_Corvix_Limits_t limits{};
+        QVERIFY(!sdk.vrn->corvix_get_limits(zp7, &limits));
+        vrn_Corvix_Frame_Config_t frame{};
+        vrn_Corvix_Pulse_Config_t pulse{};
+        QVERIFY(!sdk.vrn->corvix_get_default_config(zp7, &frame, &pulse));
+        QVERIFY(pulse.abb_gain_index >= limits.abb_gain_index_min && pulse.abb_gain_index <= limits.abb_gain_index_max);
+        pulse.channel = VRN_CORVIX_CHANNEL_TX2_RX2;
+        pulse.abb_gain_index = 7;
+        QVERIFY(sdk.vrn->corvix_set_config(zp7, &frame, &pulse) != nullptr);
+        pulse.abb_gain_index = 384;
+        QVERIFY(!sdk.vrn->corvix_set_config(zp7, &frame, &pulse));
+        vrn_Corvix_Pulse_Config_t stored{};
+        QVERIFY(!sdk.vrn->corvix_get_config(zp7, &frame, &stored));
+        QCOMPARE(int(stored.channel), int(VRN_CORVIX_CHANNEL_TX2_RX2));
+        vrn_Device_Handle fmcw = nullptr;
+        QCOMPARE(sdk.vrn->corvix_create_by_uuid("d-7a", reinterpret_cast<vrn_Corvix_Handle*>(&fmcw)),
+                 VRN_STATUS_NOT_SUPPORTED);
+        QVERIFY(!sdk.vrn->corvix_destroy(zp7));
+    }
+
+    void everyStatusHasAText_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("timeout") << int(VRN_STATUS_FRAME_TIMEOUT) << "timeout";
+        QTest::newRow("lost") << int(VRN_STATUS_COMMUNICATION_LOST) << "lost";
+        QTest::newRow("fetch failed") << int(VRN_STATUS_FRAME_FETCH_FAILED) << "Fetching";
+        QTest::newRow("firmware") << int(VRN_STATUS_FIRMWARE_NOT_SUPPORTED) << "firmware";
+        QTest::newRow("unknown") << 0x12345 << "Unknown status 0x12345";
+    }
+
+    void everyStatusHasAText()
+    {
+        QFETCH(int, status);
+        QFETCH(QString, text);
+        QVERIFY(QString::fromUtf8(sdk.vrn->status_text(status)).contains(text));
+    }
+
+    void processingIsNotThereYet()
+    {
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(QString::fromUtf8(sdk.vrn->rs_create(nullptr, &rs)),
+                 QStringLiteral("Not implemented in the simulator yet"));
+    }
+
+    void badBenchNamesTheFieldAndReplacesNothing_data()
+    {
+        QTest::addColumn<QString>("bench");
+        QTest::addColumn<QString>("field");
+        QTest::newRow("chip") << R"({ "boards": [ { "uuid": "x", "chip": "KMR9" } ] })" << "boards[0].chip";
+        QTest::newRow("shield") << R"({ "boards": [ { "uuid": "x", "chip": "ZP7", "shield": 512 } ] })"
+                                << "boards[0].shield";
+        QTest::newRow("target") << R"({ "boards": [ { "uuid": "x", "scene": { "targets": [ { "range_m": "far" } ] } } ] })"
+                                << "boards[0].scene.targets[0].range_m";
+        QTest::newRow("typo") << R"({ "boards": [ { "uuid": "x", "pacng": "unpaced" } ] })" << "boards[0].pacng";
+        QTest::newRow("fault status") << R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1 } ] } ] })"
+                                      << "boards[0].faults[0].status";
+        QTest::newRow("duplicate uuid") << R"({ "boards": [ { "uuid": "x" }, { "uuid": "x" } ] })"
+                                        << "boards[1].uuid";
+        QTest::newRow("not JSON") << "{ boards" << "not valid JSON";
+    }
+
+    void badBenchNamesTheFieldAndReplacesNothing()
+    {
+        QFETCH(QString, bench);
+        QFETCH(QString, field);
+        const char* error = sdk.sim->load_bench_json(bench.toUtf8().constData());
+        QVERIFY(error);
+        QVERIFY2(QString::fromUtf8(error).contains(field), error);
+        vrn_Device_List_Handle list = nullptr;
+        const char* listError = sdk.vrn->device_list_get(&list);
+        QVERIFY(listError);
+        QVERIFY(QString::fromUtf8(listError).contains(field));
+    }
+};
+
+QTEST_GUILESS_MAIN(SimulatorDeviceTest)
+#include "tst_simulator_device.moc"

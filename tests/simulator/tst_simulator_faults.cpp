@@ -1,0 +1,312 @@
+#include "SimulatorSdk.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+namespace {
+
+const char* const kBench = R"({ "boards": [
+    { "uuid": "f-fast", "chip": "KMR7A", "pacing": "unpaced" },
+    { "uuid": "f-real", "chip": "KMR7A", "pacing": "realtime" },
+    { "uuid": "f-zp7", "chip": "ZP7", "pacing": "unpaced" },
+    { "uuid": "f-sched", "chip": "KMR7B", "pacing": "unpaced",
+      "faults": [ { "at_frame": 3, "status": "0x1100e", "count": 1 },
+                  { "at_frame": 5, "kind": "unplug" } ] } ] })";
+
+void countChange(void* user)
+{
+    static_cast<std::atomic<int>*>(user)->fetch_add(1);
+}
+
+}  // namespace
+
+class SimulatorFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    SimulatorSdk sdk;
+    vrn_Device_Handle device = nullptr;
+    vrn_Frame_R_t* frame = nullptr;
+
+    bool openWithFrame(const char* uuid)
+    {
+        device = sdk.open(uuid);
+        return device && !sdk.vrn->frame_r_create(1, 64, 64, &frame);
+    }
+
+    QStringList listed()
+    {
+        QStringList uuids;
+        vrn_Device_List_Handle list = nullptr;
+        if (sdk.vrn->device_list_get(&list))
+            return {QStringLiteral("<failed>")};
+        uint32_t count = 0;
+        sdk.vrn->device_list_size(list, &count);
+        for (uint32_t i = 0; i < count; ++i) {
+            vrn_Device_List_Entry_t entry{};
+            if (!sdk.vrn->device_list_entry(list, i, &entry))
+                uuids << QString::fromUtf8(entry.uuid);
+        }
+        sdk.vrn->device_list_destroy(list);
+        return uuids;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError()));
+    }
+
+    void init()
+    {
+        QVERIFY(!sdk.sim->load_bench_json(kBench));
+    }
+
+    void cleanup()
+    {
+        sdk.sim->set_change_callback(nullptr, nullptr);
+        if (frame)
+            sdk.vrn->frame_r_destroy(frame);
+        if (device)
+            sdk.vrn->device_destroy(device);
+        frame = nullptr;
+        device = nullptr;
+    }
+
+    void fetchWaitsForTheFrameRepetitionTime_data()
+    {
+        QTest::addColumn<QString>("uuid");
+        QTest::addColumn<int>("shortWait");
+        QTest::addColumn<int>("secondStatus");
+        // The default frame repetition time is 100 ms: a 10 ms wait right
+        // after a frame is too short on a paced board.
+        QTest::newRow("realtime, short wait") << "f-real" << 10 << int(VRN_STATUS_FRAME_TIMEOUT);
+        QTest::newRow("realtime, no wait") << "f-real" << 0 << int(VRN_STATUS_FRAME_TIMEOUT);
+        QTest::newRow("unpaced, no wait") << "f-fast" << 0 << int(VRN_STATUS_OK);
+    }
+
+    void fetchWaitsForTheFrameRepetitionTime()
+    {
+        QFETCH(QString, uuid);
+        QFETCH(int, shortWait);
+        QFETCH(int, secondStatus);
+        QVERIFY(openWithFrame(uuid.toUtf8().constData()));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
+        QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, uint16_t(shortWait))), secondStatus);
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
+    }
+
+    void injectedFetchFaultsAnswerTheirStatus_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::newRow("timeout") << int(VRN_STATUS_FRAME_TIMEOUT);
+        QTest::newRow("fetch failed") << int(VRN_STATUS_FRAME_FETCH_FAILED);
+        QTest::newRow("communication lost") << int(VRN_STATUS_COMMUNICATION_LOST);
+        QTest::newRow("unknown") << 0x12345;
+    }
+
+    void injectedFetchFaultsAnswerTheirStatus()
+    {
+        QFETCH(int, status);
+        QVERIFY(openWithFrame("f-fast"));
+        const VrnSimFault fault{VRNSIM_FAULT_FETCH, status, 2, 0};
+        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
+        QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 20)), status);
+        QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 20)), status);
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_OK);
+        QVERIFY(std::strlen(sdk.vrn->status_text(status)) > 0);
+    }
+
+    void injectedOpenFaults_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::newRow("communication error") << int(VRN_STATUS_COMMUNICATION_ERROR);
+        QTest::newRow("firmware not supported") << int(VRN_STATUS_FIRMWARE_NOT_SUPPORTED);
+        QTest::newRow("success with null handle") << int(VRN_STATUS_OK);
+    }
+
+    void injectedOpenFaults()
+    {
+        QFETCH(int, status);
+        const VrnSimFault fault{VRNSIM_FAULT_OPEN, status, 1, 0};
+        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
+        vrn_Device_Handle handle = reinterpret_cast<vrn_Device_Handle>(this);
+        QCOMPARE(int(sdk.vrn->device_create_by_uuid("f-fast", &handle)), status);
+        if (status == VRN_STATUS_OK)
+            QCOMPARE(handle, nullptr);
+        // The fault was for one open only, and nothing stayed open.
+        device = sdk.open("f-fast");
+        QVERIFY(device);
+    }
+
+    void injectedListEntryFault()
+    {
+        const VrnSimFault fault{VRNSIM_FAULT_LIST_ENTRY, 0, 1, 1};
+        QVERIFY(!sdk.sim->inject_fault(nullptr, &fault));
+        vrn_Device_List_Handle list = nullptr;
+        QVERIFY(!sdk.vrn->device_list_get(&list));
+        vrn_Device_List_Entry_t entry{};
+        QVERIFY(!sdk.vrn->device_list_entry(list, 0, &entry));
+        QVERIFY(sdk.vrn->device_list_entry(list, 1, &entry) != nullptr);
+        QVERIFY(!sdk.vrn->device_list_entry(list, 2, &entry));
+        QVERIFY(!sdk.vrn->device_list_destroy(list));
+        QCOMPARE(listed().size(), 4);
+    }
+
+    void injectedReadoutFaults_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("status");
+        QTest::newRow("temperature lost") << int(VRNSIM_FAULT_TEMPERATURE) << int(VRN_STATUS_COMMUNICATION_LOST);
+        QTest::newRow("temperature not supported") << int(VRNSIM_FAULT_TEMPERATURE) << int(VRN_STATUS_NOT_SUPPORTED);
+        QTest::newRow("tx power") << int(VRNSIM_FAULT_TX_POWER) << int(VRN_STATUS_COMMUNICATION_ERROR);
+    }
+
+    void injectedReadoutFaults()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, status);
+        device = sdk.open("f-fast");
+        QVERIFY(device);
+        const VrnSimFault fault{VrnSimFaultKind(kind), status, 1, 0};
+        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
+        float value = 0;
+        if (kind == VRNSIM_FAULT_TEMPERATURE) {
+            QCOMPARE(int(sdk.vrn->device_get_temperature(device, &value)), status);
+            QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
+        } else {
+            QVERIFY(sdk.vrn->device_get_tx_power(device, 0, &value) != nullptr);
+            QVERIFY(!sdk.vrn->device_get_tx_power(device, 0, &value));
+        }
+    }
+
+    void faultsUntilClearedAndCleared()
+    {
+        QVERIFY(openWithFrame("f-fast"));
+        const VrnSimFault fault{VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 0, 0};
+        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_FRAME_FETCH_FAILED);
+        QVERIFY(!sdk.sim->clear_faults("f-fast"));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_OK);
+    }
+
+    void benchScheduleFailsByFrameNumber()
+    {
+        std::atomic<int> changes{0};
+        sdk.sim->set_change_callback(countChange, &changes);
+        QVERIFY(openWithFrame("f-sched"));
+        QList<int> statuses;
+        for (int i = 0; i < 7; ++i)
+            statuses << sdk.vrn->device_get_next_frame(device, frame, 20);
+        // Frames 0-2 arrive, the fourth fetch fails once, two more arrive,
+        // then the board drops off the bus for good.
+        const QList<int> expected{0, 0, 0, VRN_STATUS_FRAME_FETCH_FAILED, 0, 0, VRN_STATUS_COMMUNICATION_LOST};
+        QCOMPARE(statuses, expected);
+        QCOMPARE(changes.load(), 1);
+        QVERIFY(!listed().contains("f-sched"));
+    }
+
+    void hotPlugIsAnnouncedAndListed()
+    {
+        std::atomic<int> changes{0};
+        sdk.sim->set_change_callback(countChange, &changes);
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-new", "chip": "KMR7C", "pacing": "unpaced" })"));
+        QCOMPARE(changes.load(), 1);
+        QVERIFY(listed().contains("f-new"));
+        QVERIFY(sdk.sim->plug_board(R"({ "uuid": "f-new" })") != nullptr);
+        QVERIFY(!sdk.sim->unplug_board("f-new"));
+        QCOMPARE(changes.load(), 2);
+        QVERIFY(!listed().contains("f-new"));
+        QVERIFY(sdk.sim->unplug_board("f-new") != nullptr);
+    }
+
+    void unpluggedOpenBoardAnswersCommunicationLost()
+    {
+        QVERIFY(openWithFrame("f-fast"));
+        QVERIFY(!sdk.sim->unplug_board("f-fast"));
+        float value = 0;
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_COMMUNICATION_LOST);
+        QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_COMMUNICATION_LOST);
+        vrn_Device_Config_t config{};
+        const char* error = sdk.vrn->device_get_config(device, &config);
+        QVERIFY(error);
+        QVERIFY(QString::fromUtf8(error).contains("lost"));
+        QVERIFY(sdk.vrn->device_get_tx_power(device, 0, &value) != nullptr);
+        uint8_t stopped = 0;
+        QVERIFY(sdk.vrn->device_stop_acquisition(device, &stopped) != nullptr);
+        // Plugged in again, the board is a new device for the SDK.
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fast", "pacing": "unpaced" })"));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_COMMUNICATION_LOST);
+        vrn_Device_Handle fresh = sdk.open("f-fast");
+        QVERIFY(fresh);
+        QVERIFY(!sdk.vrn->device_destroy(fresh));
+    }
+
+    void unplugWakesAWaitingFetch()
+    {
+        QVERIFY(openWithFrame("f-real"));
+        // One frame every 5 s: the second fetch is still waiting when the
+        // board goes, whenever the other thread gets to run.
+        vrn_Device_Config_t config{};
+        QVERIFY(!sdk.vrn->device_get_config(device, &config));
+        config.frame_repetition_time_s = 5.0f;
+        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
+        std::atomic<int> status{-1};
+        std::thread fetcher([&] { status = sdk.vrn->device_get_next_frame(device, frame, 60000); });
+        QVERIFY(!sdk.sim->unplug_board("f-real"));
+        fetcher.join();
+        QCOMPARE(status.load(), int(VRN_STATUS_COMMUNICATION_LOST));
+    }
+
+    void zp7FetchFaults()
+    {
+        vrn_Corvix_Handle zp7 = nullptr;
+        QCOMPARE(sdk.vrn->corvix_create_by_uuid("f-zp7", &zp7), VRN_STATUS_OK);
+        vrn_Corvix_Frame_C_t* iq = nullptr;
+        QVERIFY(!sdk.vrn->corvix_frame_c_create(1, 128, &iq));
+        const VrnSimFault fault{VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1, 0};
+        QVERIFY(!sdk.sim->inject_fault("f-zp7", &fault));
+        QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 20), VRN_STATUS_FRAME_FETCH_FAILED);
+        QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 20), VRN_STATUS_OK);
+        QVERIFY(!sdk.vrn->corvix_frame_c_destroy(iq));
+        QVERIFY(!sdk.vrn->corvix_destroy(zp7));
+    }
+
+    void streamingSurvivesConcurrentHotPlug()
+    {
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-other", "pacing": "unpaced" })"));
+        std::atomic<int> failures{0};
+        auto stream = [&](const char* uuid) {
+            vrn_Device_Handle d = sdk.open(uuid);
+            vrn_Frame_R_t* f = nullptr;
+            if (!d || sdk.vrn->frame_r_create(1, 64, 64, &f)) {
+                failures++;
+                return;
+            }
+            for (int i = 0; i < 200; ++i)
+                if (sdk.vrn->device_get_next_frame(d, f, 100) != VRN_STATUS_OK)
+                    failures++;
+            sdk.vrn->frame_r_destroy(f);
+            sdk.vrn->device_destroy(d);
+        };
+        std::thread a(stream, "f-fast");
+        std::thread b(stream, "f-other");
+        for (int i = 0; i < 50; ++i) {
+            QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-flaky", "pacing": "unpaced" })"));
+            listed();
+            QVERIFY(!sdk.sim->unplug_board("f-flaky"));
+        }
+        a.join();
+        b.join();
+        QCOMPARE(failures.load(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(SimulatorFaultsTest)
+#include "tst_simulator_faults.moc"

@@ -1,0 +1,325 @@
+#include "SimulatorSdk.h"
+
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+constexpr double kC = 299792458.0;
+
+QByteArray benchWith(const QString& chip, const QString& targets, double noise = 0.0, int seed = 1)
+{
+    return QStringLiteral(R"({ "boards": [ { "uuid": "phys-1", "chip": "%1", "pacing": "unpaced",
+        "noise": %2, "seed": %3, "scene": { "targets": [ %4 ] } } ] })")
+        .arg(chip)
+        .arg(noise)
+        .arg(seed)
+        .arg(targets)
+        .toUtf8();
+}
+
+vrn_Metrics_t defaultMetrics(uint32_t rxMask)
+{
+    vrn_Metrics_t m{};
+    m.sample_rate_Hz = 1000000;
+    m.rx_mask = rxMask;
+    m.tx_mask = 1;
+    m.tx_power_level = 31;
+    m.if_gain_dB = 33;
+    m.range_resolution_m = 0.3f;
+    m.max_range_m = 9.6f;
+    m.max_speed_m_s = 2.45f;
+    m.speed_resolution_m_s = 0.0766f;
+    m.frame_repetition_time_s = 0.1f;
+    m.center_frequency_Hz = 60.5e9f;
+    return m;
+}
+
+}  // namespace
+
+class SimulatorPhysicsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    SimulatorSdk sdk;
+    vrn_Device_Handle device = nullptr;
+    vrn_Frame_R_t* frame = nullptr;
+    vrn_Device_Config_t config{};
+
+    // Loads a one-board bench, configures it with rx_mask and fetches one frame.
+    bool capture(const QByteArray& bench, uint32_t rxMask, int frames = 1)
+    {
+        if (sdk.sim->load_bench_json(bench.constData()))
+            return false;
+        device = sdk.open("phys-1");
+        if (!device)
+            return false;
+        const vrn_Metrics_t m = defaultMetrics(rxMask);
+        if (sdk.vrn->device_translate_metrics(device, &m, &config) || sdk.vrn->device_set_config(device, &config))
+            return false;
+        const uint32_t channels = uint32_t(__builtin_popcount(rxMask));
+        if (sdk.vrn->frame_r_create(channels, config.num_chirps_per_frame, config.num_samples_per_chirp, &frame))
+            return false;
+        for (int i = 0; i < frames; ++i)
+            if (sdk.vrn->device_get_next_frame(device, frame, 100) != VRN_STATUS_OK)
+                return false;
+        return true;
+    }
+
+    const float* row(uint32_t channel, uint32_t chirp) const
+    {
+        const vrn_Matrix_R_s* m = frame->rx_data[channel];
+        return m->data + size_t(chirp) * m->stride;
+    }
+
+    double rangeResolution() const
+    {
+        return kC / (2.0 * double(config.upper_frequency_Hz - config.lower_frequency_Hz));
+    }
+
+    double wavelength() const
+    {
+        return kC / ((double(config.upper_frequency_Hz) + double(config.lower_frequency_Hz)) / 2.0);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError()));
+    }
+
+    void cleanup()
+    {
+        if (frame)
+            sdk.vrn->frame_r_destroy(frame);
+        if (device)
+            sdk.vrn->device_destroy(device);
+        frame = nullptr;
+        device = nullptr;
+    }
+
+    void targetAppearsAtItsBeatFrequencyBin_data()
+    {
+        QTest::addColumn<double>("range");
+        QTest::newRow("1.5 m") << 1.5;
+        QTest::newRow("3 m") << 3.0;
+        QTest::newRow("6 m") << 6.0;
+        QTest::newRow("8.1 m") << 8.1;
+    }
+
+    void targetAppearsAtItsBeatFrequencyBin()
+    {
+        QFETCH(double, range);
+        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "rcs_m2": 1.0 })").arg(range);
+        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+
+        // Beat frequency 2 R S / c with the slope S = B / (N / fs), then the
+        // DFT bin of that frequency for N samples at fs.
+        const double n = config.num_samples_per_chirp;
+        const double fs = config.sample_rate_Hz;
+        const double slope = double(config.upper_frequency_Hz - config.lower_frequency_Hz) / (n / fs);
+        const double beat = 2.0 * range * slope / kC;
+        const size_t expected = size_t(std::lround(beat * n / fs));
+
+        const auto spectrum = dft(row(0, 0), config.num_samples_per_chirp);
+        QCOMPARE(peakBin(spectrum, 1, config.num_samples_per_chirp / 2), expected);
+    }
+
+    void dopplerPhaseAdvancesPerChirp_data()
+    {
+        QTest::addColumn<double>("speed");
+        QTest::newRow("receding 1 m/s") << 1.0;
+        QTest::newRow("approaching 0.5 m/s") << -0.5;
+        QTest::newRow("receding 2 m/s") << 2.0;
+        QTest::newRow("approaching 1.7 m/s") << -1.7;
+    }
+
+    void dopplerPhaseAdvancesPerChirp()
+    {
+        QFETCH(double, speed);
+        // Put the target on a bin so that the spectrum's image does not leak
+        // into the phase.
+        const double range = 15 * 0.3;
+        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2,
+            "min_range_m": 0.5, "max_range_m": 9.0 })")
+                                   .arg(range)
+                                   .arg(speed);
+        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+        const size_t bin = size_t(std::lround(range / rangeResolution()));
+
+        const double expected = wrapPhase(4.0 * M_PI * speed * double(config.chirp_repetition_time_s) / wavelength());
+        for (uint32_t chirp = 0; chirp + 1 < 8; ++chirp) {
+            const auto a = dft(row(0, chirp), config.num_samples_per_chirp)[bin];
+            const auto b = dft(row(0, chirp + 1), config.num_samples_per_chirp)[bin];
+            const double measured = std::arg(b * std::conj(a));
+            QVERIFY2(std::abs(wrapPhase(measured - expected)) < 0.03,
+                     qPrintable(QStringLiteral("chirp %1: %2 rad, expected %3").arg(chirp).arg(measured).arg(expected)));
+        }
+    }
+
+    void rx1Rx3PhaseDifferenceGivesTheAngle_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::newRow("-40 deg") << -40.0;
+        QTest::newRow("-10 deg") << -10.0;
+        QTest::newRow("boresight") << 0.0;
+        QTest::newRow("25 deg") << 25.0;
+        QTest::newRow("50 deg") << 50.0;
+    }
+
+    void rx1Rx3PhaseDifferenceGivesTheAngle()
+    {
+        QFETCH(double, angle);
+        const double range = 12 * 0.3;
+        const QString target =
+            QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "angle_deg": %2 })").arg(range).arg(angle);
+        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x5));
+        const size_t bin = size_t(std::lround(range / rangeResolution()));
+
+        // Rx1 and Rx3 sit half a wavelength apart: phase difference pi sin(angle).
+        const auto rx1 = dft(row(0, 0), config.num_samples_per_chirp)[bin];
+        const auto rx3 = dft(row(1, 0), config.num_samples_per_chirp)[bin];
+        const double difference = std::arg(rx1 * std::conj(rx3));
+        const double measured = std::asin(difference / M_PI) * 180.0 / M_PI;
+        QVERIFY2(std::abs(measured - angle) < 1.0, qPrintable(QString::number(measured)));
+    }
+
+    void standingPersonStillMovesThePhase_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("breathes");
+        QTest::newRow("person") << QStringLiteral("person") << true;
+        QTest::newRow("reflector") << QStringLiteral("reflector") << false;
+    }
+
+    void standingPersonStillMovesThePhase()
+    {
+        QFETCH(QString, kind);
+        QFETCH(bool, breathes);
+        const double range = 8 * 0.3;
+        const QString target = QStringLiteral(R"({ "kind": "%1", "range_m": %2, "speed_m_s": 0.0,
+            "min_range_m": 1.0, "max_range_m": 4.0 })")
+                                   .arg(kind)
+                                   .arg(range);
+        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+        const size_t bin = size_t(std::lround(range / rangeResolution()));
+        // Over a second (ten frames) the chest moves by millimetres: several
+        // radians at 60 GHz, summed from frame to frame to stay clear of wrapping.
+        auto previous = dft(row(0, 0), config.num_samples_per_chirp)[bin];
+        double change = 0;
+        for (int i = 0; i < 10; ++i) {
+            QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 100), VRN_STATUS_OK);
+            const auto current = dft(row(0, 0), config.num_samples_per_chirp)[bin];
+            change += std::abs(std::arg(current * std::conj(previous)));
+            previous = current;
+        }
+        QCOMPARE(change > 0.5, breathes);
+    }
+
+    void noiseFollowsSeedAndLevel_data()
+    {
+        QTest::addColumn<double>("noise");
+        QTest::newRow("quiet") << 0.002;
+        QTest::newRow("noisy") << 0.02;
+    }
+
+    void noiseFollowsSeedAndLevel()
+    {
+        QFETCH(double, noise);
+        std::vector<float> runs[3];
+        const int seeds[3] = {7, 7, 8};
+        for (int r = 0; r < 3; ++r) {
+            QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), QString(), noise, seeds[r]), 0x4));
+            const vrn_Matrix_R_s* m = frame->rx_data[0];
+            runs[r].assign(m->data, m->data + size_t(m->rows) * m->stride);
+            cleanup();
+        }
+        QVERIFY(runs[0] == runs[1]);
+        QVERIFY(runs[0] != runs[2]);
+        double sum = 0, squares = 0;
+        for (float v : runs[0]) {
+            sum += v - 0.5;
+            squares += (v - 0.5) * (v - 0.5);
+        }
+        const double mean = sum / runs[0].size();
+        const double sigma = std::sqrt(squares / runs[0].size() - mean * mean);
+        // 12-bit quantisation adds 1/4095/sqrt(12) of its own.
+        const double expected = std::sqrt(noise * noise + std::pow(1.0 / 4095.0, 2) / 12.0);
+        QVERIFY2(std::abs(sigma - expected) < 0.15 * expected, qPrintable(QString::number(sigma)));
+    }
+
+    void cwCaptureCarriesTheTestTone_data()
+    {
+        QTest::addColumn<double>("frequency");
+        QTest::addColumn<int>("bin");
+        QTest::newRow("50 kHz") << 50000.0 << 10;
+        QTest::newRow("125 kHz") << 125000.0 << 25;
+        QTest::newRow("250 kHz") << 250000.0 << 50;
+    }
+
+    void cwCaptureCarriesTheTestTone()
+    {
+        QFETCH(double, frequency);
+        QFETCH(int, bin);
+        QVERIFY(!sdk.sim->load_bench_json(benchWith(QStringLiteral("KMR7A"), QString(), 0.002).constData()));
+        device = sdk.open("phys-1");
+        QVERIFY(device);
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(!sdk.vrn->cw_set_num_samples(cw, 200));
+        QVERIFY(!sdk.vrn->cw_set_rx_antenna_mask(cw, 0x5));
+        const vrn_Device_Test_Signal_Generator_t tone{1, float(frequency)};
+        QVERIFY(!sdk.vrn->cw_set_test_signal_generator(cw, &tone));
+        QVERIFY(!sdk.vrn->frame_r_create(2, 1, 200, &frame));
+        QCOMPARE(sdk.vrn->cw_capture_frame(cw, frame), VRN_STATUS_OK);
+        for (uint32_t ch = 0; ch < 2; ++ch)
+            QCOMPARE(int(peakBin(dft(frame->rx_data[ch]->data, 200), 1, 100)), bin);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+    }
+
+    void pulsedDopplerToneSitsAtTheDopplerFrequency_data()
+    {
+        QTest::addColumn<double>("speed");
+        QTest::newRow("approaching 1 m/s") << -1.0;
+        QTest::newRow("receding 0.5 m/s") << 0.5;
+        QTest::newRow("approaching 2.5 m/s") << -2.5;
+    }
+
+    void pulsedDopplerToneSitsAtTheDopplerFrequency()
+    {
+        QFETCH(double, speed);
+        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": 3.0, "speed_m_s": %1,
+            "min_range_m": 0.5, "max_range_m": 9.0 })")
+                                   .arg(speed);
+        QVERIFY(!sdk.sim->load_bench_json(benchWith(QStringLiteral("ZP7"), target).constData()));
+        vrn_Corvix_Handle zp7 = nullptr;
+        QCOMPARE(sdk.vrn->corvix_create_by_uuid("phys-1", &zp7), VRN_STATUS_OK);
+        vrn_Corvix_Frame_Config_t frameConfig{};
+        vrn_Corvix_Pulse_Config_t pulse{};
+        QVERIFY(!sdk.vrn->corvix_get_default_config(zp7, &frameConfig, &pulse));
+        const uint32_t n = frameConfig.num_samples;
+        vrn_Corvix_Frame_C_t* iq = nullptr;
+        QVERIFY(!sdk.vrn->corvix_frame_c_create(1, n, &iq));
+        QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 100), VRN_STATUS_OK);
+
+        // Complex DFT of I + jQ; an approaching target has a positive Doppler frequency 2 |v| / lambda.
+        const double lambda = kC / 24.125e9;
+        const double doppler = -2.0 * speed / lambda;
+        const double prt = frameConfig.pulse_repetition_time_s;
+        std::vector<std::complex<double>> spectrum(n);
+        for (uint32_t k = 0; k < n; ++k)
+            for (uint32_t i = 0; i < n; ++i) {
+                const vrn_Complex_t s = iq->channel_data[0]->data[i];
+                spectrum[k] += std::complex<double>(s.re - 0.5, s.im - 0.5) * std::polar(1.0, -2.0 * M_PI * k * i / n);
+            }
+        const long expected = (std::lround(doppler * n * prt) % long(n) + long(n)) % long(n);
+        QCOMPARE(long(peakBin(spectrum, 0, n)), expected);
+        sdk.vrn->corvix_frame_c_destroy(iq);
+        sdk.vrn->corvix_destroy(zp7);
+    }
+};
+
+QTEST_GUILESS_MAIN(SimulatorPhysicsTest)
+#include "tst_simulator_physics.moc"
