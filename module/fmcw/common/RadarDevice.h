@@ -1,0 +1,84 @@
+#pragma once
+
+#include "fmcw/common/IRadarConfigurator.h"
+#include "fmcw/common/IRadarDataProvider.h"
+#include "fmcw/common/IRadarTemperatureProvider.h"
+#include "fmcw/common/IRadarTxPowerProvider.h"
+#include "fmcw/common/IRecalcConfigurationHandler.h"
+#include "fmcw/common/RadarDeviceBase.h"
+#include "frame/RadarEventCode.h"
+
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+
+class DeviceInfo;
+class RadarConfigurationUtils;
+
+// One opened FMCW device. Every SDK call on the handle is serialised by the
+// device's own mutex: the acquisition thread fetches frames while the GUI
+// thread reads the temperature or stops acquisition.
+class RadarDevice : public QObject,
+                    public RadarDeviceBase,
+                    public IRadarConfigurator,
+                    public IRecalcConfigurationHandler,
+                    public IRadarDataProvider,
+                    public IRadarTemperatureProvider,
+                    public IRadarTxPowerProvider
+{
+    Q_OBJECT
+public:
+    // The SDK's wait for one frame; the lock is held no longer than this.
+    static constexpr quint16 kFrameWaitMs = 30;
+
+    explicit RadarDevice(const Vrn* vrn, QObject* parent = nullptr);
+    ~RadarDevice() override;
+
+    // Opens the board; on failure the event says why and nothing stays open.
+    bool connectDevice(const QString& uuid, vrn_Device_Shield_Type_t shieldType);
+    bool createDeviceHandle();
+    bool destroyDeviceHandle();
+    bool isConnected() const;
+    QString uuid() const { return m_uuid; }
+    vrn_Device_Shield_Type_t shieldType() const { return m_shieldType; }
+
+    vrn_Device_Handle sdkHandle() const override { return m_handle; }
+
+    bool setConfiguration(RadarDeviceConfiguration& configuration) override;
+    bool recalculateConfiguration(RadarDeviceConfiguration& configuration) override;
+    RadarFrameResult getNextFrame(const RadarDeviceConfiguration& configuration) override;
+    void stopAcquisition() override;
+    float getTemperature() override;
+    float getTxPower(int antennaIndex) override;
+
+    int getNumRxAntennas();
+    int getNumTxAntennas();
+    QString getFirmwareVersion();
+    void updateDeviceInfo(DeviceInfo& info);
+    void updateTxPower(RadarDeviceConfiguration& configuration);
+    void updateApplicationDefaults(RadarDeviceConfiguration& configuration);
+
+    bool isFetchInProgress() const { return m_fetchInProgress.load(); }
+    RadarConfigurationUtils& utils() const { return *m_utils; }
+
+    // How long one fetch may wait in total before the device counts as
+    // lost: three times the longer of 100 ms and 1.25 frame times.
+    static double frameTimeLimitMs(float frameRepetitionTimeS);
+
+signals:
+    void triggerEvent(RadarEventCode code, QString message, QString details);
+
+private:
+    bool applyConfiguration(RadarDeviceConfiguration& configuration, bool sendToDevice);
+    QString statusText(vrn_Status_t status) const;
+
+    const Vrn* m_vrn;
+    mutable QMutex m_mutex;
+    vrn_Device_Handle m_handle = nullptr; // guarded by m_mutex
+    QString m_uuid;
+    vrn_Device_Shield_Type_t m_shieldType = VRN_SHIELD_UNKNOWN;
+    std::atomic<int> m_fetchInProgress { 0 };
+    RadarConfigurationUtils* m_utils;
+};

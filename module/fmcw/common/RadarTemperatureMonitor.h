@@ -1,0 +1,31 @@
+#pragma once
+
+#include "fmcw/common/IRadarTemperatureMonitor.h"
+
+#include <QTimer>
+
+class DeviceInfo;
+class IRadarTemperatureProvider;
+
+class RadarTemperatureMonitor : public IRadarTemperatureMonitor
+{
+    Q_OBJECT
+public:
+    // Neither the provider nor the info is owned; both must outlive the
+    // monitor.
+    RadarTemperatureMonitor(IRadarTemperatureProvider* provider, DeviceInfo* info, QObject* parent = nullptr);
+    // Clears the temperature so the pages show no stale reading.
+    ~RadarTemperatureMonitor() override;
+
+    void setInterval(int milliseconds) override;
+    void start() override;
+    void stop() override;
+
+public slots:
+    void update() override;
+
+private:
+    QTimer m_timer;
+    IRadarTemperatureProvider* m_provider;
+    DeviceInfo* m_info;
+};
