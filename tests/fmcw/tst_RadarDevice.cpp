@@ -1,0 +1,413 @@
+#include "FakeVrn.h"
+
+#include "fmcw/common/DeviceInfo.h"
+#include "fmcw/common/Metrics.h"
+#include "fmcw/common/MetricsLimits.h"
+#include "fmcw/common/RadarDevice.h"
+#include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/common/RadarDeviceParameters.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QThread>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+void smallScene(RadarDeviceConfiguration& config, float frameTime)
+{
+    config.metrics()->rx()->setMask(0b0100);
+    config.metrics()->tx()->setMask(0b0001);
+    config.metrics()->setFrameRepetitionTimeS(frameTime);
+    config.parameters()->setNumChirpsPerFrame(4);
+    config.parameters()->setNumSamplesPerChirp(8);
+}
+
+struct Event {
+    RadarEventCode code;
+    QString message;
+    QString details;
+};
+
+Event eventAt(const QSignalSpy& spy, int index)
+{
+    const QList<QVariant>& args = spy.at(index);
+    return { args.at(0).value<RadarEventCode>(), args.at(1).toString(), args.at(2).toString() };
+}
+
+}
+
+class TestRadarDevice : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { qRegisterMetaType<RadarEventCode>(); }
+    void connectByStatus_data();
+    void connectByStatus();
+    void fetchByStatus_data();
+    void fetchByStatus();
+    void fetchWithoutHandleReturnsQuietly();
+    void fetchGivesUpAfterTheTimeLimit();
+    void frameTimeLimit_data();
+    void frameTimeLimit();
+    void interruptionEndsAFetch();
+    void temperatureByStatus_data();
+    void temperatureByStatus();
+    void stopAcquisitionFailures();
+    void setConfigurationSteps_data();
+    void setConfigurationSteps();
+    void recalculationDoesNotTouchTheDevice();
+    void deviceInformation();
+};
+
+void TestRadarDevice::connectByStatus_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("nullHandle");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("details");
+    QTest::newRow("ok") << 0 << false << true << -1 << "" << "";
+    QTest::newRow("ok, null handle") << 0 << true << false << 0 << "Failed to connect to the device"
+                                     << "SDK reports no error but returned device handle is invalid";
+    QTest::newRow("communication") << 0x11000 << false << false << 3 << "Communication with device failed"
+                                   << "status 0x11000";
+    QTest::newRow("firmware") << 0x11010 << false << false << 0
+                              << "No compatible device found - Firmware not supported" << "status 0x11010";
+    QTest::newRow("busy") << 0x11003 << false << false << 0 << "Failed to connect to the device" << "status 0x11003";
+}
+
+void TestRadarDevice::connectByStatus()
+{
+    QFETCH(int, status);
+    QFETCH(bool, nullHandle);
+    QFETCH(bool, connected);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    QFETCH(QString, details);
+    FakeVrn fake;
+    fake.createStatus = status;
+    fake.createNullHandle = nullHandle;
+    RadarDevice device(&fake.table);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    QCOMPARE(device.connectDevice("0123-abcd", VRN_SHIELD_FMCW_512), connected);
+    QCOMPARE(device.isConnected(), connected);
+    QCOMPARE(fake.lastUuid, QByteArray("0123-abcd"));
+    QCOMPARE(device.shieldType(), VRN_SHIELD_FMCW_512);
+    if (code < 0) {
+        QCOMPARE(events.count(), 0);
+        return;
+    }
+    QCOMPARE(events.count(), 1);
+    const Event event = eventAt(events, 0);
+    QCOMPARE(int(event.code), code);
+    QCOMPARE(event.message, message);
+    QCOMPARE(event.details, details);
+}
+
+void TestRadarDevice::fetchByStatus_data()
+{
+    QTest::addColumn<QVector<int>>("statuses");
+    QTest::addColumn<bool>("success");
+    QTest::addColumn<bool>("hasFrame");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("frame") << QVector<int> { 0 } << true << true << -1 << "";
+    QTest::newRow("two time-outs, then a frame") << QVector<int> { 0x1100d, 0x1100d, 0 } << true << true << -1 << "";
+    QTest::newRow("fetch failed") << QVector<int> { 0x1100e } << true << false << 2 << "Fetching next frame failed";
+    QTest::newRow("communication lost") << QVector<int> { 0x11002 } << false << false << 3
+                                        << "Communication with device failed";
+    QTest::newRow("other") << QVector<int> { 0x10001 } << false << false << 4
+                           << "Cannot fetch data from Radar. Please restart acquisition and try again";
+}
+
+void TestRadarDevice::fetchByStatus()
+{
+    QFETCH(QVector<int>, statuses);
+    QFETCH(bool, success);
+    QFETCH(bool, hasFrame);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    FakeVrn fake;
+    fake.frameStatuses.clear();
+    for (int status : statuses)
+        fake.frameStatuses.append(status);
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    {
+        const RadarFrameResult result = device.getNextFrame(config);
+        QCOMPARE(result.success, success);
+        QCOMPARE(result.frame != nullptr, hasFrame);
+        QCOMPARE(result.owner.get(), result.frame);
+        if (hasFrame)
+            QCOMPARE(result.frame->num_rx, 1u);
+        QCOMPARE(fake.nextFrameCalls.load(), statuses.size());
+        QVERIFY(!device.isFetchInProgress());
+    }
+    // Whatever the outcome, the frame went back to the SDK.
+    QCOMPARE(fake.framesAlive.load(), 0);
+    if (code < 0) {
+        QCOMPARE(events.count(), 0);
+        return;
+    }
+    QCOMPARE(events.count(), 1);
+    const Event event = eventAt(events, 0);
+    QCOMPARE(int(event.code), code);
+    QCOMPARE(event.message, message);
+    QCOMPARE(event.details, QString("status 0x%1").arg(statuses.last(), 0, 16));
+}
+
+void TestRadarDevice::fetchWithoutHandleReturnsQuietly()
+{
+    FakeVrn fake;
+    RadarDevice device(&fake.table);
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    const RadarFrameResult result = device.getNextFrame(config);
+    QVERIFY(!result.success);
+    QCOMPARE(result.frame, nullptr);
+    QCOMPARE(fake.nextFrameCalls.load(), 0);
+    QCOMPARE(events.count(), 0);
+}
+
+void TestRadarDevice::fetchGivesUpAfterTheTimeLimit()
+{
+    FakeVrn fake;
+    fake.frameStatuses = { VRN_STATUS_FRAME_TIMEOUT };
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.05f); // 300 ms in all
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    QElapsedTimer clock;
+    clock.start();
+    const RadarFrameResult result = device.getNextFrame(config);
+    QVERIFY(!result.success);
+    QVERIFY(clock.elapsed() >= 300);
+    // Every retry waited the SDK's 30 ms, so the limit took several.
+    QVERIFY(fake.nextFrameCalls.load() >= 300 / RadarDevice::kFrameWaitMs);
+    QCOMPARE(events.count(), 1);
+    const Event event = eventAt(events, 0);
+    QCOMPARE(event.code, RadarEventCode::DeviceCommunicationFailure);
+    QCOMPARE(event.message, QString("Too many timeouts occurred. Please reconnect device again."));
+    QCOMPARE(event.details, QString("status 0x1100d"));
+}
+
+void TestRadarDevice::frameTimeLimit_data()
+{
+    QTest::addColumn<float>("frameTime");
+    QTest::addColumn<double>("limitMs");
+    QTest::newRow("0.05 s, floor") << 0.05f << 300.0;
+    QTest::newRow("0.08 s, at the floor") << 0.08f << 300.0;
+    QTest::newRow("0.1 s") << 0.1f << 375.0;
+    QTest::newRow("0.2 s") << 0.2f << 750.0;
+}
+
+void TestRadarDevice::frameTimeLimit()
+{
+    QFETCH(float, frameTime);
+    QFETCH(double, limitMs);
+    QVERIFY(std::fabs(RadarDevice::frameTimeLimitMs(frameTime) - limitMs) < 1e-3);
+}
+
+void TestRadarDevice::interruptionEndsAFetch()
+{
+    FakeVrn fake;
+    fake.frameStatuses = { VRN_STATUS_FRAME_TIMEOUT };
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 20.0f); // a limit of 75 s: only the interruption can end this fetch
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    RadarFrameResult result;
+    result.success = true;
+    QThread* worker = QThread::create([&] { result = device.getNextFrame(config); });
+    worker->start();
+    QTRY_VERIFY(fake.nextFrameCalls.load() > 0);
+    worker->requestInterruption();
+    QVERIFY(worker->wait(1000));
+    delete worker;
+    QVERIFY(!result.success);
+    QCOMPARE(events.count(), 0);
+    QVERIFY(!device.isFetchInProgress());
+}
+
+void TestRadarDevice::temperatureByStatus_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("reading") << 0 << true << -1 << "";
+    QTest::newRow("not supported") << 0x1000c << false << 5 << "Temperature monitoring is not supported";
+    QTest::newRow("communication") << 0x11000 << false << 3 << "Communication with device failed";
+    QTest::newRow("lost") << 0x11002 << false << 3 << "Communication with device failed";
+    QTest::newRow("other") << 0x10001 << false << -1 << "";
+}
+
+void TestRadarDevice::temperatureByStatus()
+{
+    QFETCH(int, status);
+    QFETCH(bool, valid);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    FakeVrn fake;
+    fake.temperatureStatus = status;
+    fake.temperature = 41.5f;
+    RadarDevice device(&fake.table);
+    QVERIFY(std::isnan(device.getTemperature()));
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    if (status == 0x10001)
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to get device temperature: \"status 0x10001\"");
+    const float temperature = device.getTemperature();
+    if (valid)
+        QCOMPARE(temperature, 41.5f);
+    else
+        QVERIFY(std::isnan(temperature));
+    QCOMPARE(events.count(), code < 0 ? 0 : 1);
+    if (code >= 0) {
+        QCOMPARE(int(eventAt(events, 0).code), code);
+        QCOMPARE(eventAt(events, 0).message, message);
+    }
+}
+
+void TestRadarDevice::stopAcquisitionFailures()
+{
+    FakeVrn fake;
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    fake.stopped = 0;
+    QTest::ignoreMessage(QtWarningMsg, "Cannot stop acquisition - returned result is FALSE");
+    device.stopAcquisition();
+    QCOMPARE(events.count(), 0);
+    fake.stopError = "board gone";
+    device.stopAcquisition();
+    QCOMPARE(events.count(), 1);
+    QCOMPARE(eventAt(events, 0).code, RadarEventCode::DeviceCommunicationFailure);
+    QCOMPARE(eventAt(events, 0).message, QString("Failed to stop acquisition"));
+    QCOMPARE(eventAt(events, 0).details, QString("board gone"));
+}
+
+void TestRadarDevice::setConfigurationSteps_data()
+{
+    QTest::addColumn<QString>("failing");
+    QTest::addColumn<bool>("result");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<int>("setCalls");
+    QTest::newRow("all well") << "" << true << "" << 1;
+    QTest::newRow("limits") << "limits" << true << "Failed to get metric limits" << 1;
+    QTest::newRow("translate") << "translate" << false << "Cannot translate metrics to config" << 0;
+    QTest::newRow("set") << "set" << false << "Cannot set device config" << 1;
+}
+
+void TestRadarDevice::setConfigurationSteps()
+{
+    QFETCH(QString, failing);
+    QFETCH(bool, result);
+    QFETCH(QString, message);
+    QFETCH(int, setCalls);
+    FakeVrn fake;
+    fake.limits.max_range_m_min = 0.84f;
+    fake.limits.max_range_m_max = 19.27f;
+    fake.translated.num_samples_per_chirp = 128;
+    fake.translated.num_chirps_per_frame = 32;
+    fake.translated.mimo_mode = VRN_MIMO_TDM;
+    if (failing == "limits")
+        fake.limitsError = "limits unavailable";
+    if (failing == "translate")
+        fake.translateError = "speed resolution too fine";
+    if (failing == "set")
+        fake.setConfigError = "board refused";
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    config.metrics()->setMaxRangeM(0.8f);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    if (failing == "translate")
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot translate metrics to config speed resolution too fine");
+
+    QCOMPARE(device.setConfiguration(config), result);
+    QCOMPARE(fake.setConfigCalls, setCalls);
+    QCOMPARE(events.count(), message.isEmpty() ? 0 : 1);
+    if (!message.isEmpty()) {
+        QCOMPARE(eventAt(events, 0).code, RadarEventCode::Error);
+        QCOMPARE(eventAt(events, 0).message, message);
+    }
+    if (failing.isEmpty()) {
+        QCOMPARE(config.limits()->maxRangeMMin(), 0.8f);
+        QCOMPARE(config.limits()->maxRangeMMax(), 19.2f);
+        QCOMPARE(fake.lastMetrics.max_range_m, 0.84f);
+        QCOMPARE(fake.lastSetConfig.num_samples_per_chirp, 128u);
+    }
+    if (result) {
+        QCOMPARE(config.parameters()->numChirpsPerFrame(), 32u);
+        QCOMPARE(config.parameters()->mimoMode(), QString("tdm"));
+    } else {
+        QCOMPARE(config.parameters()->numChirpsPerFrame(), 4u);
+    }
+}
+
+void TestRadarDevice::recalculationDoesNotTouchTheDevice()
+{
+    FakeVrn fake;
+    fake.translated.num_chirps_per_frame = 64;
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    QVERIFY(device.recalculateConfiguration(config));
+    QCOMPARE(fake.setConfigCalls, 0);
+    QCOMPARE(config.parameters()->numChirpsPerFrame(), 64u);
+    config.setRecalcHandler(&device);
+    fake.translated.num_chirps_per_frame = 16;
+    QVERIFY(config.recalcConfig());
+    QCOMPARE(config.parameters()->numChirpsPerFrame(), 16u);
+}
+
+void TestRadarDevice::deviceInformation()
+{
+    FakeVrn fake;
+    qstrcpy(fake.info.name, "KMR7C");
+    fake.info.num_rx_antennas = 3;
+    fake.info.num_tx_antennas = 2;
+    fake.info.min_rf_frequency_Hz = 58000000000ull;
+    fake.info.max_rf_frequency_Hz = 63500000000ull;
+    qstrcpy(fake.firmware.description, "Radar baseboard firmware");
+    fake.firmware.version_major = 2;
+    fake.firmware.version_minor = 5;
+    fake.firmware.version_build = 11;
+    fake.txPower = { 4.0f, 5.5f };
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    device.updateDeviceInfo(*config.deviceInfo());
+    const DeviceInfo& info = *config.deviceInfo();
+    QCOMPARE(info.deviceName(), QString("KMR7C"));
+    QCOMPARE(config.radarType(), RadarConstants::KMR7C);
+    QCOMPARE(info.numRxAntennas(), quint8(3));
+    QCOMPARE(info.numTxAntennas(), quint8(2));
+    QCOMPARE(info.maxRfFrequencyHz(), 63500000000ull);
+    QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.11"));
+    QCOMPARE(info.deviceFirmwareName(), QString("Radar baseboard firmware"));
+    QCOMPARE(info.deviceType(), int(VRN_DEVICE_TYPE_KMR7A));
+    QCOMPARE(device.getFirmwareVersion(), QString("2511"));
+    QCOMPARE(device.getNumRxAntennas(), 3);
+    QCOMPARE(device.getNumTxAntennas(), 2);
+
+    config.metrics()->tx()->setMask(0b0010);
+    device.updateTxPower(config);
+    QCOMPARE(info.deviceTxPower(), QVector<float>({ 0.0f, 5.5f }));
+}
+
+QTEST_GUILESS_MAIN(TestRadarDevice)
+#include "tst_RadarDevice.moc"
