@@ -100,6 +100,25 @@ private slots:
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
     }
 
+    void lateHostLosesTheOldestFrames()
+    {
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fifo", "pacing": "realtime", "fifo_frames": 1 })"));
+        device = sdk.open("f-fifo");
+        QVERIFY(device);
+        // One chirp per frame and a frame every millisecond.
+        vrn_Device_Config_t config{};
+        QVERIFY(!sdk.vrn->device_get_config(device, &config));
+        config.num_chirps_per_frame = 1;
+        config.frame_repetition_time_s = 0.001f;
+        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        QVERIFY(!sdk.vrn->frame_r_create(1, 1, 64, &frame));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
+        QCOMPARE(sdk.sim->dropped_frames("nope"), uint64_t(0));
+        QTRY_VERIFY_WITH_TIMEOUT((sdk.vrn->device_get_next_frame(device, frame, 0),
+                                  sdk.sim->dropped_frames("f-fifo") > 0),
+                                 5000);
+    }
+
     void injectedFetchFaultsAnswerTheirStatus_data()
     {
         QTest::addColumn<int>("status");
