@@ -139,22 +139,28 @@ vrn_Status_t nextFrame(vrn_Corvix_Handle device, vrn_Corvix_Frame_C_t* frame, ui
 {
     if (!device || !frame)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and frame must not be null");
-    std::lock_guard<std::mutex> lock(device->mutex);
+    // Work on a copy of the configuration so that the wait holds no lock.
+    vrn_Corvix_Frame_Config_t frameConfig;
+    vrn_Corvix_Pulse_Config_t pulse;
+    {
+        std::lock_guard<std::mutex> lock(device->mutex);
+        frameConfig = device->frame;
+        pulse = device->pulse;
+    }
     const uint32_t capacity = FrameMemory::complexFrameChannels(frame);
     if (frame->num_channels == 0 && capacity > 0)
         frame->num_channels = capacity;
     bool fits = (frame->num_channels == 1 || frame->num_channels == 2) && frame->channel_data;
     for (uint32_t i = 0; fits && i < frame->num_channels; ++i) {
         const vrn_Matrix_C_s* m = frame->channel_data[i];
-        fits = m && m->data && m->rows == 1 && m->cols == device->frame.num_samples;
+        fits = m && m->data && m->rows == 1 && m->cols == frameConfig.num_samples;
     }
     if (!fits)
-        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT,
-                                 "a ZP7 frame needs 1 or 2 channels of 1 x " +
-                                     std::to_string(device->frame.num_samples) + " samples");
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "a ZP7 frame needs 1 or 2 channels of 1 x " +
+                                                                  std::to_string(frameConfig.num_samples) + " samples");
     Pacing pacing;
-    pacing.frameTimeS = device->frame.frame_repetition_time_s;
-    pacing.burstS = device->frame.num_samples * double(device->frame.pulse_repetition_time_s);
+    pacing.frameTimeS = frameConfig.frame_repetition_time_s;
+    pacing.burstS = frameConfig.num_samples * double(frameConfig.pulse_repetition_time_s);
     // Pulses are short: a few percent of the pulse repetition time.
     pacing.duty = 0.05 * pacing.burstS / pacing.frameTimeS;
     FrameTicket ticket;
@@ -163,7 +169,7 @@ vrn_Status_t nextFrame(vrn_Corvix_Handle device, vrn_Corvix_Frame_C_t* frame, ui
         unplugScheduled(device->board);
     if (status != VRN_STATUS_OK)
         return status;
-    device->synth.synthesize(device->frame, device->pulse, ticket.sceneTime, ticket.index, *frame);
+    device->synth.synthesize(frameConfig, pulse, ticket.sceneTime, ticket.index, *frame);
     return VRN_STATUS_OK;
 }
 

@@ -141,6 +141,7 @@ vrn_Status_t createByUuid(const char* uuid, vrn_Device_Handle* device)
         return ErrorText::status(VRN_STATUS_COMMUNICATION_ERROR, "out of memory");
     }
     std::string ignored;
+    // Until the host configures it, a board runs the default scene metrics.
     MetricsTranslator::translate(board->chip(), MetricsTranslator::defaultMetrics(), handle->config, ignored);
     handle->synth.configure(handle->config);
     *device = handle;
@@ -199,7 +200,9 @@ vrn_Error_t setConfig(vrn_Device_Handle device, const vrn_Device_Config_t* confi
     std::lock_guard<std::mutex> lock(device->mutex);
     // A new configuration restarts acquisition with the next fetch.
     device->board->stopAcquisition();
+    std::lock_guard<std::mutex> synthLock(device->synthMutex);
     device->config = *config;
+    ++device->generation;
     device->synth.configure(*config);
     return nullptr;
 }
@@ -241,11 +244,18 @@ vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t 
 {
     if (!device || !frame)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and frame must not be null");
-    std::lock_guard<std::mutex> lock(device->mutex);
-    const vrn_Device_Config_t& config = device->config;
+    vrn_Device_Config_t config;
+    uint64_t generation;
+    uint32_t channels;
+    {
+        std::lock_guard<std::mutex> lock(device->mutex);
+        config = device->config;
+        generation = device->generation;
+        std::lock_guard<std::mutex> synthLock(device->synthMutex);
+        channels = device->synth.channelCount();
+    }
     // A frame whose user zeroed num_rx after clearing it is still ours to fill.
     const uint32_t capacity = FrameMemory::frameChannels(frame);
-    const uint32_t channels = device->synth.channelCount();
     if (frame->num_rx == 0 && capacity == channels)
         frame->num_rx = capacity;
     bool fits = frame->num_rx == channels && frame->rx_data;
@@ -271,6 +281,10 @@ vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t 
         return status;
     const double txDbm = Propagation::fmcwTxPowerDbm(config.tx_power_level, device->board->chip().maxTxPowerLevel,
                                                      ticket.temperatureC);
+    std::lock_guard<std::mutex> synthLock(device->synthMutex);
+    // A configuration set while this fetch waited ends the frame, as on a board.
+    if (device->generation != generation)
+        return ErrorText::status(VRN_STATUS_FRAME_TIMEOUT, "the configuration changed during the wait");
     device->synth.synthesize(ticket.sceneTime, ticket.index, txDbm, *frame);
     return VRN_STATUS_OK;
 }

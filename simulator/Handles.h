@@ -17,8 +17,10 @@ struct vrn_Device_List_s {
     std::vector<vrn_Device_List_Entry_t> entries;
 };
 
-// An opened FMCW board. The mutex serialises calls on the handle (the
-// synthesiser's scratch memory); the board has its own lock.
+// An opened FMCW board. `mutex` guards the configuration and is never held
+// while a fetch waits, so other calls on the handle get in; `synthMutex`
+// guards the synthesiser's scratch memory (taken after `mutex` when both are
+// needed). The board has its own lock.
 struct vrn_Device_s {
     explicit vrn_Device_s(std::shared_ptr<vrnsim::Board> b)
         : board(std::move(b)), synth(board->spec(), board->noise())
@@ -26,6 +28,8 @@ struct vrn_Device_s {
     std::shared_ptr<vrnsim::Board> board;
     std::mutex mutex;
     vrn_Device_Config_t config{};
+    uint64_t generation = 0;  // counts configurations, under both mutexes
+    std::mutex synthMutex;
     vrnsim::FmcwSynthesizer synth;
     vrn_CW_Controller_s* cw = nullptr;
 };

@@ -283,6 +283,33 @@ private slots:
         QCOMPARE(status.load(), int(VRN_STATUS_COMMUNICATION_LOST));
     }
 
+    void reconfiguringEndsAWaitingFetch()
+    {
+        // A board that warms up at once: its temperature shows when the
+        // fetch below has started acquisition and waits for its frame.
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-slow", "pacing": "realtime", "thermal_time_s": 0.001 })"));
+        device = sdk.open("f-slow");
+        QVERIFY(device);
+        vrn_Device_Config_t config{};
+        QVERIFY(!sdk.vrn->device_get_config(device, &config));
+        // 500 chirps of 5 ms: the first frame is 2.5 s away.
+        config.num_chirps_per_frame = 500;
+        config.chirp_repetition_time_s = 0.005f;
+        config.frame_repetition_time_s = 5.0f;
+        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        QVERIFY(!sdk.vrn->frame_r_create(1, 500, 64, &frame));
+        std::atomic<int> status{-1};
+        std::thread fetcher([&] { status = sdk.vrn->device_get_next_frame(device, frame, 60000); });
+        float temperature = 0;
+        QTRY_VERIFY((sdk.vrn->device_get_temperature(device, &temperature), temperature > 30.0f));
+        // The waiting fetch holds no lock the configuration calls need; the
+        // new configuration ends the wait without a frame.
+        config.frame_repetition_time_s = 4.0f;
+        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        fetcher.join();
+        QCOMPARE(status.load(), int(VRN_STATUS_FRAME_TIMEOUT));
+    }
+
     void zp7FetchFaults()
     {
         vrn_Corvix_Handle zp7 = nullptr;
