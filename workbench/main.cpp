@@ -2,6 +2,7 @@
 // line for scripted, headless sessions.
 #include "DeviceListing.h"
 #include "ModuleHost.h"
+#include "RecordingCommands.h"
 
 #include "host/IModule.h"
 
@@ -74,8 +75,19 @@ int main(int argc, char* argv[])
         QStringLiteral("FILE"));
     const QCommandLineOption listDevicesOption(QStringLiteral("list-devices"),
         QStringLiteral("Run one detection through the module and print a line per board: name, uuid, shield type, chip."));
-    parser.addOptions({ checkOption, listDevicesOption, moduleOption, sdkOption, settingsOption, benchOption });
+    const QCommandLineOption inspectOption(QStringLiteral("inspect"),
+        QStringLiteral("Print the header and frame count of a binary recording (BASE.raw.bin)."), QStringLiteral("FILE"));
+    const QCommandLineOption convertOption(QStringLiteral("convert"),
+        QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin."), QStringLiteral("BASE"));
+    parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, moduleOption, sdkOption,
+                        settingsOption, benchOption });
     parser.process(app);
+
+    // The recording tools work on files alone and need no module.
+    if (parser.isSet(inspectOption))
+        return inspectRecording(parser.value(inspectOption), out(), err());
+    if (parser.isSet(convertOption))
+        return convertRecording(parser.value(convertOption), out(), err());
 
     ModuleHost host;
     const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption),
