@@ -7,7 +7,6 @@
 #include "sdk/vrn.h"
 
 #include <QByteArray>
-#include <QThread>
 #include <QVector>
 
 #include <atomic>
@@ -16,9 +15,8 @@
 struct FakeVrn {
     Vrn table {};
 
-    // device_create_by_uuid
-    vrn_Status_t createStatus = VRN_STATUS_OK;
-    bool createNullHandle = false;
+    // device_create_by_uuid always succeeds; refused opens are exercised
+    // against the simulated SDK.
     QByteArray lastUuid;
     int destroyCalls = 0;
     const char* destroyError = nullptr;
@@ -78,9 +76,8 @@ struct FakeVrn {
         table.device_create_by_uuid = [](const char* uuid, vrn_Device_Handle* device) -> vrn_Status_t {
             FakeVrn& f = *current();
             f.lastUuid = uuid;
-            if (f.createStatus == VRN_STATUS_OK)
-                *device = f.createNullHandle ? nullptr : reinterpret_cast<vrn_Device_Handle>(&f);
-            return f.createStatus;
+            *device = reinterpret_cast<vrn_Device_Handle>(&f);
+            return VRN_STATUS_OK;
         };
         table.device_destroy = [](vrn_Device_Handle) -> vrn_Error_t {
             ++current()->destroyCalls;
@@ -111,14 +108,12 @@ struct FakeVrn {
             *prt = current()->prt;
             return nullptr;
         };
-        table.device_get_next_frame = [](vrn_Device_Handle, vrn_Frame_R_t*, uint16_t timeout_ms) -> vrn_Status_t {
+        // Time-outs answer at once: the waits of a real board are exercised
+        // against the simulated SDK.
+        table.device_get_next_frame = [](vrn_Device_Handle, vrn_Frame_R_t*, uint16_t) -> vrn_Status_t {
             FakeVrn& f = *current();
             const int call = f.nextFrameCalls++;
-            const vrn_Status_t status = f.frameStatuses.value(call, f.frameStatuses.last());
-            // A board answers a time-out only after waiting for the frame.
-            if (status == VRN_STATUS_FRAME_TIMEOUT)
-                QThread::msleep(timeout_ms);
-            return status;
+            return f.frameStatuses.value(call, f.frameStatuses.last());
         };
         table.device_stop_acquisition = [](vrn_Device_Handle, uint8_t* stopped) -> vrn_Error_t {
             if (current()->stopError)

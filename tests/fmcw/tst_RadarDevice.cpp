@@ -7,9 +7,7 @@
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/RadarDeviceParameters.h"
 
-#include <QElapsedTimer>
 #include <QSignalSpy>
-#include <QThread>
 #include <QtTest>
 
 #include <cmath>
@@ -44,15 +42,11 @@ class TestRadarDevice : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { qRegisterMetaType<RadarEventCode>(); }
-    void connectByStatus_data();
-    void connectByStatus();
     void fetchByStatus_data();
     void fetchByStatus();
     void fetchWithoutHandleReturnsQuietly();
-    void fetchGivesUpAfterTheTimeLimit();
     void frameTimeLimit_data();
     void frameTimeLimit();
-    void interruptionEndsAFetch();
     void temperatureByStatus_data();
     void temperatureByStatus();
     void stopAcquisitionFailures();
@@ -61,52 +55,6 @@ private slots:
     void recalculationDoesNotTouchTheDevice();
     void deviceInformation();
 };
-
-void TestRadarDevice::connectByStatus_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("nullHandle");
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("details");
-    QTest::newRow("ok") << 0 << false << true << -1 << "" << "";
-    QTest::newRow("ok, null handle") << 0 << true << false << 0 << "Failed to connect to the device"
-                                     << "SDK reports no error but returned device handle is invalid";
-    QTest::newRow("communication") << 0x11000 << false << false << 3 << "Communication with device failed"
-                                   << "status 0x11000";
-    QTest::newRow("firmware") << 0x11010 << false << false << 0
-                              << "No compatible device found - Firmware not supported" << "status 0x11010";
-    QTest::newRow("busy") << 0x11003 << false << false << 0 << "Failed to connect to the device" << "status 0x11003";
-}
-
-void TestRadarDevice::connectByStatus()
-{
-    QFETCH(int, status);
-    QFETCH(bool, nullHandle);
-    QFETCH(bool, connected);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    QFETCH(QString, details);
-    FakeVrn fake;
-    fake.createStatus = status;
-    fake.createNullHandle = nullHandle;
-    RadarDevice device(&fake.table);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    QCOMPARE(device.connectDevice("0123-abcd", VRN_SHIELD_FMCW_512), connected);
-    QCOMPARE(device.isConnected(), connected);
-    QCOMPARE(fake.lastUuid, QByteArray("0123-abcd"));
-    QCOMPARE(device.shieldType(), VRN_SHIELD_FMCW_512);
-    if (code < 0) {
-        QCOMPARE(events.count(), 0);
-        return;
-    }
-    QCOMPARE(events.count(), 1);
-    const Event event = eventAt(events, 0);
-    QCOMPARE(int(event.code), code);
-    QCOMPARE(event.message, message);
-    QCOMPARE(event.details, details);
-}
 
 void TestRadarDevice::fetchByStatus_data()
 {
@@ -177,29 +125,6 @@ void TestRadarDevice::fetchWithoutHandleReturnsQuietly()
     QCOMPARE(events.count(), 0);
 }
 
-void TestRadarDevice::fetchGivesUpAfterTheTimeLimit()
-{
-    FakeVrn fake;
-    fake.frameStatuses = { VRN_STATUS_FRAME_TIMEOUT };
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.05f); // 300 ms in all
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    QElapsedTimer clock;
-    clock.start();
-    const RadarFrameResult result = device.getNextFrame(config);
-    QVERIFY(!result.success);
-    QVERIFY(clock.elapsed() >= 300);
-    // Every retry waited the SDK's 30 ms, so the limit took several.
-    QVERIFY(fake.nextFrameCalls.load() >= 300 / RadarDevice::kFrameWaitMs);
-    QCOMPARE(events.count(), 1);
-    const Event event = eventAt(events, 0);
-    QCOMPARE(event.code, RadarEventCode::DeviceCommunicationFailure);
-    QCOMPARE(event.message, QString("Too many timeouts occurred. Please reconnect device again."));
-    QCOMPARE(event.details, QString("status 0x1100d"));
-}
-
 void TestRadarDevice::frameTimeLimit_data()
 {
     QTest::addColumn<float>("frameTime");
@@ -215,28 +140,6 @@ void TestRadarDevice::frameTimeLimit()
     QFETCH(float, frameTime);
     QFETCH(double, limitMs);
     QVERIFY(std::fabs(RadarDevice::frameTimeLimitMs(frameTime) - limitMs) < 1e-3);
-}
-
-void TestRadarDevice::interruptionEndsAFetch()
-{
-    FakeVrn fake;
-    fake.frameStatuses = { VRN_STATUS_FRAME_TIMEOUT };
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 20.0f); // a limit of 75 s: only the interruption can end this fetch
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    RadarFrameResult result;
-    result.success = true;
-    QThread* worker = QThread::create([&] { result = device.getNextFrame(config); });
-    worker->start();
-    QTRY_VERIFY(fake.nextFrameCalls.load() > 0);
-    worker->requestInterruption();
-    QVERIFY(worker->wait(1000));
-    delete worker;
-    QVERIFY(!result.success);
-    QCOMPARE(events.count(), 0);
-    QVERIFY(!device.isFetchInProgress());
 }
 
 void TestRadarDevice::temperatureByStatus_data()
@@ -403,6 +306,7 @@ void TestRadarDevice::deviceInformation()
     QCOMPARE(device.getFirmwareVersion(), QString("2511"));
     QCOMPARE(device.getNumRxAntennas(), 3);
     QCOMPARE(device.getNumTxAntennas(), 2);
+    QCOMPARE(fake.lastUuid, QByteArray("a"));
 
     config.metrics()->tx()->setMask(0b0010);
     device.updateTxPower(config);
