@@ -9,7 +9,11 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QTextStream>
+#include <QDir>
+#include <cerrno>
 #include <cstdio>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -51,6 +55,13 @@ int main(int argc, char* argv[])
     // The command-line sessions need no screen.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a desktop session Qt picks a runtime directory itself, but warns
+    // on every start; choose the same private directory quietly.
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QByteArray runtime = QDir::tempPath().toLocal8Bit() + "/runtime-" + QByteArray::number(getuid());
+        if (::mkdir(runtime.constData(), 0700) == 0 || errno == EEXIST)
+            qputenv("XDG_RUNTIME_DIR", runtime);
+    }
 
     QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tavrin-workbench"));
