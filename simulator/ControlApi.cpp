@@ -15,6 +15,15 @@ const char* answer(bool ok, const std::string& error)
     return ok ? nullptr : ErrorText::set(error);
 }
 
+// Calls that act on boards first load the bench, so that a fault injected
+// before any device listing finds the boards of the bench.
+Simulator& loaded()
+{
+    std::string ignored;
+    Simulator::instance().ensureLoaded(ignored);
+    return Simulator::instance();
+}
+
 const char* loadBenchFile(const char* path)
 {
     if (!path)
@@ -53,7 +62,7 @@ const char* unplugBoard(const char* uuid)
     if (!uuid)
         return ErrorText::set("The uuid is null");
     std::string error;
-    const bool ok = Simulator::instance().unplug(uuid, error);
+    const bool ok = loaded().unplug(uuid, error);
     return answer(ok, error);
 }
 
@@ -67,20 +76,20 @@ const char* injectFault(const char* uuid, const VrnSimFault* fault)
     if (!fault)
         return ErrorText::set("The fault record is null");
     std::string error;
-    const bool ok = Simulator::instance().injectFault(uuid, *fault, error);
+    const bool ok = loaded().injectFault(uuid, *fault, error);
     return answer(ok, error);
 }
 
 const char* clearFaults(const char* uuid)
 {
     std::string error;
-    const bool ok = Simulator::instance().clearFaults(uuid, error);
+    const bool ok = loaded().clearFaults(uuid, error);
     return answer(ok, error);
 }
 
 uint64_t droppedFrames(const char* uuid)
 {
-    return uuid ? Simulator::instance().droppedFrames(uuid) : 0;
+    return uuid ? loaded().droppedFrames(uuid) : 0;
 }
 
 }  // namespace

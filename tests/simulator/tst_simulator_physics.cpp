@@ -49,23 +49,21 @@ private:
     vrn_Device_Config_t config{};
 
     // Loads a one-board bench, configures it with rx_mask and fetches one frame.
-    bool capture(const QByteArray& bench, uint32_t rxMask, int frames = 1)
+    bool capture(const QByteArray& bench, uint32_t rxMask, uint32_t txMask = 1)
     {
         if (sdk.sim->load_bench_json(bench.constData()))
             return false;
         device = sdk.open("phys-1");
         if (!device)
             return false;
-        const vrn_Metrics_t m = defaultMetrics(rxMask);
+        vrn_Metrics_t m = defaultMetrics(rxMask);
+        m.tx_mask = txMask;
         if (sdk.vrn->device_translate_metrics(device, &m, &config) || sdk.vrn->device_set_config(device, &config))
             return false;
-        const uint32_t channels = uint32_t(__builtin_popcount(rxMask));
+        const uint32_t channels = uint32_t(__builtin_popcount(rxMask) * __builtin_popcount(txMask));
         if (sdk.vrn->frame_r_create(channels, config.num_chirps_per_frame, config.num_samples_per_chirp, &frame))
             return false;
-        for (int i = 0; i < frames; ++i)
-            if (sdk.vrn->device_get_next_frame(device, frame, 100) != VRN_STATUS_OK)
-                return false;
-        return true;
+        return sdk.vrn->device_get_next_frame(device, frame, 100) == VRN_STATUS_OK;
     }
 
     const float* row(uint32_t channel, uint32_t chirp) const
@@ -184,6 +182,40 @@ private slots:
         const double difference = std::arg(rx1 * std::conj(rx3));
         const double measured = std::asin(difference / M_PI) * 180.0 / M_PI;
         QVERIFY2(std::abs(measured - angle) < 1.0, qPrintable(QString::number(measured)));
+    }
+
+    void timeDivisionFormsAVirtualArray_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("speed");
+        QTest::newRow("still, -20 deg") << -20.0 << 0.0;
+        QTest::newRow("still, 15 deg") << 15.0 << 0.0;
+        QTest::newRow("receding, 10 deg") << 10.0 << 1.2;
+    }
+
+    void timeDivisionFormsAVirtualArray()
+    {
+        QFETCH(double, angle);
+        QFETCH(double, speed);
+        const double range = 10 * 0.3;
+        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "angle_deg": %2,
+            "speed_m_s": %3, "min_range_m": 0.5, "max_range_m": 9.0 })")
+                                   .arg(range)
+                                   .arg(angle)
+                                   .arg(speed);
+        QVERIFY(capture(benchWith(QStringLiteral("KMR7C"), target), 0x5, 0x3));
+        QCOMPARE(int(config.mimo_mode), int(VRN_MIMO_TDM));
+        const size_t bin = size_t(std::lround(range / rangeResolution()));
+        // Channels: Tx1Rx1, Tx1Rx3, Tx2Rx1, Tx2Rx3. Tx2 stands one wavelength
+        // beside Tx1 and sends half a chirp repetition time later.
+        std::complex<double> phasor[4];
+        for (uint32_t ch = 0; ch < 4; ++ch)
+            phasor[ch] = dft(row(ch, 0), config.num_samples_per_chirp)[bin];
+        const double s = std::sin(angle * M_PI / 180.0);
+        const double halfChirp = 2.0 * M_PI * speed * double(config.chirp_repetition_time_s) / wavelength();
+        QVERIFY(std::abs(wrapPhase(std::arg(phasor[0] * std::conj(phasor[1])) - M_PI * s)) < 0.03);
+        QVERIFY(std::abs(wrapPhase(std::arg(phasor[2] * std::conj(phasor[0])) - (-2.0 * M_PI * s + halfChirp))) < 0.03);
+        QVERIFY(std::abs(wrapPhase(std::arg(phasor[2] * std::conj(phasor[3])) - M_PI * s)) < 0.03);
     }
 
     void standingPersonStillMovesThePhase_data()
