@@ -3,6 +3,7 @@
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
 #include "fmcw/common/MetricsLimits.h"
+#include "fmcw/common/PresenceSensingConfig.h"
 #include "fmcw/common/RadarDevice.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/RadarDeviceParameters.h"
@@ -54,6 +55,7 @@ private slots:
     void setConfigurationSteps();
     void recalculationDoesNotTouchTheDevice();
     void deviceInformation();
+    void applicationDefaults();
 };
 
 void TestRadarDevice::fetchByStatus_data()
@@ -311,6 +313,34 @@ void TestRadarDevice::deviceInformation()
     config.metrics()->tx()->setMask(0b0010);
     device.updateTxPower(config);
     QCOMPARE(info.deviceTxPower(), QVector<float>({ 0.0f, 5.5f }));
+}
+
+void TestRadarDevice::applicationDefaults()
+{
+    FakeVrn fake;
+    fake.psDefaults.max_detection_range_m = 4.0f;
+    fake.segError = "no segmentation on this chip";
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    // A receiver that asks the device for more must find it unlocked.
+    float temperatureSeen = -1.0f;
+    connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+
+    config.setApplication(RadarConstants::Segmentation);
+    device.updateApplicationDefaults(config);
+    QCOMPARE(events.count(), 2);
+    QCOMPARE(eventAt(events, 0).message, QString("Cannot get default config for segmentation"));
+    QCOMPARE(eventAt(events, 0).details, QString("no segmentation on this chip"));
+    QCOMPARE(eventAt(events, 1).message, QString("Failed to get default configuration for Segmentation calculations"));
+    QCOMPARE(temperatureSeen, 0.0f);
+
+    config.setApplication(RadarConstants::PresenceSensing);
+    device.updateApplicationDefaults(config);
+    QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
+    QCOMPARE(events.count(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestRadarDevice)

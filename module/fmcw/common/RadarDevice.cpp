@@ -14,6 +14,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <utility>
 #include <cmath>
 #include <limits>
 
@@ -45,7 +46,16 @@ RadarDevice::RadarDevice(const Vrn* vrn, QObject* parent)
     , m_vrn(vrn)
     , m_utils(new RadarConfigurationUtils(vrn, true, this))
 {
-    connect(m_utils, &IRadarConfigurationUtils::triggerEvent, this, &RadarDevice::triggerEvent);
+    connect(m_utils, &IRadarConfigurationUtils::triggerEvent, this, &RadarDevice::forwardUtilsEvent);
+}
+
+void RadarDevice::forwardUtilsEvent(RadarEventCode code, QString message, QString details)
+{
+    if (m_deferringThread.load() == QThread::currentThread()) {
+        m_pendingEvents.append({ code, std::move(message), std::move(details) });
+        return;
+    }
+    emit triggerEvent(code, message, details);
 }
 
 RadarDevice::~RadarDevice()
@@ -410,9 +420,14 @@ void RadarDevice::updateApplicationDefaults(RadarDeviceConfiguration& configurat
     switch (configuration.application()) {
     case RadarConstants::Segmentation: {
         QMutexLocker locker(&m_mutex);
+        m_deferringThread.store(QThread::currentThread());
         RadarDeviceBase* self = this;
         const bool ok = m_utils->getDefaultSegmentationConfig(self, configuration, *configuration.segmentation());
+        m_deferringThread.store(nullptr);
         locker.unlock();
+        const QVector<PendingEvent> pending = std::exchange(m_pendingEvents, {});
+        for (const PendingEvent& event : pending)
+            emit triggerEvent(event.code, event.message, event.details);
         if (!ok) {
             emit triggerEvent(RadarEventCode::Error,
                               QStringLiteral("Failed to get default configuration for Segmentation calculations"),

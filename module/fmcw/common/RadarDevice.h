@@ -11,8 +11,11 @@
 #include <QMutex>
 #include <QObject>
 #include <QString>
+#include <QVector>
 
 #include <atomic>
+
+class QThread;
 
 class DeviceInfo;
 class RadarConfigurationUtils;
@@ -70,7 +73,16 @@ public:
 signals:
     void triggerEvent(RadarEventCode code, QString message, QString details);
 
+private slots:
+    void forwardUtilsEvent(RadarEventCode code, QString message, QString details);
+
 private:
+    struct PendingEvent {
+        RadarEventCode code;
+        QString message;
+        QString details;
+    };
+
     bool applyConfiguration(RadarDeviceConfiguration& configuration, bool sendToDevice);
     QString statusText(vrn_Status_t status) const;
 
@@ -81,4 +93,9 @@ private:
     vrn_Device_Shield_Type_t m_shieldType = VRN_SHIELD_UNKNOWN;
     std::atomic<int> m_fetchInProgress { 0 };
     RadarConfigurationUtils* m_utils;
+    // Events the conversion raises while this thread holds m_mutex wait
+    // here until it is released: a receiver calling back into the device
+    // must not find it locked. Only the deferring thread touches the list.
+    std::atomic<QThread*> m_deferringThread { nullptr };
+    QVector<PendingEvent> m_pendingEvents;
 };
