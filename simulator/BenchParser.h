@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BoardSpec.h"
+#include "Bench.h"
 
 #include <string>
 

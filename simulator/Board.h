@@ -2,7 +2,9 @@
 
 #include "BoardSpec.h"
 #include "FaultCounter.h"
+#include "FrameTicket.h"
 #include "NoiseSource.h"
+#include "Pacing.h"
 #include "ThermalModel.h"
 
 #include <sdk/vrn.h>
@@ -13,21 +15,6 @@
 #include <mutex>
 
 namespace vrnsim {
-
-// A frame the board has ready for the host.
-struct FrameTicket {
-    uint64_t index = 0;       // frame number since acquisition started
-    double sceneTime = 0;     // seconds since the board was plugged
-    double temperatureC = 25;
-    bool unplugNow = false;   // a scheduled fault pulls the board off the bus
-};
-
-// Timing of one running acquisition.
-struct Pacing {
-    double frameTimeS = 0.1;
-    double burstS = 0.0;      // time the chirps of one frame take
-    double duty = 0.0;        // share of time the transmitter emits
-};
 
 // Run-time state of one plugged board, shared by the registry and the
 // handles opened on it. One mutex guards everything; fetches wait on the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ChipModel.h"
+#include "ScheduledFault.h"
 #include "Scene.h"
 
 #include <cstdint>
@@ -8,14 +9,6 @@
 #include <vector>
 
 namespace vrnsim {
-
-// A fault the bench schedules by frame number.
-struct ScheduledFault {
-    uint64_t atFrame = 0;     // frames delivered since the board was opened
-    int32_t status = 0;
-    uint32_t count = 1;
-    bool unplug = false;      // the board drops off the bus instead
-};
 
 // One board of a bench, as written in the bench file.
 struct BoardSpec {
@@ -34,10 +27,6 @@ struct BoardSpec {
     double thermalTimeS = 60.0;    // time constant of that rise
     Scene scene;
     std::vector<ScheduledFault> faults;
-};
-
-struct Bench {
-    std::vector<BoardSpec> boards;
 };
 
 }  // namespace vrnsim

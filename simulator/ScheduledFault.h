@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vrnsim {
+
+// A fault the bench schedules by frame number.
+struct ScheduledFault {
+    uint64_t atFrame = 0;     // frames delivered since the board was opened
+    int32_t status = 0;
+    uint32_t count = 1;
+    bool unplug = false;      // the board drops off the bus instead
+};
+
+}  // namespace vrnsim
