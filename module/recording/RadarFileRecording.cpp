@@ -35,18 +35,19 @@ bool RadarFileRecording::start()
     if (m_worker)
         return true;
     if (!m_source || !openWriter() || !writeConfiguration()) {
-        QMutexLocker lock(&m_writerMutex);
-        if (m_writer) {
-            m_writer->close();
-            m_writer.reset();
+        {
+            std::lock_guard<std::mutex> lock(m_writerMutex);
+            if (m_writer) {
+                m_writer->close();
+                m_writer.reset();
+            }
         }
-        lock.unlock();
         emit errorDetected(kCannotWrite, QString());
         return false;
     }
     m_record.samples.assign(m_samplesPerFrame, 0.0f);
     {
-        QMutexLocker lock(&m_queueMutex);
+        std::lock_guard<std::mutex> lock(m_queueMutex);
         m_stopRequested = false;
     }
     m_worker = std::make_unique<CyclicTaskWorker>([this] { return drainStep(); });
@@ -68,7 +69,7 @@ bool RadarFileRecording::openWriter()
     // put there.
     header.samplesPerFrame = m_samplesPerFrame;
 
-    QMutexLocker lock(&m_writerMutex);
+    std::lock_guard<std::mutex> lock(m_writerMutex);
     m_writer = createWriter();
     if (!m_writer || !m_writer->open(m_binPath, QIODevice::WriteOnly | QIODevice::Truncate)) {
         qCritical() << "Cannot open recording file" << m_binPath;
@@ -103,7 +104,7 @@ void RadarFileRecording::collectRadarBuffer(RadarBufferPtr buffer)
 {
     if (!buffer)
         return;
-    QMutexLocker lock(&m_queueMutex);
+    std::lock_guard<std::mutex> lock(m_queueMutex);
     if (!m_worker || m_stopRequested) {
         // The recorder's last buffer always travels ahead of its finished(),
         // so this only happens when the chain is wired wrongly.
@@ -111,7 +112,7 @@ void RadarFileRecording::collectRadarBuffer(RadarBufferPtr buffer)
         return;
     }
     m_queue.push_back(std::move(buffer));
-    m_queueChanged.wakeOne();
+    m_queueChanged.notify_one();
 }
 
 void RadarFileRecording::stop()
@@ -119,9 +120,9 @@ void RadarFileRecording::stop()
     if (!m_worker)
         return;
     {
-        QMutexLocker lock(&m_queueMutex);
+        std::lock_guard<std::mutex> lock(m_queueMutex);
         m_stopRequested = true;
-        m_queueChanged.wakeAll();
+        m_queueChanged.notify_all();
     }
     m_worker->stop();
     m_worker.reset();
@@ -132,7 +133,7 @@ void RadarFileRecording::stop()
 
     bool closed = true;
     {
-        QMutexLocker lock(&m_writerMutex);
+        std::lock_guard<std::mutex> lock(m_writerMutex);
         if (m_writer) {
             closed = m_writer->close();
             m_writer.reset();
@@ -146,11 +147,10 @@ void RadarFileRecording::stop()
 bool RadarFileRecording::drainStep()
 {
     {
-        QMutexLocker lock(&m_queueMutex);
+        std::unique_lock<std::mutex> lock(m_queueMutex);
         // Sleeps until a buffer arrives or stop() wakes it; stop() sets the
         // flag under this mutex, so the wake-up cannot be missed.
-        while (m_queue.empty() && !m_stopRequested)
-            m_queueChanged.wait(&m_queueMutex);
+        m_queueChanged.wait(lock, [this] { return !m_queue.empty() || m_stopRequested; });
         if (m_stopRequested)
             return false;
     }
@@ -160,7 +160,7 @@ bool RadarFileRecording::drainStep()
     while (!self->isInterruptionRequested()) {
         RadarBufferPtr buffer;
         {
-            QMutexLocker lock(&m_queueMutex);
+            std::lock_guard<std::mutex> lock(m_queueMutex);
             if (m_queue.empty() || m_stopRequested)
                 break;
             buffer = std::move(m_queue.front());
@@ -173,7 +173,7 @@ bool RadarFileRecording::drainStep()
 
 RadarBufferPtr RadarFileRecording::takeBuffer()
 {
-    QMutexLocker lock(&m_queueMutex);
+    std::lock_guard<std::mutex> lock(m_queueMutex);
     if (m_queue.empty())
         return nullptr;
     RadarBufferPtr buffer = std::move(m_queue.front());
@@ -193,7 +193,7 @@ void RadarFileRecording::writeBuffer(const RadarBuffer& buffer)
         WordSwap::toFromBigEndian(m_record.samples.data(), m_record.samples.size());
         bool written = false;
         {
-            QMutexLocker lock(&m_writerMutex);
+            std::lock_guard<std::mutex> lock(m_writerMutex);
             written = m_writer && m_writer->writeFrame(m_samplesPerFrame, m_record);
         }
         if (!written) {

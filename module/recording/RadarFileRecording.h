@@ -4,13 +4,13 @@
 #include "recording/RadarRecordingHeader.h"
 #include "recording/RecordingFrame.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QString>
-#include <QWaitCondition>
 
+#include <condition_variable>
 #include <deque>
 #include <memory>
+#include <mutex>
 
 class CyclicTaskWorker;
 class IRadarFileWriter;
@@ -70,12 +70,12 @@ private:
     const QString m_binPath;
     quint32 m_samplesPerFrame = 0;
 
-    QMutex m_queueMutex; // guards the queue and the stop request
-    QWaitCondition m_queueChanged;
+    std::mutex m_queueMutex; // guards the queue and the stop request
+    std::condition_variable m_queueChanged;
     std::deque<RadarBufferPtr> m_queue;
     bool m_stopRequested = false;
 
-    QMutex m_writerMutex;
+    std::mutex m_writerMutex;
     std::unique_ptr<IRadarFileWriter> m_writer;
 
     // Used by whichever thread drains: the worker, or after it has stopped

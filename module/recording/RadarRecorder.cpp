@@ -26,16 +26,16 @@ void RadarRecorder::record(SharedFrame frame, int frameNumber)
 {
     if (!m_active.load())
         return;
+    bool full = false;
     {
-        QMutexLocker lock(&m_mutex);
-        const bool full = int(m_buffer->size()) >= m_capacity;
-        lock.unlock();
-        if (full)
-            flush();
+        std::lock_guard<std::mutex> lock(m_mutex);
+        full = int(m_buffer->size()) >= m_capacity;
     }
+    if (full)
+        flush();
     bool limitReached = false;
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         m_buffer->emplace_back(frameNumber, std::move(frame));
         --m_remaining;
         limitReached = m_remaining == 0;
@@ -72,7 +72,7 @@ void RadarRecorder::flush()
 {
     RadarBufferPtr full;
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         if (m_buffer->empty())
             return;
         full = std::move(m_buffer);
@@ -84,6 +84,6 @@ void RadarRecorder::flush()
 
 bool RadarRecorder::bufferIsEmpty() const
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_buffer->empty();
 }

@@ -2,10 +2,10 @@
 
 #include "recording/RecordingFrame.h"
 
-#include <QMutex>
 #include <QObject>
 
 #include <atomic>
+#include <mutex>
 
 // First stage of the recording chain, living beside the acquisition loop:
 // collects shared frames into buffers of a fixed capacity and hands each
@@ -44,7 +44,7 @@ private:
     const int m_capacity;
     std::atomic<bool> m_active { false };
 
-    mutable QMutex m_mutex; // guards the two below
+    mutable std::mutex m_mutex; // guards the two below
     quint32 m_remaining;
     RadarBufferPtr m_buffer;
 };

@@ -1,9 +1,9 @@
+#include "SignalLog.h"
 #include "TestFrames.h"
 
 #include "recording/RadarBinFile.h"
 #include "recording/RadarFileParsing.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -54,8 +54,8 @@ void TestRadarFileParsing::convertsToTheExpectedText()
     const QString txt = m_dir.filePath(QStringLiteral("small.raw.txt"));
     QVERIFY(writeSmallRecording(bin));
     RadarFileParsing parsing;
-    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
-    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
+    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
     QVERIFY(parsing.start(bin, txt));
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
     QCOMPARE(errors.count(), 0);
@@ -74,8 +74,8 @@ void TestRadarFileParsing::progressRunsFromZeroToHundred()
     QVERIFY(writeRecording(bin, header, rows));
 
     RadarFileParsing parsing;
-    QSignalSpy progress(&parsing, &RadarFileParsing::convertingToTxt);
-    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
+    SignalLog progress(&parsing, &RadarFileParsing::convertingToTxt);
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
     QVERIFY(parsing.start(bin, txt));
     QVERIFY(!parsing.start(bin, txt)); // one conversion at a time
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
@@ -113,8 +113,8 @@ void TestRadarFileParsing::failures()
     foreign.close();
 
     RadarFileParsing parsing;
-    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
-    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
+    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
     QVERIFY(parsing.start(m_dir.filePath(source), m_dir.filePath(destination)));
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
     QCOMPARE(errors.count(), 1);
@@ -130,8 +130,8 @@ void TestRadarFileParsing::truncatedRecordingConvertsWholeFramesAndSaysSo()
     QVERIFY(file.resize(file.size() - 3));
 
     RadarFileParsing parsing;
-    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
-    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
+    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
     QVERIFY(parsing.start(bin, txt));
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
     QCOMPARE(errors.count(), 1);
@@ -156,8 +156,8 @@ void TestRadarFileParsing::stopEndsARunningConversionAndAllowsAnother()
     parsing.stop();
     QVERIFY(!parsing.isRunning());
 
-    QSignalSpy finished(&parsing, &RadarFileParsing::finished);
-    QSignalSpy errors(&parsing, &RadarFileParsing::errorDetected);
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
+    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
     QVERIFY(parsing.start(bin, txt));
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
     QCOMPARE(errors.count(), 0);

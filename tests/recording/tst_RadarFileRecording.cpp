@@ -1,3 +1,4 @@
+#include "SignalLog.h"
 #include "TestFrames.h"
 
 #include "recording/IRadarRecordingSource.h"
@@ -121,12 +122,13 @@ void TestRadarFileRecording::chainWritesEveryFrame()
     connect(&recorder, &RadarRecorder::bufferReady, &recording, &RadarFileRecording::collectRadarBuffer);
     connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop);
     QSignalSpy finished(&recording, &RadarFileRecording::finished);
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QVERIFY(recording.start());
     recorder.start();
     for (int i = 0; i < frames; ++i)
         recorder.record(TestFrames::make(antennas, chirps, samples, i, padding), i);
     QCOMPARE(finished.count(), 1);
+    SignalLog::settle();
     QCOMPARE(errors.count(), 0);
 
     const ReadBack back = readRecording(path + ".raw.bin");
@@ -164,7 +166,7 @@ void TestRadarFileRecording::chainAtFullSpeedFromAcquisitionThread()
             Qt::QueuedConnection);
     connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop, Qt::QueuedConnection);
     QSignalSpy finished(&recording, &RadarFileRecording::finished);
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QVERIFY(recording.start());
     recorder.start();
 
@@ -175,6 +177,7 @@ void TestRadarFileRecording::chainAtFullSpeedFromAcquisitionThread()
     acquisition->start();
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
     QVERIFY(acquisition->wait(60000));
+    SignalLog::settle();
     QCOMPARE(errors.count(), 0);
 
     const qint64 recordSize = RadarBinFile::recordSize(antennas * 16 * 64);
@@ -219,7 +222,7 @@ void TestRadarFileRecording::frameWithMissingAntennaIsSkipped()
     FakeSource source;
     const QString path = base(QStringLiteral("missing"));
     RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QVERIFY(recording.start());
     auto buffer = std::make_shared<RadarBuffer>();
     buffer->emplace_back(0, TestFrames::make(3, 4, 8, 0));
@@ -230,8 +233,9 @@ void TestRadarFileRecording::frameWithMissingAntennaIsSkipped()
     recording.collectRadarBuffer(buffer);
     recording.stop();
 
+    SignalLog::settle();
     QCOMPARE(errors.count(), 3);
-    for (const QList<QVariant>& error : errors) {
+    for (const QVariantList& error : errors.calls()) {
         QCOMPARE(error.at(0).toString(), QStringLiteral("Data status: Antenna data is empty"));
         QCOMPARE(error.at(1).toString(), QStringLiteral("Cannot write data to recording file!"));
     }
@@ -253,7 +257,7 @@ void TestRadarFileRecording::unwritablePathFailsStart()
 
     FakeSource source;
     RadarFileRecording recording(&source, blocker + "/rec.json", blocker + "/rec.raw.bin");
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QSignalSpy finished(&recording, &RadarFileRecording::finished);
     QVERIFY(!recording.start());
     QVERIFY(!recording.isRunning());
@@ -271,7 +275,7 @@ void TestRadarFileRecording::fullDiskReportsEachLostFrameAndKeepsEarlierOnes()
     const QString path = base(QStringLiteral("full"));
     FillingDiskRecording recording(&source, path + ".json", path + ".raw.bin");
     recording.framesBeforeFull = 3;
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QVERIFY(recording.start());
     auto buffer = std::make_shared<RadarBuffer>();
     for (int i = 0; i < 5; ++i)
@@ -279,6 +283,7 @@ void TestRadarFileRecording::fullDiskReportsEachLostFrameAndKeepsEarlierOnes()
     recording.collectRadarBuffer(buffer);
     recording.stop();
 
+    SignalLog::settle();
     QCOMPARE(errors.count(), 2);
     QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
     QVERIFY(errors.at(0).at(1).toString().contains(QStringLiteral("Frame 3")));

@@ -2,6 +2,8 @@
 // from device_get_next_frame on an acquisition thread, shared with an SDK
 // deleter, and must all reach the file unchanged.
 
+#include "SignalLog.h"
+
 #include "recording/IRadarRecordingSource.h"
 #include "recording/RadarBinFile.h"
 #include "recording/RadarFileRecording.h"
@@ -113,7 +115,7 @@ void TestRecordingWithSimulator::everyFetchedFrameReachesTheFile()
             Qt::QueuedConnection);
     connect(&recorder, &RadarRecorder::finished, &recording, &RadarFileRecording::stop, Qt::QueuedConnection);
     QSignalSpy finished(&recording, &RadarFileRecording::finished);
-    QSignalSpy errors(&recording, &RadarFileRecording::errorDetected);
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QVERIFY(recording.start());
     recorder.start();
 
@@ -141,6 +143,7 @@ void TestRecordingWithSimulator::everyFetchedFrameReachesTheFile()
     acquisition->start();
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 120000);
     QVERIFY(acquisition->wait(60000));
+    SignalLog::settle();
     QCOMPARE(failedFetches, 0);
     QCOMPARE(errors.count(), 0);
 
