@@ -82,6 +82,7 @@ private slots:
     void frameWithMissingAntennaIsSkipped();
     void unwritablePathFailsStart();
     void fullDiskReportsEachLostFrameAndKeepsEarlierOnes();
+    void deviceWithoutSpaceReportsEveryFrame();
 
 private:
     QString base(const QString& name) const { return m_dir.filePath(name); }
@@ -292,6 +293,33 @@ void TestRadarFileRecording::fullDiskReportsEachLostFrameAndKeepsEarlierOnes()
     QVERIFY(back.ok);
     QCOMPARE(int(back.rows.size()), 3);
     QVERIFY(TestFrames::bitIdentical(back.rows[2].samples, TestFrames::expectedSamples(3, 4, 8, 2)));
+}
+
+void TestRadarFileRecording::deviceWithoutSpaceReportsEveryFrame()
+{
+    // /dev/full accepts the open and fails every write with "no space".
+    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
+        QSKIP("no /dev/full on this system");
+    FakeSource source;
+    source.json.clear();
+    source.header = TestFrames::header(1, 7, 64, 64); // records larger than the file buffer
+    RadarFileRecording recording(&source, QString(), QStringLiteral("/dev/full"));
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QVERIFY(recording.start()); // the header still fits the file buffer
+    auto buffer = std::make_shared<RadarBuffer>();
+    for (int i = 0; i < 4; ++i)
+        buffer->emplace_back(i, TestFrames::make(3, 64, 64, i));
+    recording.collectRadarBuffer(buffer);
+    recording.stop();
+    SignalLog::settle();
+
+    QCOMPARE(finished.count(), 1);
+    QVERIFY(errors.count() >= 4);
+    for (int i = 0; i < 4; ++i) {
+        QCOMPARE(errors.at(i).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
+        QVERIFY(errors.at(i).at(1).toString().contains(QStringLiteral("Frame %1 ").arg(i)));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRadarFileRecording)
