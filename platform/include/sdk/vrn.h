@@ -473,7 +473,7 @@ typedef struct Vrn {
     vrn_Error_t (*ps_run)(vrn_PresenceSensing_Handle handle, const vrn_Matrix_R_s* input,
                           vrn_PresenceSensing_Result_t* result);
 
-    /* segmentation: channels 0 and 2 of the frame are Rx1 and Rx3 */
+    /* segmentation: the frame holds the Rx1 and Rx3 channels, in that order (rx mask 0b101) */
     vrn_Error_t (*seg_default_config)(vrn_Device_Type_t device_type,
                                       const vrn_Device_Config_t* device_config,
                                       vrn_Segmentation_Config_t* config);
