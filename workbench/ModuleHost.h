@@ -41,6 +41,8 @@ public:
     QString settingsPath() const { return m_settingsPath; }
 
     IModule* module() const { return m_module; }
+    // The engine the module set its pages and context properties up in.
+    QQmlEngine* engine() const { return m_engine.get(); }
     const ServiceRegistry& registry() const { return m_registry; }
     SdkLibrary& sdkLibrary() { return m_sdk; }
     HostDeviceRegister& deviceRegister() { return m_deviceRegister; }
