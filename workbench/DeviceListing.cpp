@@ -55,19 +55,15 @@ QString chipOf(const Vrn& sdk, const QString& uuid, int shieldType)
 
 } // namespace
 
-int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err)
+QString awaitBoards(ModuleHost& host, int timeoutMs)
 {
     const Vrn* sdk = host.sdkLibrary().sdk();
-    if (!sdk) {
-        err << "No radar SDK is loaded: no boards can be listed." << Qt::endl;
-        return 3;
-    }
+    if (!sdk)
+        return QStringLiteral("No radar SDK is loaded: no boards can be listed.");
     QSet<QString> expected;
     const QString failure = sdkBoards(*sdk, expected);
-    if (!failure.isEmpty()) {
-        err << "The radar SDK cannot list its boards: " << failure << Qt::endl;
-        return 3;
-    }
+    if (!failure.isEmpty())
+        return QStringLiteral("The radar SDK cannot list its boards: ") + failure;
 
     auto announced = [&host] {
         QSet<QString> uuids;
@@ -85,15 +81,23 @@ int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err)
             loop.quit();
     });
     host.deviceChangeNotifier().notifyLater();
-    if (!expected.isEmpty()) {
-        timeout.start(10000);
+    if (!announced().contains(expected)) {
+        timeout.start(timeoutMs);
         loop.exec();
     }
-    if (!announced().contains(expected)) {
-        err << "The module did not announce every board within 10 s." << Qt::endl;
+    if (!announced().contains(expected))
+        return QStringLiteral("The module did not announce every board within %1 s.").arg(timeoutMs / 1000);
+    return {};
+}
+
+int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err)
+{
+    const QString error = awaitBoards(host);
+    if (!error.isEmpty()) {
+        err << error << Qt::endl;
         return 3;
     }
-
+    const Vrn* sdk = host.sdkLibrary().sdk();
     for (const auto& device : host.deviceRegister().devices()) {
         const QString uuid = device->property("uuid").toString();
         const int shield = device->property("shieldType").toInt();

@@ -1,6 +1,7 @@
 // tavrin-workbench: the reference host of the radar module, with a command
 // line for scripted, headless sessions.
 #include "DeviceListing.h"
+#include "HeadlessSession.h"
 #include "ModuleHost.h"
 #include "RecordingCommands.h"
 
@@ -90,8 +91,30 @@ int main(int argc, char* argv[])
         QStringLiteral("Print the header and frame count of a binary recording (BASE.raw.bin)."), QStringLiteral("FILE"));
     const QCommandLineOption convertOption(QStringLiteral("convert"),
         QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin."), QStringLiteral("BASE"));
-    parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, moduleOption, sdkOption,
-                        settingsOption, benchOption });
+    const QCommandLineOption headlessOption(QStringLiteral("headless"),
+        QStringLiteral("Run a session without a window: connect a board (or play a recording), acquire, record, report."));
+    const QCommandLineOption deviceOption(QStringLiteral("device"),
+        QStringLiteral("Board to connect, by its display name (default: the first)."), QStringLiteral("NAME"));
+    const QCommandLineOption configOption(QStringLiteral("config"),
+        QStringLiteral("Configuration file to apply after connecting."), QStringLiteral("FILE"));
+    const QCommandLineOption applicationOption(QStringLiteral("application"),
+        QStringLiteral("Application to run: None, PresenceSensing or Segmentation."), QStringLiteral("NAME"));
+    const QCommandLineOption framesOption(QStringLiteral("frames"),
+        QStringLiteral("Acquire this many frames."), QStringLiteral("N"));
+    const QCommandLineOption secondsOption(QStringLiteral("seconds"),
+        QStringLiteral("Acquire for this many seconds (default 5)."), QStringLiteral("S"));
+    const QCommandLineOption recordOption(QStringLiteral("record"),
+        QStringLiteral("Record the session to BASE.raw.bin (and BASE.json)."), QStringLiteral("BASE"));
+    const QCommandLineOption txtOption(QStringLiteral("txt"),
+        QStringLiteral("With --record: also write the text copy BASE.raw.txt."));
+    const QCommandLineOption playOption(QStringLiteral("play"),
+        QStringLiteral("Play the recording BASE instead of connecting a board."), QStringLiteral("BASE"));
+    const QCommandLineOption snapshotOption(QStringLiteral("snapshot"),
+        QStringLiteral("Write the last chart data (CSV) and the range-Doppler image (PNG) into DIR."),
+        QStringLiteral("DIR"));
+    parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
+                        configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
+                        playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
     parser.process(app);
 
     // The recording tools work on files alone and need no module.
@@ -113,8 +136,30 @@ int main(int argc, char* argv[])
         code = runCheck(host);
     } else if (parser.isSet(listDevicesOption)) {
         code = listDevices(host, out(), err());
+    } else if (parser.isSet(headlessOption)) {
+        HeadlessSession::Options options;
+        options.device = parser.value(deviceOption);
+        options.config = parser.value(configOption);
+        options.application = parser.value(applicationOption);
+        options.record = parser.value(recordOption);
+        options.txt = parser.isSet(txtOption);
+        options.play = parser.value(playOption);
+        options.snapshot = parser.value(snapshotOption);
+        bool framesOk = true;
+        bool secondsOk = true;
+        if (parser.isSet(framesOption))
+            options.frames = parser.value(framesOption).toUInt(&framesOk);
+        if (parser.isSet(secondsOption))
+            options.seconds = parser.value(secondsOption).toDouble(&secondsOk);
+        if (!framesOk || !secondsOk || options.seconds < 0) {
+            err() << "--frames takes a whole number and --seconds a positive number." << Qt::endl;
+            code = UsageError;
+        } else {
+            HeadlessSession session(host, options, out(), err());
+            code = session.run();
+        }
     } else {
-        err() << "Nothing to do: give --check (more sessions come with the window and the headless mode)." << Qt::endl;
+        err() << "Nothing to do: give --check, --list-devices, --headless, --inspect or --convert (see --help)." << Qt::endl;
         code = UsageError;
     }
     host.stop();
