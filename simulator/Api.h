@@ -91,4 +91,40 @@ vrn_Error_t stopAcquisition(vrn_Corvix_Handle device);
 vrn_Status_t temperature(vrn_Corvix_Handle device, float* celsius);
 }  // namespace corvix
 
+namespace rs {
+vrn_Error_t create(const vrn_RS_Config_t* config, vrn_RS_Handle* handle);
+vrn_Error_t destroy(vrn_RS_Handle handle);
+vrn_Error_t run(vrn_RS_Handle handle, const vrn_Matrix_R_s* input, vrn_Vector_R_s* output);
+vrn_Error_t runComplex(vrn_RS_Handle handle, const vrn_Matrix_C_s* input, vrn_Vector_R_s* output);
+vrn_Error_t distanceAxis(uint32_t fftSize, uint32_t samplesPerChirp, float maxRangeM, vrn_Math_Axis_Spec_s* axis);
+vrn_Error_t frequencyAxis(uint32_t fftSize, float sampleRateHz, vrn_Math_Axis_Spec_s* axis);
+}  // namespace rs
+
+namespace rdm {
+vrn_Error_t create(const vrn_RDM_Config_t* config, vrn_RDM_Handle* handle);
+vrn_Error_t destroy(vrn_RDM_Handle handle);
+vrn_Error_t run(vrn_RDM_Handle handle, const vrn_Matrix_R_s* input, vrn_Matrix_R_s* output);
+vrn_Error_t rangeAxis(vrn_RDM_Handle handle, uint64_t bandwidthHz, vrn_Math_Axis_Spec_s* axis);
+vrn_Error_t speedAxis(vrn_RDM_Handle handle, float centerFrequencyHz, float chirpRepetitionTimeS,
+                      vrn_Math_Axis_Spec_s* axis);
+}  // namespace rdm
+
+namespace ps {
+vrn_Error_t defaultConfig(vrn_Device_Type_t type, vrn_PresenceSensing_Config_t* config);
+vrn_Error_t rangeResolution(const vrn_Device_Config_t* config, float* meters);
+vrn_Error_t create(const vrn_PresenceSensing_Config_t* config, vrn_PresenceSensing_Handle* handle);
+vrn_Error_t destroy(vrn_PresenceSensing_Handle handle);
+vrn_Error_t inputMatrix(const vrn_Matrix_R_s* channel, const vrn_Matrix_R_s** input);
+vrn_Error_t run(vrn_PresenceSensing_Handle handle, const vrn_Matrix_R_s* input,
+                vrn_PresenceSensing_Result_t* result);
+}  // namespace ps
+
+namespace seg {
+vrn_Error_t defaultConfig(vrn_Device_Type_t type, const vrn_Device_Config_t* device,
+                          vrn_Segmentation_Config_t* config);
+vrn_Error_t create(const vrn_Segmentation_Config_t* config, vrn_Segmentation_Handle* handle);
+vrn_Error_t destroy(vrn_Segmentation_Handle handle);
+vrn_Error_t run(vrn_Segmentation_Handle handle, const vrn_Frame_R_t* frame, vrn_Segmentation_Result_t* result);
+}  // namespace seg
+
 }  // namespace vrnsim

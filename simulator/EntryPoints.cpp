@@ -76,19 +76,6 @@ vrn_Error_t complexFrameDestroy(vrn_Corvix_Frame_C_t* frame)
     return FrameMemory::destroyComplexFrame(frame);
 }
 
-// The signal-processing entry points arrive with their own work; until then
-// they answer with a clear refusal.
-vrn_Error_t notYet()
-{
-    return ErrorText::set("Not implemented in the simulator yet");
-}
-
-template <typename... Args>
-vrn_Error_t pending(Args...)
-{
-    return notYet();
-}
-
 Vrn makeTable()
 {
     Vrn t{};
@@ -128,27 +115,27 @@ Vrn makeTable()
     t.vector_r_create = vectorCreate;
     t.vector_r_destroy = vectorDestroy;
 
-    t.rs_create = pending<const vrn_RS_Config_t*, vrn_RS_Handle*>;
-    t.rs_destroy = pending<vrn_RS_Handle>;
-    t.rs_run = pending<vrn_RS_Handle, const vrn_Matrix_R_s*, vrn_Vector_R_s*>;
-    t.rs_run_c = pending<vrn_RS_Handle, const vrn_Matrix_C_s*, vrn_Vector_R_s*>;
-    t.rs_distance_axis = pending<uint32_t, uint32_t, float, vrn_Math_Axis_Spec_s*>;
-    t.rs_frequency_axis = pending<uint32_t, float, vrn_Math_Axis_Spec_s*>;
-    t.rdm_create = pending<const vrn_RDM_Config_t*, vrn_RDM_Handle*>;
-    t.rdm_destroy = pending<vrn_RDM_Handle>;
-    t.rdm_run = pending<vrn_RDM_Handle, const vrn_Matrix_R_s*, vrn_Matrix_R_s*>;
-    t.rdm_range_axis = pending<vrn_RDM_Handle, uint64_t, vrn_Math_Axis_Spec_s*>;
-    t.rdm_speed_axis = pending<vrn_RDM_Handle, float, float, vrn_Math_Axis_Spec_s*>;
-    t.ps_default_config = pending<vrn_Device_Type_t, vrn_PresenceSensing_Config_t*>;
-    t.ps_range_resolution = pending<const vrn_Device_Config_t*, float*>;
-    t.ps_create = pending<const vrn_PresenceSensing_Config_t*, vrn_PresenceSensing_Handle*>;
-    t.ps_destroy = pending<vrn_PresenceSensing_Handle>;
-    t.ps_input_matrix = pending<const vrn_Matrix_R_s*, const vrn_Matrix_R_s**>;
-    t.ps_run = pending<vrn_PresenceSensing_Handle, const vrn_Matrix_R_s*, vrn_PresenceSensing_Result_t*>;
-    t.seg_default_config = pending<vrn_Device_Type_t, const vrn_Device_Config_t*, vrn_Segmentation_Config_t*>;
-    t.seg_create = pending<const vrn_Segmentation_Config_t*, vrn_Segmentation_Handle*>;
-    t.seg_destroy = pending<vrn_Segmentation_Handle>;
-    t.seg_run = pending<vrn_Segmentation_Handle, const vrn_Frame_R_t*, vrn_Segmentation_Result_t*>;
+    t.rs_create = rs::create;
+    t.rs_destroy = rs::destroy;
+    t.rs_run = rs::run;
+    t.rs_run_c = rs::runComplex;
+    t.rs_distance_axis = rs::distanceAxis;
+    t.rs_frequency_axis = rs::frequencyAxis;
+    t.rdm_create = rdm::create;
+    t.rdm_destroy = rdm::destroy;
+    t.rdm_run = rdm::run;
+    t.rdm_range_axis = rdm::rangeAxis;
+    t.rdm_speed_axis = rdm::speedAxis;
+    t.ps_default_config = ps::defaultConfig;
+    t.ps_range_resolution = ps::rangeResolution;
+    t.ps_create = ps::create;
+    t.ps_destroy = ps::destroy;
+    t.ps_input_matrix = ps::inputMatrix;
+    t.ps_run = ps::run;
+    t.seg_default_config = seg::defaultConfig;
+    t.seg_create = seg::create;
+    t.seg_destroy = seg::destroy;
+    t.seg_run = seg::run;
 
     t.cw_create = cw::create;
     t.cw_destroy = cw::destroy;

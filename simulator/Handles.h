@@ -6,3 +6,7 @@
 #include "CwHandle.h"
 #include "DeviceHandle.h"
 #include "DeviceListHandle.h"
+#include "PresenceHandle.h"
+#include "RangeDopplerHandle.h"
+#include "RangeSpectrumHandle.h"
+#include "SegmentationHandle.h"

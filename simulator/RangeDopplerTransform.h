@@ -1,0 +1,61 @@
+#pragma once
+
+#include "AlignedBuffer.h"
+
+#include <sdk/vrn.h>
+
+#include <string>
+#include <vector>
+
+namespace vrnsim {
+
+// The complex range-Doppler map of one channel (chirps x samples, real):
+// a windowed, zero-padded real FFT per chirp of which the positive half is
+// kept, then a windowed, zero-padded complex FFT per range bin across the
+// chirps. Mean removal over a chirp takes out the ADC offset; mean removal
+// across the chirps takes out everything that does not move.
+// Buffers and plans are made once; run() allocates nothing.
+class RangeDopplerTransform
+{
+public:
+    struct Stage {
+        uint32_t fftSize = 0;
+        bool meanRemoval = true;
+        std::vector<float> window;  // its length is the input length of the stage
+    };
+
+    RangeDopplerTransform() = default;
+    ~RangeDopplerTransform();
+    RangeDopplerTransform(const RangeDopplerTransform&) = delete;
+    RangeDopplerTransform& operator=(const RangeDopplerTransform&) = delete;
+
+    // range.window has samples-per-chirp entries, doppler.window chirps-per-frame.
+    bool init(Stage range, Stage doppler, std::string& error);
+    // The matrix must be window-of-Doppler rows by window-of-range columns.
+    std::string checkInput(const vrn_Matrix_R_s& input) const;
+    void run(const vrn_Matrix_R_s& input);
+
+    uint32_t samples() const { return uint32_t(m_range.window.size()); }
+    uint32_t chirps() const { return uint32_t(m_doppler.window.size()); }
+    uint32_t rangeBins() const { return m_range.fftSize / 2; }
+    uint32_t dopplerBins() const { return m_doppler.fftSize; }
+    // Row r holds range bin r; its entries are the Doppler bins in FFT order
+    // (bin 0 first, negative speeds in the upper half), interleaved re/im.
+    const float* row(uint32_t rangeBin) const
+    {
+        return reinterpret_cast<const float*>(m_dopplerOut.data() + size_t(rangeBin) * m_doppler.fftSize);
+    }
+
+private:
+    Stage m_range;
+    Stage m_doppler;
+    AlignedBuffer<float> m_rangeIn;             // chirps x range FFT size, zero tail
+    AlignedBuffer<fftwf_complex> m_rangeOut;    // chirps x (range FFT size / 2 + 1)
+    AlignedBuffer<fftwf_complex> m_dopplerIn;   // range bins x Doppler FFT size, zero tail
+    AlignedBuffer<fftwf_complex> m_dopplerOut;  // range bins x Doppler FFT size
+    std::vector<float> m_binMean;               // re/im per range bin
+    fftwf_plan m_rangePlan = nullptr;
+    fftwf_plan m_dopplerPlan = nullptr;
+};
+
+}  // namespace vrnsim

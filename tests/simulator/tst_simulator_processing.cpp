@@ -1,0 +1,308 @@
+#include "ReferenceData.h"
+#include "SimulatorSdk.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+vrn_RS_Config_t rsConfig(int window, uint32_t size, float attenuation, uint32_t fft, bool mean, bool normalized,
+                         float scale, int output, float threshold)
+{
+    vrn_RS_Config_t c{};
+    c.spect_threshold = threshold;
+    c.output_scale_type = vrn_Scale_Type_t(output);
+    c.fft_config.fft_type = VRN_FFT_TYPE_R2C;
+    c.fft_config.fft_size = fft;
+    c.fft_config.mean_removal_enabled = mean;
+    c.fft_config.is_normalized_window = normalized;
+    c.fft_config.window_config = {vrn_Window_Type_t(window), size, scale, attenuation};
+    c.num_of_chirps_per_frame = 1;
+    return c;
+}
+
+vrn_PPFFT_Config_t ppfft(const QVector<double>& v, int at, uint32_t size, vrn_FFT_Type_t type)
+{
+    vrn_PPFFT_Config_t c{};
+    c.fft_type = type;
+    c.fft_size = uint32_t(v[at + 2]);
+    c.mean_removal_enabled = uint8_t(v[at + 3]);
+    c.is_normalized_window = uint8_t(v[at + 4]);
+    c.window_config = {vrn_Window_Type_t(int(v[at])), size, 1.0f, float(v[at + 1])};
+    return c;
+}
+
+vrn_RDM_Config_t defaultRdm()
+{
+    vrn_RDM_Config_t c{};
+    c.spect_threshold = 1e-6f;
+    c.output_scale_type = VRN_SCALE_TYPE_DECIBEL_20LOG;
+    c.range_fft_config = {VRN_FFT_TYPE_R2C, 256, 1, 1, {VRN_WINDOW_BLACKMANHARRIS, 64, 1.0f, 0.0f}};
+    c.doppler_fft_config = {VRN_FFT_TYPE_C2C, 256, 1, 1, {VRN_WINDOW_CHEBYSHEV, 64, 1.0f, 100.0f}};
+    return c;
+}
+
+}  // namespace
+
+// Windows, spectra and maps against numpy/scipy, the axes, and every refusal.
+class SimulatorProcessingTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    SimulatorSdk sdk;
+
+    // A matrix of the SDK holding `values` row by row.
+    std::shared_ptr<vrn_Matrix_R_s> matrix(uint32_t rows, uint32_t cols, const double* values = nullptr)
+    {
+        vrn_Matrix_R_s* m = nullptr;
+        if (sdk.vrn->matrix_r_create(rows, cols, &m))
+            return nullptr;
+        for (uint32_t i = 0; values && i < rows * cols; ++i)
+            m->data[size_t(i / cols) * m->stride + i % cols] = float(values[i]);
+        const Vrn* vrn = sdk.vrn;
+        return std::shared_ptr<vrn_Matrix_R_s>(m, [vrn](vrn_Matrix_R_s* p) { vrn->matrix_r_destroy(p); });
+    }
+
+    std::shared_ptr<vrn_Vector_R_s> vector(uint32_t len)
+    {
+        vrn_Vector_R_s* v = nullptr;
+        if (sdk.vrn->vector_r_create(len, &v))
+            return nullptr;
+        const Vrn* vrn = sdk.vrn;
+        return std::shared_ptr<vrn_Vector_R_s>(v, [vrn](vrn_Vector_R_s* p) { vrn->vector_r_destroy(p); });
+    }
+
+private slots:
+    void initTestCase() { QVERIFY2(sdk.vrn, qPrintable(sdk.loadError())); }
+
+    void windowMatchesScipy_data()
+    {
+        QTest::addColumn<QVector<double>>("row");
+        const QVector<ReferenceLine> lines = readReference(QStringLiteral("windows.txt"));
+        QVERIFY(!lines.isEmpty());
+        for (const ReferenceLine& line : lines)
+            QTest::addRow("type %d, %d points, %g dB", int(line.values[0]), int(line.values[1]), line.values[2])
+                << line.values;
+    }
+
+    // An impulse at sample n has the flat spectrum |w[n]|: with no mean
+    // removal, no normalisation and a linear scale every bin shows the
+    // window's n-th coefficient.
+    void windowMatchesScipy()
+    {
+        QFETCH(QVector<double>, row);
+        const uint32_t size = uint32_t(row[1]);
+        uint32_t fft = 2;
+        while (fft < size)
+            fft *= 2;
+        const vrn_RS_Config_t config = rsConfig(int(row[0]), size, float(row[2]), fft, false, false, 1.0f, 0, 1e-6f);
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(sdk.vrn->rs_create(&config, &rs), nullptr);
+        auto input = matrix(1, size);
+        auto output = vector(fft / 2);
+        for (uint32_t n = 0; n < size; ++n) {
+            std::fill(input->data, input->data + size, 0.0f);
+            input->data[n] = 1.0f;
+            QCOMPARE(sdk.vrn->rs_run(rs, input.get(), output.get()), nullptr);
+            for (uint32_t k = 0; k < fft / 2; ++k)
+                QVERIFY2(std::abs(output->data[k] - std::abs(row[3 + n])) < 2e-6,
+                         qPrintable(QStringLiteral("w[%1] = %2, scipy %3").arg(n).arg(output->data[k]).arg(row[3 + n])));
+        }
+        QCOMPARE(sdk.vrn->rs_destroy(rs), nullptr);
+    }
+
+    void rangeSpectrumMatchesNumpy_data()
+    {
+        QTest::addColumn<QVector<double>>("setup");
+        QTest::addColumn<QVector<double>>("input");
+        QTest::addColumn<QVector<double>>("expected");
+        const QVector<ReferenceLine> lines = readReference(QStringLiteral("spectra.txt"));
+        QCOMPARE(lines.size() % 3, 0);
+        for (int i = 0; i + 2 < lines.size(); i += 3) {
+            const QVector<double>& s = lines[i].values;
+            QTest::addRow("window %d, %d of %d, mean %d, norm %d, scale %d", int(s[0]), int(s[1]), int(s[3]),
+                          int(s[4]), int(s[5]), int(s[7]))
+                << s << lines[i + 1].values << lines[i + 2].values;
+        }
+    }
+
+    void rangeSpectrumMatchesNumpy()
+    {
+        QFETCH(QVector<double>, setup);
+        QFETCH(QVector<double>, input);
+        QFETCH(QVector<double>, expected);
+        const int scale = int(setup[7]);
+        const vrn_RS_Config_t config = rsConfig(int(setup[0]), uint32_t(setup[1]), float(setup[2]), uint32_t(setup[3]),
+                                                setup[4] != 0, setup[5] != 0, float(setup[6]), scale, float(setup[8]));
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(sdk.vrn->rs_create(&config, &rs), nullptr);
+        // Two chirps go in; only the first one counts.
+        auto in = matrix(uint32_t(input[0]), uint32_t(input[1]), input.constData() + 2);
+        auto out = vector(uint32_t(setup[3]) / 2);
+        QCOMPARE(sdk.vrn->rs_run(rs, in.get(), out.get()), nullptr);
+        QCOMPARE(int(out->len), expected.size());
+        const double error = worstRelativeError(out->data, expected, scale);
+        QVERIFY2(error < 1e-4, qPrintable(QString::number(error)));
+        QCOMPARE(sdk.vrn->rs_destroy(rs), nullptr);
+    }
+
+    void rangeDopplerMapMatchesNumpy_data()
+    {
+        QTest::addColumn<QVector<double>>("setup");
+        QTest::addColumn<QVector<double>>("input");
+        QTest::addColumn<QVector<double>>("expected");
+        const QVector<ReferenceLine> lines = readReference(QStringLiteral("rdm.txt"));
+        QVERIFY(!lines.isEmpty());
+        for (int i = 0; i + 2 < lines.size(); i += 3)
+            QTest::addRow("range FFT %d, Doppler FFT %d, scale %d", int(lines[i].values[2]),
+                          int(lines[i].values[7]), int(lines[i].values[10]))
+                << lines[i].values << lines[i + 1].values << lines[i + 2].values;
+    }
+
+    void rangeDopplerMapMatchesNumpy()
+    {
+        QFETCH(QVector<double>, setup);
+        QFETCH(QVector<double>, input);
+        QFETCH(QVector<double>, expected);
+        const uint32_t chirps = uint32_t(input[0]);
+        const uint32_t samples = uint32_t(input[1]);
+        vrn_RDM_Config_t config{};
+        config.range_fft_config = ppfft(setup, 0, samples, VRN_FFT_TYPE_R2C);
+        config.doppler_fft_config = ppfft(setup, 5, chirps, VRN_FFT_TYPE_C2C);
+        const int scale = int(setup[10]);
+        config.output_scale_type = vrn_Scale_Type_t(scale);
+        config.spect_threshold = float(setup[11]);
+        vrn_RDM_Handle rdm = nullptr;
+        QCOMPARE(sdk.vrn->rdm_create(&config, &rdm), nullptr);
+        auto in = matrix(chirps, samples, input.constData() + 2);
+        const uint32_t rows = config.range_fft_config.fft_size / 2;
+        const uint32_t cols = config.doppler_fft_config.fft_size;
+        auto out = matrix(rows, cols);
+        QCOMPARE(sdk.vrn->rdm_run(rdm, in.get(), out.get()), nullptr);
+        QCOMPARE(int(rows * cols), expected.size());
+        const double error = worstRelativeError(out->data, expected, scale);
+        QVERIFY2(error < 1e-4, qPrintable(QString::number(error)));
+        QCOMPARE(sdk.vrn->rdm_destroy(rdm), nullptr);
+    }
+
+    // A tone's peak height stays A/2 whatever the window and its length.
+    void normalisedWindowKeepsTonePeak_data()
+    {
+        QTest::addColumn<int>("window");
+        QTest::addColumn<uint32_t>("size");
+        QTest::newRow("Hamming 64") << int(VRN_WINDOW_HAMMING) << 64u;
+        QTest::newRow("Hann 128") << int(VRN_WINDOW_HANN) << 128u;
+        QTest::newRow("Blackman-Harris 256") << int(VRN_WINDOW_BLACKMANHARRIS) << 256u;
+        QTest::newRow("Chebyshev 64") << int(VRN_WINDOW_CHEBYSHEV) << 64u;
+        QTest::newRow("Blackman 32") << int(VRN_WINDOW_BLACKMAN) << 32u;
+    }
+
+    void normalisedWindowKeepsTonePeak()
+    {
+        QFETCH(int, window);
+        QFETCH(uint32_t, size);
+        const vrn_RS_Config_t config = rsConfig(window, size, 80.0f, size, true, true, 1.0f, 0, 1e-6f);
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(sdk.vrn->rs_create(&config, &rs), nullptr);
+        auto in = matrix(1, size);
+        const uint32_t bin = size / 8;
+        for (uint32_t n = 0; n < size; ++n)
+            in->data[n] = 0.5f + 0.2f * float(std::cos(2.0 * M_PI * bin * n / size));
+        auto out = vector(size / 2);
+        QCOMPARE(sdk.vrn->rs_run(rs, in.get(), out.get()), nullptr);
+        QVERIFY2(std::abs(out->data[bin] - 0.1f) < 1e-3f, qPrintable(QString::number(out->data[bin])));
+        QVERIFY(out->data[0] < 1e-4f);  // the offset is gone
+        sdk.vrn->rs_destroy(rs);
+    }
+
+    void axes()
+    {
+        vrn_Math_Axis_Spec_s axis{};
+        QCOMPARE(sdk.vrn->rs_distance_axis(256, 64, 9.6f, &axis), nullptr);
+        QCOMPARE(axis.min, 0.0);
+        QVERIFY(qFuzzyCompare(axis.step, 2.0 * 9.6f / 256.0));
+        QVERIFY(qFuzzyCompare(axis.max, 127 * axis.step));
+        QCOMPARE(sdk.vrn->rs_frequency_axis(512, 1.0e6f, &axis), nullptr);
+        QVERIFY(qFuzzyCompare(axis.step, 1.0e6 / 512.0));
+
+        vrn_RDM_Config_t config = defaultRdm();
+        vrn_RDM_Handle rdm = nullptr;
+        QCOMPARE(sdk.vrn->rdm_create(&config, &rdm), nullptr);
+        QCOMPARE(sdk.vrn->rdm_range_axis(rdm, 500000000ull, &axis), nullptr);
+        QVERIFY(qFuzzyCompare(axis.step, 299792458.0 / 1.0e9 * 64.0 / 256.0));
+        QCOMPARE(sdk.vrn->rdm_speed_axis(rdm, 60.5e9f, 505.6e-6f, &axis), nullptr);
+        const double step = 299792458.0 / 60.5e9 / (2.0 * 256 * 505.6e-6);
+        QVERIFY(std::abs(axis.step - step) < 1e-6 * step);
+        QVERIFY(std::abs(axis.min + 128 * step) < 1e-6);
+        QVERIFY(std::abs(axis.max - 127 * step) < 1e-6);
+        sdk.vrn->rdm_destroy(rdm);
+    }
+
+    void refusesBadRangeDopplerConfig_data()
+    {
+        QTest::addColumn<int>("field");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("range FFT not a power of two") << 0 << "power of two";
+        QTest::newRow("Doppler FFT below its window") << 1 << "smaller than its window";
+        QTest::newRow("unknown window") << 2 << "Unknown window type 7";
+        QTest::newRow("unknown scale") << 3 << "Unknown output scale type 30";
+        QTest::newRow("unknown FFT type") << 4 << "Unknown range FFT type";
+        QTest::newRow("dB without threshold") << 5 << "positive spectrum threshold";
+        QTest::newRow("zero window scale") << 6 << "window scale";
+    }
+
+    void refusesBadRangeDopplerConfig()
+    {
+        QFETCH(int, field);
+        QFETCH(QString, words);
+        vrn_RDM_Config_t config = defaultRdm();
+        switch (field) {
+        case 0: config.range_fft_config.fft_size = 200; break;
+        case 1: config.doppler_fft_config.fft_size = 32; break;
+        case 2: config.range_fft_config.window_config.type = vrn_Window_Type_t(7); break;
+        case 3: config.output_scale_type = vrn_Scale_Type_t(30); break;
+        case 4: config.range_fft_config.fft_type = vrn_FFT_Type_t(5); break;
+        case 5: config.spect_threshold = 0.0f; break;
+        case 6: config.doppler_fft_config.window_config.scale = 0.0f; break;
+        }
+        vrn_RDM_Handle rdm = nullptr;
+        const char* error = sdk.vrn->rdm_create(&config, &rdm);
+        QVERIFY(error);
+        QVERIFY2(QString::fromUtf8(error).contains(words), error);
+        QCOMPARE(rdm, nullptr);
+    }
+
+    void refusesMismatchedShapes()
+    {
+        vrn_RDM_Config_t config = defaultRdm();
+        vrn_RDM_Handle rdm = nullptr;
+        QCOMPARE(sdk.vrn->rdm_create(&config, &rdm), nullptr);
+        auto good = matrix(64, 64);
+        auto shortChirps = matrix(64, 32);
+        auto map = matrix(128, 256);
+        auto wrongMap = matrix(256, 256);
+        QVERIFY(QString::fromUtf8(sdk.vrn->rdm_run(rdm, shortChirps.get(), map.get())).contains("64 chirps x 64"));
+        QVERIFY(QString::fromUtf8(sdk.vrn->rdm_run(rdm, good.get(), wrongMap.get())).contains("128 range bins"));
+        QVERIFY(sdk.vrn->rdm_run(rdm, nullptr, map.get()));
+        QCOMPARE(sdk.vrn->rdm_run(rdm, good.get(), map.get()), nullptr);
+        QCOMPARE(sdk.vrn->rdm_destroy(rdm), nullptr);
+        QVERIFY(sdk.vrn->rdm_destroy(nullptr));
+
+        const vrn_RS_Config_t rsc = rsConfig(VRN_WINDOW_HANN, 64, 0.0f, 128, true, true, 1.0f, 20, 1e-6f);
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(sdk.vrn->rs_create(&rsc, &rs), nullptr);
+        auto wrongLength = vector(128);
+        auto spectrum = vector(64);
+        QVERIFY(QString::fromUtf8(sdk.vrn->rs_run(rs, good.get(), wrongLength.get())).contains("64"));
+        QVERIFY(QString::fromUtf8(sdk.vrn->rs_run(rs, shortChirps.get(), spectrum.get())).contains("window has 64"));
+        QCOMPARE(sdk.vrn->rs_run(rs, good.get(), spectrum.get()), nullptr);
+        sdk.vrn->rs_destroy(rs);
+        QVERIFY(sdk.vrn->rs_distance_axis(100, 64, 9.6f, nullptr));
+    }
+};
+
+QTEST_GUILESS_MAIN(SimulatorProcessingTest)
+#include "tst_simulator_processing.moc"
