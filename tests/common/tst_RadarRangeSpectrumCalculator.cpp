@@ -1,0 +1,222 @@
+#include "FakeProcessingVrn.h"
+
+#include "common/RadarRangeSpectrumCalculator.h"
+#include "common/RangeSpectrumUserSettings.h"
+
+#include <QtTest>
+
+namespace {
+
+SharedFrame adopt(FakeProcessingVrn& fake, vrn_Frame_R_t* frame)
+{
+    const Vrn* vrn = &fake.table;
+    return SharedFrame(frame, [vrn](const vrn_Frame_R_t* f) { vrn->frame_r_destroy(const_cast<vrn_Frame_R_t*>(f)); });
+}
+
+}
+
+class TestRadarRangeSpectrumCalculator : public QObject
+{
+    Q_OBJECT
+private slots:
+    void createHandsTheSettingsToTheSdk();
+    void unknownWindowIsSentAsBlackmanWithWarning();
+    void refusedCreationGivesNoCalculator();
+    void spectraPerAntenna_data();
+    void spectraPerAntenna();
+    void missingFrameGivesNothing();
+    void refusedDestroyIsLoggedOnce();
+    void distanceAxis_data();
+    void distanceAxis();
+    void frequencyAxisFailureNamesTheReason();
+    void pulsedDopplerFrameGivesOneSpectrum();
+};
+
+void TestRadarRangeSpectrumCalculator::createHandsTheSettingsToTheSdk()
+{
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    settings.updateDeviceParameters(300, 32);
+    settings.fftConfig()->setMeanRemoval(false);
+    settings.fftConfig()->window()->setType("Hanning");
+    settings.fftConfig()->window()->setScale(2.0f);
+
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+    QVERIFY(calculator);
+    const vrn_RS_Config_t& sent = fake.rsConfig;
+    QCOMPARE(sent.spect_threshold, 1.0e-6f);
+    QCOMPARE(sent.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
+    QCOMPARE(sent.fft_config.fft_type, VRN_FFT_TYPE_R2C);
+    QCOMPARE(sent.fft_config.fft_size, 512u);
+    QCOMPARE(sent.fft_config.mean_removal_enabled, uint8_t(0));
+    QCOMPARE(sent.fft_config.is_normalized_window, uint8_t(1));
+    QCOMPARE(sent.fft_config.window_config.type, VRN_WINDOW_HANN);
+    QCOMPARE(sent.fft_config.window_config.size, 300u);
+    QCOMPARE(sent.fft_config.window_config.scale, 2.0f);
+    QCOMPARE(sent.num_of_chirps_per_frame, 32u);
+    QCOMPARE(calculator->configuration().fft_config.fft_size, 512u);
+}
+
+void TestRadarRangeSpectrumCalculator::unknownWindowIsSentAsBlackmanWithWarning()
+{
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    settings.fftConfig()->window()->setType("Kaiser");
+    QTest::ignoreMessage(QtWarningMsg,
+                         "Current window type from configuration does not fit into any defined type by SDK");
+    QVERIFY(RadarRangeSpectrumCalculator::create(broker, settings));
+    QCOMPARE(fake.rsConfig.fft_config.window_config.type, VRN_WINDOW_BLACKMAN);
+}
+
+void TestRadarRangeSpectrumCalculator::refusedCreationGivesNoCalculator()
+{
+    FakeProcessingVrn fake;
+    fake.rsCreateError = "window too long";
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Spectrum handle: window too long");
+    QVERIFY(!RadarRangeSpectrumCalculator::create(broker, settings));
+    QCOMPARE(fake.rsDestroyCalls, 0);
+}
+
+void TestRadarRangeSpectrumCalculator::spectraPerAntenna_data()
+{
+    QTest::addColumn<quint32>("antennas");
+    QTest::addColumn<int>("failingRun"); // -1: none
+    QTest::addColumn<QVector<float>>("firstValues");
+
+    QTest::newRow("three antennas") << 3u << -1 << QVector<float> { 10, 20, 30 };
+    QTest::newRow("one antenna") << 1u << -1 << QVector<float> { 10 };
+    QTest::newRow("second antenna fails") << 3u << 1 << QVector<float> { 10 };
+    QTest::newRow("first antenna fails") << 2u << 0 << QVector<float>();
+    QTest::newRow("last antenna fails") << 3u << 2 << QVector<float> { 10, 20 };
+}
+
+void TestRadarRangeSpectrumCalculator::spectraPerAntenna()
+{
+    QFETCH(quint32, antennas);
+    QFETCH(int, failingRun);
+    QFETCH(QVector<float>, firstValues);
+
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    settings.updateDeviceParameters(64, 16);
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+    QVERIFY(calculator);
+    if (failingRun >= 0) {
+        fake.rsRunErrors.resize(failingRun + 1);
+        fake.rsRunErrors[failingRun] = "input too short";
+        QTest::ignoreMessage(QtCriticalMsg,
+                             qPrintable(QString("Failed to calculate Range Spectrum data for antenna %1: input too short")
+                                            .arg(failingRun)));
+    }
+    {
+        const QVector<SharedVector> spectra = calculator->processData(adopt(fake, fake.newFrame(antennas, 16, 64)));
+        QCOMPARE(spectra.size(), firstValues.size());
+        for (int i = 0; i < spectra.size(); ++i) {
+            QCOMPARE(spectra[i]->len, 128u); // FFT size 256 / 2
+            QCOMPARE(spectra[i]->data[0], firstValues[i]);
+        }
+        // Only the spectra handed out are alive; a failed run's vector is gone.
+        QCOMPARE(fake.vectorsAlive, spectra.size());
+    }
+    QCOMPARE(fake.vectorsAlive, 0);
+    QCOMPARE(fake.framesAlive, 0);
+}
+
+void TestRadarRangeSpectrumCalculator::missingFrameGivesNothing()
+{
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Spectrum. Cannot get input frame. Data is NULL");
+    QVERIFY(calculator->processData(SharedFrame()).isEmpty());
+    QCOMPARE(fake.rsRuns, 0);
+}
+
+void TestRadarRangeSpectrumCalculator::refusedDestroyIsLoggedOnce()
+{
+    FakeProcessingVrn fake;
+    fake.rsDestroyError = "handle busy";
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+    QVERIFY(calculator);
+    QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Spectrum handle: handle busy");
+    calculator.reset();
+    QCOMPARE(fake.rsDestroyCalls, 1);
+}
+
+void TestRadarRangeSpectrumCalculator::distanceAxis_data()
+{
+    QTest::addColumn<QByteArray>("error");
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<double>("max");
+
+    QTest::newRow("computed") << QByteArray() << true << 9.6;
+    QTest::newRow("refused") << QByteArray("no chirp") << false << 0.0;
+}
+
+void TestRadarRangeSpectrumCalculator::distanceAxis()
+{
+    QFETCH(QByteArray, error);
+    QFETCH(bool, ok);
+    QFETCH(double, max);
+
+    FakeProcessingVrn fake;
+    fake.axisError = error.isEmpty() ? nullptr : error.constData();
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+    if (!ok)
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate range axis for range spectrum : no chirp");
+    const auto axis = calculator->calculateDistanceAxis(256, 64, 9.6f);
+    QCOMPARE(axis.first, ok);
+    QCOMPARE(axis.second.max, max);
+    QCOMPARE(calculator->hasDistanceAxis(), ok);
+    QCOMPARE(calculator->distanceAxis().max, max);
+}
+
+void TestRadarRangeSpectrumCalculator::frequencyAxisFailureNamesTheReason()
+{
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+
+    const auto axis = calculator->calculateFrequencyAxis(256, 1.0e6f);
+    QVERIFY(axis.first);
+    QCOMPARE(axis.second.step, 1.0e6 / 256);
+
+    fake.axisError = "rate out of range";
+    QTest::ignoreMessage(QtCriticalMsg,
+                         "Error, could not calculate frequency axis for frequency domain: rate out of range");
+    QVERIFY(!calculator->calculateFrequencyAxis(256, 1.0e6f).first);
+}
+
+void TestRadarRangeSpectrumCalculator::pulsedDopplerFrameGivesOneSpectrum()
+{
+    FakeProcessingVrn fake;
+    FakeBroker broker(&fake.table);
+    RangeSpectrumUserSettings settings;
+    auto calculator = RadarRangeSpectrumCalculator::create(broker, settings);
+
+    vrn_Complex_t samples[4] = { { 7.0f, 1.0f }, {}, {}, {} };
+    vrn_Matrix_C_s channel { 1, 4, 4, samples };
+    vrn_Matrix_C_s* channels[] = { &channel };
+    vrn_Corvix_Frame_C_t frame { 1, channels };
+    QVector<SharedVector> spectra = calculator->processData(&frame);
+    QCOMPARE(spectra.size(), 1);
+    QCOMPARE(spectra[0]->data[0], 7.0f);
+
+    fake.rsRunErrors = { nullptr, "saturated" };
+    QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Spectrum data for Corvix: saturated");
+    QVERIFY(calculator->processData(&frame).isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestRadarRangeSpectrumCalculator)
+#include "tst_RadarRangeSpectrumCalculator.moc"
