@@ -1,23 +1,14 @@
-// The calculators and the chart data on frames of the simulated SDK, loaded
-// from the built library the way the workbench loads it: a target placed at
-// a known range and speed must show up there.
+// The range-spectrum and range-Doppler calculators and their chart data on
+// frames of the simulated SDK, loaded from the built library the way the
+// workbench loads it: a target placed at a known range and speed must show
+// up there.
 
 #include "common/MathAxis.h"
 #include "common/RadarFrequencyDomainChartData.h"
 #include "common/RadarRangeSpectrumCalculator.h"
 #include "common/RangeSpectrumUserSettings.h"
-#include "fmcw/common/DeviceInfo.h"
-#include "fmcw/common/Metrics.h"
-#include "fmcw/common/PresenceSensingConfig.h"
-#include "fmcw/common/RadarAntennas.h"
-#include "fmcw/common/RadarConfigurationUtils.h"
-#include "fmcw/common/RadarDeviceConfiguration.h"
-#include "fmcw/common/RadarDeviceParameters.h"
-#include "fmcw/common/SegmentationConfiguration.h"
-#include "fmcw/processing/RadarPresenceSensingCalculator.h"
 #include "fmcw/processing/RadarRangeDopplerChartData.h"
 #include "fmcw/processing/RadarRangeDopplerMapCalculator.h"
-#include "fmcw/processing/RadarSegmentationCalculator.h"
 #include "fmcw/processing/RangeDopplerUserSettings.h"
 #include "host/IBroker.h"
 
@@ -51,12 +42,11 @@ QByteArray benchWith(const QString& targets)
         .toUtf8();
 }
 
-QString reflector(double range, double speed, double angle = 0.0, double rcs = 1.0)
+QString reflector(double range, double speed, double rcs = 1.0)
 {
-    return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "angle_deg": %3, "rcs_m2": %4 })")
+    return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "rcs_m2": %3 })")
         .arg(range)
         .arg(speed)
-        .arg(angle)
         .arg(rcs);
 }
 
@@ -100,10 +90,6 @@ private slots:
     void rangeSpectrumPeaksAtTheTarget();
     void rangeDopplerMapPeaksAtRangeAndSpeed_data();
     void rangeDopplerMapPeaksAtRangeAndSpeed();
-    void presenceFollowsTheScene_data();
-    void presenceFollowsTheScene();
-    void segmentationFindsTheAngle_data();
-    void segmentationFindsTheAngle();
 
 private:
     // Loads the scene, opens and configures the board; false on any failure.
@@ -176,7 +162,7 @@ void TestRadarProcessingSimulator::rangeSpectrumPeaksAtTheTarget()
 {
     QFETCH(double, range);
     QFETCH(quint32, fftSize);
-    QVERIFY(open(reflector(range, 0.0, 0.0, 5.0), 0b111));
+    QVERIFY(open(reflector(range, 0.0, 5.0), 0b111));
 
     RangeSpectrumUserSettings settings;
     settings.setFftSize(fftSize);
@@ -222,7 +208,7 @@ void TestRadarProcessingSimulator::rangeDopplerMapPeaksAtRangeAndSpeed()
     QFETCH(double, range);
     QFETCH(double, speed);
     // A strong still wall that the Doppler mean removal must take out.
-    QVERIFY(open(reflector(range, speed) + ", " + reflector(6.3, 0.0, 0.0, 10.0), 0b001));
+    QVERIFY(open(reflector(range, speed) + ", " + reflector(6.3, 0.0, 10.0), 0b001));
 
     RangeDopplerUserSettings settings;
     settings.updateDeviceParameters(m_config.num_samples_per_chirp, m_config.num_chirps_per_frame);
@@ -265,98 +251,6 @@ void TestRadarProcessingSimulator::rangeDopplerMapPeaksAtRangeAndSpeed()
     const QImage image = pixmap.toImage();
     const quint8* rgb = chart.colorMap().colorOf(map->data[bestRow * map->stride + bestCol]);
     QCOMPARE(image.pixel(int(bestCol), image.height() - 1 - int(bestRow)), qRgb(rgb[0], rgb[1], rgb[2]));
-}
-
-void TestRadarProcessingSimulator::presenceFollowsTheScene_data()
-{
-    QTest::addColumn<QString>("targets");
-    QTest::addColumn<int>("firstPresentFrame"); // 0: never within the run
-
-    const QString walking = QStringLiteral(
-        R"({ "kind": "person", "range_m": 2.0, "speed_m_s": 0.8, "min_range_m": 1.0, "max_range_m": 3.0 })");
-    const QString breathing = QStringLiteral(R"({ "kind": "person", "range_m": 1.8, "speed_m_s": 0.0 })");
-    const QString far = QStringLiteral(
-        R"({ "kind": "person", "range_m": 6.5, "speed_m_s": 0.8, "min_range_m": 6.0, "max_range_m": 7.0 })");
-    QTest::newRow("walking person") << walking << 3;
-    QTest::newRow("person only breathing") << breathing << 3;
-    QTest::newRow("empty room") << QString() << 0;
-    QTest::newRow("person beyond the maximum range") << far << 0;
-    QTest::newRow("still wall") << reflector(2.5, 0.0, 0.0, 5.0) << 0;
-}
-
-void TestRadarProcessingSimulator::presenceFollowsTheScene()
-{
-    QFETCH(QString, targets);
-    QFETCH(int, firstPresentFrame);
-    QVERIFY(open(targets, 0b001));
-
-    RadarConfigurationUtils utils(m_broker.vrn, false);
-    RadarDeviceConfiguration configuration;
-    configuration.deviceInfo()->setDeviceType(VRN_DEVICE_TYPE_KMR7A);
-    utils.parseDeviceConfig(configuration.parameters(), m_config);
-    const vrn_Metrics_t metrics = sceneMetrics(0b001);
-    configuration.metrics()->setSampleRateHz(metrics.sample_rate_Hz);
-    configuration.metrics()->setTxPowerLevel(metrics.tx_power_level);
-    configuration.metrics()->setIfGainDB(metrics.if_gain_dB);
-    configuration.metrics()->rx()->setMask(0b001);
-    PresenceSensingConfig& presence = *configuration.presenceSensing();
-    presence.setMinDetectionRange(0.5f);
-    presence.setMaxDetectionRange(4.0f);
-    presence.setRangeHysteresisPercentage(10.0f);
-    presence.setPresenceConfirmCount(3);
-    presence.setAbsenceConfirmCount(10);
-
-    auto calculator = RadarPresenceSensingCalculator::create(m_broker, utils, configuration);
-    QVERIFY(calculator);
-    // Twelve frames: the presence must be confirmed after exactly three.
-    for (int frame = 1; frame <= 12; ++frame) {
-        SharedPresenceResult result = calculator->process(nextFrame());
-        QVERIFY(result);
-        const bool present = result->state == VRN_PRESENCE_STATE_PRESENCE;
-        const bool expected = firstPresentFrame != 0 && frame >= firstPresentFrame;
-        QVERIFY2(present == expected, qPrintable(QStringLiteral("frame %1").arg(frame)));
-    }
-}
-
-void TestRadarProcessingSimulator::segmentationFindsTheAngle_data()
-{
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<quint32>("rxMask");
-    QTest::newRow("-40 degrees, Rx1 and Rx3") << -40.0 << 0b101u;
-    QTest::newRow("-15 degrees, Rx1 and Rx3") << -15.0 << 0b101u;
-    QTest::newRow("straight ahead, Rx1 and Rx3") << 0.0 << 0b101u;
-    QTest::newRow("25 degrees, all three receivers") << 25.0 << 0b111u;
-    QTest::newRow("40 degrees, all three receivers") << 40.0 << 0b111u;
-}
-
-void TestRadarProcessingSimulator::segmentationFindsTheAngle()
-{
-    QFETCH(double, angle);
-    QFETCH(quint32, rxMask);
-    // A target walking away, so static-target removal keeps it.
-    QVERIFY(open(reflector(3.0, 0.6, angle, 2.0), rxMask));
-
-    vrn_Segmentation_Config_t defaults {};
-    QCOMPARE(m_broker.vrn->seg_default_config(VRN_DEVICE_TYPE_KMR7A, &m_config, &defaults), nullptr);
-    SegmentationConfiguration user;
-    user.setFromSdk(defaults, true);
-    auto calculator = RadarSegmentationCalculator::create(
-        m_broker, user, m_config.num_samples_per_chirp, m_config.num_chirps_per_frame,
-        float(m_config.upper_frequency_Hz - m_config.lower_frequency_Hz), m_config.chirp_repetition_time_s,
-        float((m_config.upper_frequency_Hz + m_config.lower_frequency_Hz) / 2));
-    QVERIFY(calculator);
-
-    RadarSegmentationResult result;
-    for (int frame = 0; frame < 8; ++frame) {
-        result = calculator->process(nextFrame());
-        QVERIFY(result.trackedObjects && result.segments);
-    }
-    QVERIFY(!result.trackedObjects->isEmpty());
-    const RadarTrackedObject& track = result.trackedObjects->first();
-    QVERIFY2(qAbs(track.angle - angle) <= 5.0, qPrintable(QString::number(track.angle)));
-    // Eight frames of 0.1 s at 0.6 m/s: the last one was taken 0.42 m further.
-    QVERIFY2(qAbs(track.distance - 3.42) <= 0.3, qPrintable(QString::number(track.distance)));
-    QCOMPARE(result.segments->size(), int(defaults.num_segments));
 }
 
 QTEST_MAIN(TestRadarProcessingSimulator)

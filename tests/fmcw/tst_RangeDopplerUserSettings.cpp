@@ -14,12 +14,10 @@ private slots:
     void deviceParameterUpdate_data();
     void deviceParameterUpdate();
     void resetFollowsTheDevice();
-    void copyToSdkRecord();
     void checkOptimalSettings_data();
     void checkOptimalSettings();
     void antennaSwitching_data();
     void antennaSwitching();
-    void disabledAntennaIsReplaced();
     void jsonRoundTrip();
 };
 
@@ -113,25 +111,6 @@ void TestRangeDopplerUserSettings::resetFollowsTheDevice()
     QCOMPARE(thresholdSpy.count(), 1);
 }
 
-void TestRangeDopplerUserSettings::copyToSdkRecord()
-{
-    RangeDopplerUserSettings settings;
-    settings.updateDeviceParameters(128, 64);
-    vrn_RDM_Config_t config {};
-    settings.copyTo(config);
-    QCOMPARE(config.spect_threshold, 1.0e-6f);
-    QCOMPARE(config.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
-    QCOMPARE(config.range_fft_config.fft_type, VRN_FFT_TYPE_R2C);
-    QCOMPARE(config.range_fft_config.window_config.type, VRN_WINDOW_BLACKMANHARRIS);
-    QCOMPARE(config.range_fft_config.window_config.size, 128u);
-    QCOMPARE(config.doppler_fft_config.fft_type, VRN_FFT_TYPE_C2C);
-    QCOMPARE(config.doppler_fft_config.fft_size, 256u);
-    QCOMPARE(config.doppler_fft_config.window_config.type, VRN_WINDOW_CHEBYSHEV);
-    QCOMPARE(config.doppler_fft_config.window_config.attenuation_dB, 100.0f);
-    QCOMPARE(config.doppler_fft_config.window_config.size, 64u);
-    QCOMPARE(config.doppler_fft_config.mean_removal_enabled, uint8_t(1));
-}
-
 void TestRangeDopplerUserSettings::checkOptimalSettings_data()
 {
     QTest::addColumn<quint32>("rangeFft");
@@ -181,18 +160,6 @@ void TestRangeDopplerUserSettings::antennaSwitching()
         QCOMPARE(settings.currentRxIndex(), expectedRxTx[i]);
         QCOMPARE(settings.currentTxIndex(), expectedRxTx[i + 1]);
     }
-}
-
-void TestRangeDopplerUserSettings::disabledAntennaIsReplaced()
-{
-    RangeDopplerUserSettings settings;
-    settings.setCurrentRxIndex(1);
-    QSignalSpy rxSpy(&settings, &RangeDopplerUserSettings::isCurrentRxIndexChanged);
-    settings.updateRxActiveIndexes({ 0, 1, 2 });
-    QCOMPARE(rxSpy.count(), 0);
-    settings.updateRxActiveIndexes({ 2 });
-    QCOMPARE(settings.currentRxIndex(), 2);
-    QCOMPARE(rxSpy.count(), 1);
 }
 
 void TestRangeDopplerUserSettings::jsonRoundTrip()
