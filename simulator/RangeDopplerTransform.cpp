@@ -24,6 +24,11 @@ bool RangeDopplerTransform::init(Stage range, Stage doppler, std::string& error)
         return false;
     }
     m_binMean.assign(2 * bins, 0.0f);
+    m_ones.assign(m_range.window.size(), 1.0f);
+    double total = 0.0;
+    for (float w : (m_range.weightedMean ? m_range.window : m_ones))
+        total += w;
+    m_rangeWeightInverse = total > 0.0 ? float(1.0 / total) : 0.0f;
     m_rangePlan = FftwPlanner::realForward(int(m_range.fftSize), int(chirps), m_rangeIn.data(),
                                            int(m_range.fftSize), m_rangeOut.data());
     m_dopplerPlan =
@@ -52,6 +57,9 @@ void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
     const uint32_t bins = rangeBins();
     const uint32_t dopplerFft = m_doppler.fftSize;
     const float* __restrict rangeWindow = m_range.window.data();
+    // Plain or window-weighted mean over a chirp, see Stage::weightedMean.
+    const float* __restrict rangeWeight = m_range.weightedMean ? rangeWindow : m_ones.data();
+    const float rangeScale = m_rangeWeightInverse;
 
     for (uint32_t k = 0; k < chirps; ++k) {
         const float* __restrict x = input.data + size_t(k) * input.stride;
@@ -59,8 +67,8 @@ void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
         float mean = 0.0f;
         if (m_range.meanRemoval) {
             for (uint32_t n = 0; n < samples; ++n)
-                mean += x[n];
-            mean /= float(samples);
+                mean += x[n] * rangeWeight[n];
+            mean *= rangeScale;
         }
         for (uint32_t n = 0; n < samples; ++n)
             in[n] = (x[n] - mean) * rangeWindow[n];
@@ -72,17 +80,20 @@ void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
     float* __restrict mean = m_binMean.data();
     std::fill(m_binMean.begin(), m_binMean.end(), 0.0f);
     const size_t rangeStride = size_t(bins) + 1;
+    const float* __restrict dopplerWindow = m_doppler.window.data();
     if (m_doppler.meanRemoval) {
+        float total = 0.0f;
         for (uint32_t k = 0; k < chirps; ++k) {
             const float* __restrict r = reinterpret_cast<const float*>(m_rangeOut.data() + k * rangeStride);
+            const float weight = m_doppler.weightedMean ? dopplerWindow[k] : 1.0f;
+            total += weight;
             for (uint32_t i = 0; i < 2 * bins; ++i)
-                mean[i] += r[i];
+                mean[i] += weight * r[i];
         }
-        const float inv = 1.0f / float(chirps);
+        const float inv = 1.0f / total;
         for (uint32_t i = 0; i < 2 * bins; ++i)
             mean[i] *= inv;
     }
-    const float* __restrict dopplerWindow = m_doppler.window.data();
     float* __restrict d = reinterpret_cast<float*>(m_dopplerIn.data());
     for (uint32_t k = 0; k < chirps; ++k) {
         const float* __restrict r = reinterpret_cast<const float*>(m_rangeOut.data() + k * rangeStride);

@@ -21,6 +21,13 @@ public:
     struct Stage {
         uint32_t fftSize = 0;
         bool meanRemoval = true;
+        // Remove the window-weighted mean instead of the plain one. Both take
+        // out what is constant; but the plain mean of a tone over a chirp (or
+        // of a moving target over a frame) is not zero, and removing it
+        // leaves a copy of the window's main lobe at bin 0, about 30 dB below
+        // the tone. The weighted mean of a tone outside that lobe is down at
+        // the window's side lobes, so detection prefers it.
+        bool weightedMean = false;
         std::vector<float> window;  // its length is the input length of the stage
     };
 
@@ -54,6 +61,8 @@ private:
     AlignedBuffer<fftwf_complex> m_dopplerIn;   // range bins x Doppler FFT size, zero tail
     AlignedBuffer<fftwf_complex> m_dopplerOut;  // range bins x Doppler FFT size
     std::vector<float> m_binMean;               // re/im per range bin
+    std::vector<float> m_ones;                  // weights of a plain mean
+    float m_rangeWeightInverse = 0.0f;          // 1 / sum of the range weights
     fftwf_plan m_rangePlan = nullptr;
     fftwf_plan m_dopplerPlan = nullptr;
 };

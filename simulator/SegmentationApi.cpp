@@ -68,6 +68,7 @@ RangeDopplerTransform::Stage stage(uint32_t length, vrn_Window_Type_t type, bool
     // grid and costs little at these sizes.
     s.fftSize = 2 * ConfigCheck::nextPowerOfTwo(length);
     s.meanRemoval = meanRemoval;
+    s.weightedMean = true;
     s.window = WindowFunction::coefficients(vrn_Window_Config_t{type, length, 1.0f, 0.0f}, true);
     return s;
 }
@@ -118,7 +119,7 @@ vrn_Error_t create(const vrn_Segmentation_Config_t* config, vrn_Segmentation_Han
     const uint32_t chirps = config->num_chirps_per_frame;
     const bool meanAcrossChirps = config->static_target_removal != VRN_LEVEL_LOW;
     for (RangeDopplerTransform* t : {&seg->rx1, &seg->rx3}) {
-        if (!t->init(stage(samples, VRN_WINDOW_BLACKMANHARRIS, true), stage(chirps, VRN_WINDOW_HANN, meanAcrossChirps),
+        if (!t->init(stage(samples, VRN_WINDOW_BLACKMANHARRIS, true), stage(chirps, VRN_WINDOW_BLACKMANHARRIS, meanAcrossChirps),
                      error))
             return ErrorText::set(error);
     }

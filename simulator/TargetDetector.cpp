@@ -14,6 +14,11 @@ namespace {
 // of two spread a point target over a few bins each way).
 constexpr int kLobeRange = 4;
 constexpr int kLobeDoppler = 4;
+// What a strong target leaves along its own range row or Doppler column:
+// window side lobes, and the remainder of mean removal that the Doppler
+// window spreads next to zero speed. A real second target there that is
+// 40 dB weaker is lost with them.
+constexpr float kSideLobes = 1.0e-4f;
 // A target this far below the strongest one is taken for its side lobes or
 // converter distortion.
 constexpr float kDynamicRange = 1.0e-6f;  // 60 dB
@@ -37,16 +42,20 @@ void TargetDetector::configure(const Setup& setup)
     m_power.assign(size_t(setup.rangeBins) * setup.dopplerBins, 0.0f);
 }
 
-// High static-target removal also blanks the slowest Doppler bins, where
-// swaying furniture and fans leave what mean removal misses.
+// Mean removal leaves a moving target's average over the frame behind as a
+// constant that the Doppler window spreads over the bins next to zero; those
+// bins are notched. High removal notches wider and also takes swaying
+// furniture and fans.
 bool TargetDetector::blanked(uint32_t doppler) const
 {
     const uint32_t n = m_setup.dopplerBins;
+    uint32_t notch = 0;
     switch (m_setup.staticRemoval) {
-    case VRN_LEVEL_HIGH: return doppler <= 1 || doppler >= n - 1;
-    case VRN_LEVEL_MED: return doppler == 0;
+    case VRN_LEVEL_HIGH: notch = 4; break;
+    case VRN_LEVEL_MED: notch = 2; break;
     default: return false;
     }
+    return doppler <= notch || doppler >= n - notch;
 }
 
 bool TargetDetector::isLocalMaximum(uint32_t r, uint32_t d) const
@@ -107,7 +116,10 @@ std::vector<Detection> TargetDetector::detect(const RangeDopplerTransform& rx1, 
         const bool ownLobe = std::any_of(kept.begin(), kept.end(), [&](const Peak& k) {
             const int dd = std::abs(int(k.doppler) - int(peak.doppler));
             const int wrapped = std::min(dd, int(n) - dd);
-            return std::abs(int(k.range) - int(peak.range)) <= kLobeRange && wrapped <= kLobeDoppler;
+            const bool sameRange = std::abs(int(k.range) - int(peak.range)) <= kLobeRange;
+            const bool sameSpeed = wrapped <= kLobeDoppler;
+            const bool faint = peak.power < k.power * kSideLobes;
+            return (sameRange && sameSpeed) || (faint && (sameRange || sameSpeed));
         });
         if (!ownLobe)
             kept.push_back(peak);

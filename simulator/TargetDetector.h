@@ -22,7 +22,10 @@ struct Detection {
 // is a local maximum and stands above an order-statistic CFAR threshold, the
 // median cell of the map (noise, as long as targets cover a small part of
 // it) times a factor the sensitivity level chooses. Targets within a few
-// bins of a stronger one are its own spread and are dropped. The azimuth
+// bins of a stronger one, or on its range row or Doppler column and 40 dB
+// below it, are its own spread and are dropped. Static-target removal
+// subtracts the window-weighted mean across chirps (medium and high) and
+// notches the Doppler bins next to zero (wider for high). The azimuth
 // follows from the phase between the receivers at the peak:
 // arg(Rx1 * conj(Rx3)) = pi sin(azimuth).
 class TargetDetector
