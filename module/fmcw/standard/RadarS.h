@@ -1,15 +1,24 @@
 #pragma once
 
 #include "frame/IRadarModule.h"
-#include "fmcw/standard/RadarSCoordinator.h"
 
 #include <QObject>
+#include <memory>
 
 struct Vrn;
+class IBroker;
 class ICoreConfiguration;
 class IPlaybackRegister;
+class RadarConfiguration;
+class RadarDataProcessing;
+class RadarDevice;
+class RadarPlayback;
+class RadarSCoordinator;
+class RadarUserSettings;
+class RadarView;
 
-// The FMCW boards' frame mode.
+// The FMCW boards' frame mode: builds and owns its configuration object,
+// device, pipeline, coordinator, view and playback source.
 class RadarS : public QObject, public IRadarModule
 {
     Q_OBJECT
@@ -24,11 +33,22 @@ public:
     void shutdown() override;
     void setupEngine(QQmlEngine* engine) override;
     void addConfiguration(JSONConfigurationObject& root) override;
-    IRadarSubmoduleCoordinator* coordinator() override { return &m_coordinator; }
+    IRadarSubmoduleCoordinator* coordinator() override;
+
+    RadarView* view() const { return m_view.get(); }
+    RadarDataProcessing* processing() const { return m_processing.get(); }
 
 private:
     const Vrn* m_sdk = nullptr;
+    IBroker* m_broker = nullptr;
     ICoreConfiguration* m_iCoreConfiguration = nullptr;
     IPlaybackRegister* m_iPlaybackRegister = nullptr;
-    RadarSCoordinator m_coordinator;
+    // Declared in dependency order: destroyed from the view down.
+    std::unique_ptr<RadarUserSettings> m_userSettings;
+    std::unique_ptr<RadarConfiguration> m_configuration;
+    std::unique_ptr<RadarDevice> m_device;
+    std::unique_ptr<RadarDataProcessing> m_processing;
+    std::unique_ptr<RadarSCoordinator> m_coordinator;
+    std::shared_ptr<RadarPlayback> m_playback;
+    std::unique_ptr<RadarView> m_view;
 };

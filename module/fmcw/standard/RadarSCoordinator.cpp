@@ -1,42 +1,113 @@
 #include "fmcw/standard/RadarSCoordinator.h"
 
+#include "fmcw/common/IRadarTemperatureMonitor.h"
+#include "fmcw/common/Metrics.h"
+#include "fmcw/common/RadarDevice.h"
+#include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/standard/IRadarConfiguration.h"
+#include "fmcw/standard/IRadarDataProcessing.h"
+#include "host/CoreUserSettings.h"
+#include "host/IPlayback.h"
+
 #include <QDebug>
 
-RadarSCoordinator::RadarSCoordinator(QObject* parent)
-    : IRadarSubmoduleCoordinator(parent)
+namespace {
+constexpr int kTemperatureIntervalMs = 5000;
+constexpr int kIdleChartSeries = 10;
+} // namespace
+
+RadarSCoordinator::RadarSCoordinator(IRadarDataProcessing* processing, CoreUserSettings* coreSettings,
+                                     IRadarConfiguration* configuration, RadarDevice* device, QObject* parent)
+    : IRadarSCoordinator(parent)
+    , m_processing(processing)
+    , m_coreSettings(coreSettings)
+    , m_configuration(configuration)
+    , m_device(device)
 {
 }
 
+RadarSCoordinator::~RadarSCoordinator() = default;
+
 QList<IRadarSubmoduleCoordinator::Mode> RadarSCoordinator::supportedModes() const
 {
-    return {
-        { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
-        { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
-        { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") }
-    };
+    return { { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
+             { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
+             { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") } };
+}
+
+void RadarSCoordinator::setChartSeriesCount(int count)
+{
+    if (m_coreSettings)
+        m_coreSettings->setChartSeriesCount(count);
 }
 
 bool RadarSCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type)
 {
-    // The mode's device, configuration and pipeline are not part of this
-    // build yet: refuse the board instead of pretending to stream.
-    qWarning() << "Standard mode cannot open" << uuid << "of type" << type << "in this build";
-    return false;
+    if (!m_processing || !m_configuration || !m_device)
+        return false;
+    if (m_connected)
+        disconnectDevice();
+    // A playback holds the pipeline: the board takes it over.
+    if (m_playback && m_playback->isActive())
+        m_playback->close();
+    m_processing->setDataProvider(nullptr);
+    if (!m_device->connectDevice(uuid, type))
+        return false;
+    m_configuration->bindDevice(m_device);
+    if (!m_configuration->applyGuiConfiguration()) {
+        m_configuration->releaseDevice();
+        m_device->destroyDeviceHandle();
+        return false;
+    }
+    m_uuid = uuid;
+    m_type = type;
+    RadarDeviceConfiguration* applied = m_configuration->appliedConfiguration();
+    setChartSeriesCount(applied->metrics()->rx()->activeCount() * applied->metrics()->tx()->activeCount());
+    m_processing->setDataProvider(m_device);
+    m_connected = true;
+    startAcquisition();
+    if (m_monitorFactory) {
+        m_temperatureMonitor = m_monitorFactory(*m_device);
+        if (m_temperatureMonitor) {
+            m_temperatureMonitor->setInterval(kTemperatureIntervalMs);
+            m_temperatureMonitor->start();
+        }
+    }
+    emit isConnectedChanged(true);
+    return true;
+}
+
+void RadarSCoordinator::stopTemperatureMonitor()
+{
+    if (!m_temperatureMonitor)
+        return;
+    m_temperatureMonitor->stop();
+    m_temperatureMonitor.reset();
 }
 
 void RadarSCoordinator::disconnectDevice()
 {
-    stopAcquisition();
     if (!m_connected)
         return;
+    stopTemperatureMonitor();
+    stopAcquisition();
+    m_processing->stopAcquisition();
+    m_configuration->releaseDevice();
+    setChartSeriesCount(kIdleChartSeries);
+    m_device->destroyDeviceHandle();
+    m_processing->setDataProvider(nullptr);
+    m_processing->resetCalculators();
     m_connected = false;
     emit isConnectedChanged(false);
 }
 
 void RadarSCoordinator::startAcquisition()
 {
-    if (!m_connected || m_acquiring)
+    if (m_acquiring || !m_processing || !m_processing->dataProvider())
         return;
+    m_fifoOverflowCounter = 0;
+    emit fifoOverflowCounterChanged(0);
+    m_processing->startAcquisition();
     m_acquiring = true;
     emit isAcquisitionActiveChanged(true);
 }
@@ -45,11 +116,96 @@ void RadarSCoordinator::stopAcquisition()
 {
     if (!m_acquiring)
         return;
+    m_processing->stopAcquisition();
+    if (m_device && m_device->isConnected())
+        m_device->stopAcquisition();
     m_acquiring = false;
     emit isAcquisitionActiveChanged(false);
 }
 
+bool RadarSCoordinator::aroundAcquisition(const std::function<bool()>& operation)
+{
+    const bool wasAcquiring = m_acquiring;
+    if (wasAcquiring)
+        stopAcquisition();
+    const bool result = operation();
+    if (wasAcquiring)
+        startAcquisition();
+    return result;
+}
+
+bool RadarSCoordinator::applyDefaultConfiguration()
+{
+    return aroundAcquisition([this] {
+        RadarDeviceConfiguration* edited = m_configuration->editedConfiguration();
+        return m_configuration->applyDefaultConfiguration(edited->application())
+            && m_configuration->applyGuiConfiguration();
+    });
+}
+
+bool RadarSCoordinator::applyGuiConfiguration()
+{
+    return aroundAcquisition([this] { return m_configuration->applyGuiConfiguration(); });
+}
+
+bool RadarSCoordinator::applyConfiguration(const QString& filePath)
+{
+    // A refused file leaves both the edited and the running configuration
+    // as they were, and acquisition is not interrupted.
+    if (!m_configuration->loadConfiguration(filePath, false))
+        return false;
+    return applyGuiConfiguration();
+}
+
+bool RadarSCoordinator::revertConfiguration()
+{
+    return aroundAcquisition([this] { return m_configuration->revertConfiguration(); });
+}
+
 void RadarSCoordinator::onRadarEvent(RadarEventCode code, QString message, QString details)
 {
-    qDebug() << "Standard mode event" << static_cast<qint32>(code) << message << details;
+    switch (code) {
+    case RadarEventCode::Error:
+        emit enqueueUserMessage(Constants::Error, message, details);
+        break;
+    case RadarEventCode::Notice:
+        emit enqueueUserMessage(Constants::Warning, message, details);
+        break;
+    case RadarEventCode::FrameFetchFailed:
+        if (m_acquiring) {
+            ++m_fifoOverflowCounter;
+            emit fifoOverflowCounterChanged(m_fifoOverflowCounter);
+        }
+        break;
+    case RadarEventCode::DeviceCommunicationFailure:
+        disconnectDevice();
+        emit enqueueUserMessage(Constants::Error, message, details);
+        break;
+    case RadarEventCode::NoDataAvailable:
+        stopAcquisition();
+        emit enqueueUserMessage(Constants::Error, message, details);
+        break;
+    case RadarEventCode::TemperatureNotSupported:
+        stopTemperatureMonitor();
+        break;
+    default:
+        break;
+    }
+}
+
+void RadarSCoordinator::onPlaybackActiveChanged(bool value)
+{
+    if (value) {
+        startAcquisition();
+        qDebug() << "Playback started";
+        return;
+    }
+    stopAcquisition();
+    m_configuration->setPlaybackActive(false);
+    m_configuration->releaseDevice();
+    m_processing->stopAcquisition();
+    m_processing->setDataProvider(nullptr);
+    m_processing->resetCalculators();
+    setChartSeriesCount(kIdleChartSeries);
+    qDebug() << "Playback stopped";
 }

@@ -1,0 +1,226 @@
+#include "fmcw/standard/RadarView.h"
+
+#include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/standard/IRadarConfiguration.h"
+#include "fmcw/standard/IRadarDataProcessing.h"
+#include "fmcw/standard/IRadarSCoordinator.h"
+#include "fmcw/standard/RadarPlayback.h"
+
+#include <QDebug>
+
+namespace {
+constexpr int kFrameRateWindowMs = 1000;
+}
+
+RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* configuration,
+                     IRadarDataProcessing* processing, RadarPlayback* playback, IRadarUserSettings* userSettings,
+                     QObject* parent)
+    : QObject(parent)
+    , m_coordinator(coordinator)
+    , m_configuration(configuration)
+    , m_processing(processing)
+    , m_playback(playback)
+    , m_userSettings(userSettings)
+{
+    connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, this, [this] {
+        updateRadarType();
+        emit isConnectedChanged();
+    });
+    connect(m_coordinator, &IRadarSubmoduleCoordinator::isAcquisitionActiveChanged, this, &RadarView::isActiveChanged);
+    connect(m_coordinator, &IRadarSCoordinator::fifoOverflowCounterChanged, this,
+            &RadarView::fifoOverflowCounterChanged);
+    connect(m_coordinator, &IRadarSCoordinator::enqueueUserMessage, this, &RadarView::enqueueUserMessage);
+
+    connect(m_processing, &IRadarDataProcessing::chartsDataUpdated, this, &RadarView::chartsDataUpdated);
+    connect(m_processing, &IRadarDataProcessing::frameNumberChanged, this, &RadarView::frameNumberChanged);
+    connect(m_processing, &IRadarDataProcessing::isRecordingActiveChanged, this, &RadarView::isRecordingActiveChanged);
+    connect(m_processing, &IRadarDataProcessing::convertingToTxt, this, [this](int progress) {
+        const bool active = progress < 100;
+        if (active != m_parsingActive) {
+            m_parsingActive = active;
+            emit isParsingActiveChanged();
+        }
+        emit convertingToTxt(progress);
+    });
+
+    connect(m_configuration, &IRadarConfiguration::deviceConfigurationUpdated, this, [this] {
+        updateRadarType();
+        changeRevertApplyAvailability();
+        emit radarConfigurationUpdated();
+    });
+
+    if (m_playback) {
+        connect(m_playback, &IPlayback::isActiveChanged, this, &RadarView::playbackActiveChanged);
+        connect(m_playback, &RadarPlayback::totalFramesNumberChanged, this, &RadarView::totalFramesNumberChanged);
+        connect(m_playback, &RadarPlayback::finished, this, &RadarView::finished);
+        connect(m_playback, &RadarPlayback::enqueueUserMessage, this,
+                [this](const QString& message, const QString& details) {
+                    emit enqueueUserMessage(Constants::Error, message, details);
+                });
+    }
+
+    m_rateTimer.setInterval(kFrameRateWindowMs);
+    connect(&m_rateTimer, &QTimer::timeout, this, &RadarView::measureFrameRate);
+    m_rateTimer.start();
+    m_rateClock.start();
+}
+
+RadarView::~RadarView() = default;
+
+bool RadarView::isActive() const
+{
+    return m_coordinator->isAcquisitionActive();
+}
+
+bool RadarView::isConnected() const
+{
+    return m_coordinator->isConnected();
+}
+
+bool RadarView::isPlaybackActive() const
+{
+    return m_playback && m_playback->isActive();
+}
+
+RadarDeviceConfiguration* RadarView::guiConfiguration() const
+{
+    return m_configuration->editedConfiguration();
+}
+
+RadarDeviceConfiguration* RadarView::deviceConfiguration() const
+{
+    return m_configuration->appliedConfiguration();
+}
+
+quint32 RadarView::totalFramesNumber() const
+{
+    return m_playback ? m_playback->totalFramesNumber() : 0;
+}
+
+bool RadarView::isRecordingActive() const
+{
+    return m_processing->isRecordingActive();
+}
+
+quint32 RadarView::fifoOverflowCounter() const
+{
+    return m_coordinator->fifoOverflowCounter();
+}
+
+void RadarView::measureFrameRate()
+{
+    // The pipeline's counter restarts at 0 with each configuration: a
+    // smaller value means the frames since that restart.
+    const quint32 number = m_processing->frameNumber();
+    const quint32 frames = number >= m_lastFrameNumber ? number - m_lastFrameNumber : number;
+    m_lastFrameNumber = number;
+    const qint64 elapsed = m_rateClock.restart();
+    const double rate = elapsed > 0 ? double(frames) * 1000.0 / double(elapsed) : 0.0;
+    if (rate != m_frameRate) {
+        m_frameRate = rate;
+        emit frameRateChanged();
+    }
+}
+
+void RadarView::updateRadarType()
+{
+    const RadarConstants::RadarType type = m_configuration->appliedConfiguration()->radarType();
+    if (type == m_radarType)
+        return;
+    m_radarType = type;
+    emit radarTypeChanged();
+}
+
+void RadarView::changeRevertApplyAvailability()
+{
+    const bool available = m_configuration->differs();
+    if (available == m_revertApplyAvailable)
+        return;
+    m_revertApplyAvailable = available;
+    emit revertApplyAvailableChanged();
+}
+
+bool RadarView::applyDefaultConfiguration()
+{
+    const bool result = m_coordinator->applyDefaultConfiguration();
+    changeRevertApplyAvailability();
+    return result;
+}
+
+bool RadarView::applyGuiConfiguration()
+{
+    const bool result = m_coordinator->applyGuiConfiguration();
+    changeRevertApplyAvailability();
+    return result;
+}
+
+bool RadarView::revertConfiguration()
+{
+    const bool result = m_coordinator->revertConfiguration();
+    changeRevertApplyAvailability();
+    return result;
+}
+
+bool RadarView::applyConfiguration(QString filePath)
+{
+    const bool result = m_coordinator->applyConfiguration(filePath);
+    changeRevertApplyAvailability();
+    return result;
+}
+
+bool RadarView::saveConfiguration(QString filePath)
+{
+    return m_configuration->saveConfiguration(filePath);
+}
+
+void RadarView::applyRangeSpectrumConfigurationRuntime()
+{
+    m_configuration->updateRangeSpectrumRuntime(m_configuration->appliedConfiguration());
+}
+
+void RadarView::applyRangeDopplerMapConfigurationRuntime()
+{
+    m_configuration->updateRangeDopplerRuntime(m_configuration->appliedConfiguration());
+}
+
+QString RadarView::suggestGeneralConfigFileName()
+{
+    return m_configuration->suggestGeneralConfigFileName();
+}
+
+void RadarView::setDataForPolarChart(Constants::Chart chartType, QObject* chart)
+{
+    m_processing->attachChartItem(chartType, chart);
+}
+
+IRangeDopplerChartData* RadarView::getRangeDopplerChartData()
+{
+    return m_processing->rangeDopplerChartData();
+}
+
+ISeriesChartData* RadarView::getChartData(int chartType)
+{
+    return m_processing->chartData(static_cast<Constants::Chart>(chartType));
+}
+
+void RadarView::startRecording()
+{
+    m_processing->startRecording();
+}
+
+void RadarView::stopRecording()
+{
+    m_processing->stopRecording();
+}
+
+void RadarView::stopParsing()
+{
+    m_processing->stopConvertingToText();
+}
+
+void RadarView::checkIfNewFirmwareIsAvailable()
+{
+    // Firmware images are offered by the module's flasher monitor once a
+    // board is in its bootloader; the frame mode has nothing to add.
+    qDebug() << "Firmware updates are offered through the flasher";
+}

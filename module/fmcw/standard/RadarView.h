@@ -1,0 +1,113 @@
+#pragma once
+
+#include "frame/RadarConstants.h"
+#include "host/Constants.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+class IRadarConfiguration;
+class IRadarDataProcessing;
+class IRadarSCoordinator;
+class IRadarUserSettings;
+class IRangeDopplerChartData;
+class ISeriesChartData;
+class RadarDeviceConfiguration;
+class RadarPlayback;
+
+// What the standard mode's pages bind to. It holds no state of its own
+// beyond a few change flags: every operation is forwarded to the
+// coordinator, the configuration object, the pipeline or the playback.
+class RadarView : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
+    Q_PROPERTY(bool isConnected READ isConnected NOTIFY isConnectedChanged)
+    Q_PROPERTY(bool isPlaybackActive READ isPlaybackActive NOTIFY playbackActiveChanged)
+    Q_PROPERTY(RadarDeviceConfiguration* guiConfiguration READ guiConfiguration CONSTANT)
+    Q_PROPERTY(RadarDeviceConfiguration* deviceConfiguration READ deviceConfiguration CONSTANT)
+    Q_PROPERTY(IRadarUserSettings* userSettings READ userSettings CONSTANT)
+    Q_PROPERTY(quint32 totalFramesNumber READ totalFramesNumber NOTIFY totalFramesNumberChanged)
+    Q_PROPERTY(bool revertApplyAvailable READ revertApplyAvailable NOTIFY revertApplyAvailableChanged)
+    Q_PROPERTY(bool isRecordingActive READ isRecordingActive NOTIFY isRecordingActiveChanged)
+    Q_PROPERTY(bool isParsingActive READ isParsingActive NOTIFY isParsingActiveChanged)
+    Q_PROPERTY(RadarConstants::RadarType radarType READ radarType NOTIFY radarTypeChanged)
+    Q_PROPERTY(quint32 fifoOverflowCounter READ fifoOverflowCounter NOTIFY fifoOverflowCounterChanged)
+    Q_PROPERTY(double frameRate READ frameRate NOTIFY frameRateChanged)
+public:
+    RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* configuration, IRadarDataProcessing* processing,
+              RadarPlayback* playback, IRadarUserSettings* userSettings, QObject* parent = nullptr);
+    ~RadarView() override;
+
+    bool isActive() const;
+    bool isConnected() const;
+    bool isPlaybackActive() const;
+    RadarDeviceConfiguration* guiConfiguration() const;
+    RadarDeviceConfiguration* deviceConfiguration() const;
+    IRadarUserSettings* userSettings() const { return m_userSettings; }
+    quint32 totalFramesNumber() const;
+    bool revertApplyAvailable() const { return m_revertApplyAvailable; }
+    bool isRecordingActive() const;
+    bool isParsingActive() const { return m_parsingActive; }
+    RadarConstants::RadarType radarType() const { return m_radarType; }
+    quint32 fifoOverflowCounter() const;
+    // Frames per second over the last second.
+    double frameRate() const { return m_frameRate; }
+
+    Q_INVOKABLE bool applyDefaultConfiguration();
+    Q_INVOKABLE bool applyGuiConfiguration();
+    Q_INVOKABLE bool revertConfiguration();
+    Q_INVOKABLE bool applyConfiguration(QString filePath);
+    Q_INVOKABLE bool saveConfiguration(QString filePath);
+    Q_INVOKABLE void applyRangeSpectrumConfigurationRuntime();
+    Q_INVOKABLE void applyRangeDopplerMapConfigurationRuntime();
+    Q_INVOKABLE QString suggestGeneralConfigFileName();
+    Q_INVOKABLE void setDataForPolarChart(Constants::Chart chartType, QObject* chart);
+    Q_INVOKABLE IRangeDopplerChartData* getRangeDopplerChartData();
+    Q_INVOKABLE ISeriesChartData* getChartData(int chartType);
+    Q_INVOKABLE void startRecording();
+    Q_INVOKABLE void stopRecording();
+    Q_INVOKABLE void stopParsing();
+    Q_INVOKABLE void checkIfNewFirmwareIsAvailable();
+
+signals:
+    void isActiveChanged();
+    void isConnectedChanged();
+    void playbackActiveChanged(bool active);
+    void totalFramesNumberChanged();
+    void revertApplyAvailableChanged();
+    void isRecordingActiveChanged(bool value);
+    void isParsingActiveChanged();
+    void radarTypeChanged();
+    void fifoOverflowCounterChanged();
+    void frameRateChanged();
+    void radarConfigurationUpdated();
+    void chartsDataUpdated();
+    void frameNumberChanged(int frameNumber);
+    void convertingToTxt(int progress);
+    void enqueueUserMessage(Constants::UserMessageType type, QString message, QString details);
+    // The playback handed out its last frame.
+    void finished();
+
+public slots:
+    void changeRevertApplyAvailability();
+
+private:
+    void measureFrameRate();
+    void updateRadarType();
+
+    IRadarSCoordinator* m_coordinator;
+    IRadarConfiguration* m_configuration;
+    IRadarDataProcessing* m_processing;
+    RadarPlayback* m_playback;
+    IRadarUserSettings* m_userSettings;
+    bool m_revertApplyAvailable = false;
+    bool m_parsingActive = false;
+    RadarConstants::RadarType m_radarType = RadarConstants::Unknown;
+    QTimer m_rateTimer;
+    QElapsedTimer m_rateClock;
+    quint64 m_framesSeen = 0;
+    quint32 m_lastFrameNumber = 0;
+    double m_frameRate = 0.0;
+};
