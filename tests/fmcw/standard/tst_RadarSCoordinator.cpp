@@ -1,0 +1,243 @@
+// The standard-mode coordinator against a hand-written pipeline: the event
+// table with the FIFO-overflow counter, and configuration changes around a
+// running acquisition.
+
+#include "../FakeVrn.h"
+
+#include "common/ISeriesChartData.h"
+#include "fmcw/common/DeviceInfo.h"
+#include "fmcw/common/IRadarDataProvider.h"
+#include "fmcw/common/Metrics.h"
+#include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/standard/IRadarDataProcessing.h"
+#include "fmcw/standard/RadarConfiguration.h"
+#include "fmcw/standard/RadarSCoordinator.h"
+#include "fmcw/standard/RadarUserSettings.h"
+#include "host/CoreUserSettings.h"
+#include "recording/RadarFileParsing.h"
+#include "recording/RadarFileRecording.h"
+#include "recording/RadarPresenceSensingRecorder.h"
+#include "recording/RadarRecorder.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+class NoFrames : public IRadarDataProvider
+{
+public:
+    RadarFrameResult getNextFrame(const RadarDeviceConfiguration&) override { return {}; }
+    void stopAcquisition() override {}
+};
+
+// Records what the coordinator asks of the pipeline, and whether
+// acquisition ran when a configuration arrived.
+class FakeProcessing : public IRadarDataProcessing
+{
+public:
+    QStringList calls;
+    QList<bool> runningAtUpdate;
+    bool running = false;
+    IRadarDataProvider* provider = nullptr;
+
+    bool isAcquisitionRunning() const override { return running; }
+    bool isRecordingActive() const override { return false; }
+    void startAcquisition() override { running = true; calls << QStringLiteral("start"); }
+    void stopAcquisition() override
+    {
+        if (running)
+            calls << QStringLiteral("stop");
+        running = false;
+    }
+    quint32 frameNumber() const override { return 0; }
+    void resetFrameCounter() override {}
+    void resetCalculators() override { calls << QStringLiteral("reset"); }
+    void attachChartItem(Constants::Chart, QObject*) override {}
+    IRangeDopplerChartData* rangeDopplerChartData() override { return nullptr; }
+    ISeriesChartData* chartData(Constants::Chart) override { return nullptr; }
+    void resetPresenceChart() override {}
+    void startRecording() override {}
+    void stopRecording() override {}
+    bool convertRecordingToText(const QString&, const QString&) override { return false; }
+    void stopConvertingToText() override {}
+    void setDataProvider(IRadarDataProvider* p) override { provider = p; }
+    IRadarDataProvider* dataProvider() const override { return provider; }
+    std::shared_ptr<RadarRecorder> createRecorder(quint32, int) override { return nullptr; }
+    std::unique_ptr<RadarFileRecording> createFileRecording(const IRadarRecordingSource*, const QString&,
+                                                            const QString&) override
+    {
+        return nullptr;
+    }
+    std::unique_ptr<RadarFileParsing> createFileConverter() override { return nullptr; }
+    std::shared_ptr<RadarPresenceSensingRecorder> createPresenceRecorder(const QString&) override { return nullptr; }
+    void onRadarConfigurationUpdated(RadarDeviceConfiguration*) override { runningAtUpdate << running; }
+    void onRadarConfigurationRuntimeUpdated(RadarDeviceConfiguration*) override {}
+};
+
+} // namespace
+
+class TestRadarSCoordinator : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void servesTheThreeFmcwShields();
+    void eventTable_data();
+    void eventTable();
+    void startingAcquisitionResetsTheOverflowCounter();
+    void applyDuringAcquisitionRestartsIt_data();
+    void applyDuringAcquisitionRestartsIt();
+    void refusedFileDoesNotInterruptAcquisition();
+
+private:
+    std::unique_ptr<FakeVrn> m_fake;
+    std::unique_ptr<CoreUserSettings> m_core;
+    std::unique_ptr<RadarUserSettings> m_settings;
+    std::unique_ptr<RadarConfiguration> m_configuration;
+    std::unique_ptr<FakeProcessing> m_processing;
+    std::unique_ptr<RadarSCoordinator> m_coordinator;
+    NoFrames m_provider;
+};
+
+void TestRadarSCoordinator::initTestCase()
+{
+    Q_INIT_RESOURCE(radar_configurations);
+    qRegisterMetaType<RadarEventCode>();
+    qRegisterMetaType<Constants::UserMessageType>();
+}
+
+void TestRadarSCoordinator::init()
+{
+    m_fake = std::make_unique<FakeVrn>();
+    m_core = std::make_unique<CoreUserSettings>();
+    m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
+    m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
+    for (RadarDeviceConfiguration* c : { m_configuration->editedConfiguration(), m_configuration->appliedConfiguration() }) {
+        c->deviceInfo()->setDeviceName(QStringLiteral("KMR7A"));
+        c->deviceInfo()->setNumRxAntennas(3);
+        c->deviceInfo()->setNumTxAntennas(1);
+    }
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+    m_processing = std::make_unique<FakeProcessing>();
+    connect(m_configuration.get(), &IRadarConfiguration::deviceConfigurationUpdated, m_processing.get(),
+            &FakeProcessing::onRadarConfigurationUpdated);
+    m_processing->setDataProvider(&m_provider);
+    m_coordinator = std::make_unique<RadarSCoordinator>(m_processing.get(), m_core.get(), m_configuration.get(),
+                                                        nullptr);
+}
+
+void TestRadarSCoordinator::cleanup()
+{
+    m_coordinator.reset();
+    m_processing.reset();
+    m_configuration.reset();
+    m_settings.reset();
+    m_core.reset();
+    m_fake.reset();
+}
+
+void TestRadarSCoordinator::servesTheThreeFmcwShields()
+{
+    const QList<IRadarSubmoduleCoordinator::Mode> expected {
+        { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
+        { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
+        { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") }
+    };
+    QCOMPARE(m_coordinator->supportedModes(), expected);
+    QCOMPARE(m_coordinator->name(), QStringLiteral("RadarS"));
+    QVERIFY(!m_coordinator->isConnected());
+}
+
+void TestRadarSCoordinator::eventTable_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("acquiring");
+    QTest::addColumn<int>("messageType"); // -1: no message
+    QTest::addColumn<quint32>("counter");
+    QTest::addColumn<bool>("acquiringAfter");
+
+    QTest::newRow("0 error") << 0 << true << int(Constants::Error) << 0u << true;
+    QTest::newRow("1 notice") << 1 << true << int(Constants::Warning) << 0u << true;
+    QTest::newRow("2 while acquiring") << 2 << true << -1 << 1u << true;
+    QTest::newRow("2 while idle") << 2 << false << -1 << 0u << false;
+    QTest::newRow("3 communication failure") << 3 << false << int(Constants::Error) << 0u << false;
+    QTest::newRow("4 no data") << 4 << true << int(Constants::Error) << 0u << false;
+    QTest::newRow("5 no temperature") << 5 << true << -1 << 0u << true;
+    QTest::newRow("6 ignored") << 6 << true << -1 << 0u << true;
+}
+
+void TestRadarSCoordinator::eventTable()
+{
+    QFETCH(int, code);
+    QFETCH(bool, acquiring);
+    QFETCH(int, messageType);
+    QFETCH(quint32, counter);
+    QFETCH(bool, acquiringAfter);
+
+    if (acquiring)
+        m_coordinator->startAcquisition();
+    QSignalSpy messages(m_coordinator.get(), &IRadarSCoordinator::enqueueUserMessage);
+    m_coordinator->onRadarEvent(static_cast<RadarEventCode>(code), QStringLiteral("what"), QStringLiteral("why"));
+
+    QCOMPARE(messages.count(), messageType < 0 ? 0 : 1);
+    if (messageType >= 0) {
+        QCOMPARE(int(messages.at(0).at(0).value<Constants::UserMessageType>()), messageType);
+        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("what"));
+        QCOMPARE(messages.at(0).at(2).toString(), QStringLiteral("why"));
+    }
+    QCOMPARE(m_coordinator->fifoOverflowCounter(), counter);
+    QCOMPARE(m_coordinator->isAcquisitionActive(), acquiringAfter);
+    QCOMPARE(m_processing->running, acquiringAfter);
+}
+
+void TestRadarSCoordinator::startingAcquisitionResetsTheOverflowCounter()
+{
+    m_coordinator->startAcquisition();
+    for (int i = 0; i < 3; ++i)
+        m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
+    QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
+    m_coordinator->stopAcquisition();
+    m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
+    QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
+    QSignalSpy changes(m_coordinator.get(), &IRadarSCoordinator::fifoOverflowCounterChanged);
+    m_coordinator->startAcquisition();
+    QCOMPARE(m_coordinator->fifoOverflowCounter(), 0u);
+    QCOMPARE(changes.count(), 1);
+}
+
+void TestRadarSCoordinator::applyDuringAcquisitionRestartsIt_data()
+{
+    QTest::addColumn<bool>("acquiring");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("acquiring") << true << QStringList { "start", "stop", "start" };
+    QTest::newRow("idle") << false << QStringList {};
+}
+
+void TestRadarSCoordinator::applyDuringAcquisitionRestartsIt()
+{
+    QFETCH(bool, acquiring);
+    QFETCH(QStringList, calls);
+    if (acquiring)
+        m_coordinator->startAcquisition();
+    m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
+    QVERIFY(m_coordinator->applyGuiConfiguration());
+    QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
+    QCOMPARE(m_processing->calls, calls);
+    QCOMPARE(m_processing->runningAtUpdate, QList<bool> { false });
+    QCOMPARE(m_coordinator->isAcquisitionActive(), acquiring);
+}
+
+void TestRadarSCoordinator::refusedFileDoesNotInterruptAcquisition()
+{
+    m_coordinator->startAcquisition();
+    QVERIFY(!m_coordinator->applyConfiguration(QStringLiteral("/nonexistent/settings.json")));
+    QCOMPARE(m_processing->calls, QStringList { "start" });
+    QVERIFY(m_coordinator->isAcquisitionActive());
+}
+
+QTEST_MAIN(TestRadarSCoordinator)
+#include "tst_RadarSCoordinator.moc"
