@@ -32,6 +32,7 @@ struct FakeVrn {
     vrn_Device_Config_t lastSetConfig {};
     const char* prtError = nullptr;
     float prt = 0.0f;
+    float chirpTime = 64e-6f;
 
     // frames: statuses are answered in order, the last one repeats
     QVector<vrn_Status_t> frameStatuses { VRN_STATUS_OK };
@@ -101,6 +102,10 @@ struct FakeVrn {
             ++current()->setConfigCalls;
             current()->lastSetConfig = *config;
             return current()->setConfigError;
+        };
+        table.device_get_chirp_time = [](vrn_Device_Handle, const vrn_Device_Config_t*, float* chirpTime) -> vrn_Error_t {
+            *chirpTime = current()->chirpTime;
+            return nullptr;
         };
         table.config_get_pulse_repetition_time = [](const vrn_Device_Config_t*, float* prt) -> vrn_Error_t {
             if (current()->prtError)

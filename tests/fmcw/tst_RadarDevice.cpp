@@ -257,6 +257,7 @@ void TestRadarDevice::setConfigurationSteps()
     if (result) {
         QCOMPARE(config.parameters()->numChirpsPerFrame(), 32u);
         QCOMPARE(config.parameters()->mimoMode(), QString("tdm"));
+        QCOMPARE(config.parameters()->chirpTime(), fake.chirpTime);
     } else {
         QCOMPARE(config.parameters()->numChirpsPerFrame(), 4u);
     }

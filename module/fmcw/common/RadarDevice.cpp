@@ -196,6 +196,14 @@ bool RadarDevice::applyConfiguration(RadarDeviceConfiguration& configuration, bo
     }
 
     m_utils->parseDeviceConfig(configuration.parameters(), deviceConfig);
+    // The ramp time within each chirp repetition: recordings carry it in
+    // their header, so it is read whenever the chirp timing changes.
+    if (sendToDevice && configuration.parameters()) {
+        locker.relock();
+        const float chirpTime = m_utils->getChirpTime(self, deviceConfig);
+        locker.unlock();
+        configuration.parameters()->setChirpTime(chirpTime);
+    }
     return true;
 }
 
