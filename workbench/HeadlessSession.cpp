@@ -7,6 +7,7 @@
 #include "host/IDevice.h"
 #include "host/IPlayback.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QMetaMethod>
@@ -153,6 +154,8 @@ QString HeadlessSession::startRecording()
     if (m_options.record.isEmpty())
         return {};
     const QFileInfo base(m_options.record);
+    if (!QDir().mkpath(base.absolutePath()))
+        return QStringLiteral("cannot create the directory %1").arg(base.absolutePath());
     RecordingUserSettings* recording = m_host.coreConfiguration().coreUserSettings()->recordingUserSettings();
     recording->setRecordingPath(base.absolutePath());
     recording->setFileName(base.fileName());
@@ -221,7 +224,6 @@ void HeadlessSession::acquire()
     if (m_failure.isEmpty() && !m_sourceEnded && !(m_options.frames > 0 && m_frames >= m_options.frames))
         loop.exec();
     m_loop = nullptr;
-    printProgress();
 }
 
 void HeadlessSession::finishRecording()

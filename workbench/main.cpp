@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QTextStream>
 #include <QDir>
+#include <QLoggingCategory>
 #include <cerrno>
 #include <cstdio>
 #include <sys/stat.h>
@@ -115,7 +116,13 @@ int main(int argc, char* argv[])
     parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
                         playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
+    const QCommandLineOption verboseOption(QStringLiteral("verbose"), QStringLiteral("Also print debug log lines."));
+    parser.addOption(verboseOption);
     parser.process(app);
+
+    // Debug lines are for developers; sessions print their own progress.
+    if (!parser.isSet(verboseOption) && qEnvironmentVariableIsEmpty("QT_LOGGING_RULES"))
+        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
     // The recording tools work on files alone and need no module.
     if (parser.isSet(inspectOption))
