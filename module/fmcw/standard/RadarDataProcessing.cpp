@@ -300,6 +300,9 @@ void RadarDataProcessing::onRadarConfigurationUpdated(RadarDeviceConfiguration* 
     const quint32 series
         = quint32(configuration->metrics()->rx()->activeCount() * configuration->metrics()->tx()->activeCount());
     m_timeDomainChartData->setSeriesCount(series);
+    // The time-domain page shows the first chirp of each frame until the
+    // user picks others; every configuration has a first chirp.
+    m_timeDomainChartData->setChirpList(std::make_shared<const QVector<qint32>>(QVector<qint32> { 1 }));
     m_frequencyDomainChartData->setSeriesCount(series);
     buildRangeCalculators(configuration);
     if (m_coreSettings)

@@ -4,7 +4,14 @@
 #include "common/RangeSpectrumUserSettings.h"
 #include "common/TimeDomainUserSettings.h"
 #include "core/JSONConfigurationObject.h"
+#include "common/MathAxis.h"
+#include "fmcw/common/DeviceInfo.h"
+#include "fmcw/common/Metrics.h"
+#include "fmcw/common/MetricsLimits.h"
+#include "fmcw/common/PresenceSensingConfig.h"
 #include "fmcw/common/RadarDevice.h"
+#include "fmcw/common/RadarDeviceParameters.h"
+#include "fmcw/common/SegmentationConfiguration.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/RadarTemperatureMonitor.h"
 #include "fmcw/processing/IRangeDopplerChartData.h"
@@ -101,6 +108,14 @@ void RadarS::registerTypes()
     qRegisterMetaType<ISeriesChartData*>("ISeriesChartData*");
     qRegisterMetaType<IRangeDopplerChartData*>("IRangeDopplerChartData*");
     qRegisterMetaType<RadarDeviceConfiguration*>("RadarDeviceConfiguration*");
+    qRegisterMetaType<RadarDeviceParameters*>("RadarDeviceParameters*");
+    qRegisterMetaType<Metrics*>("Metrics*");
+    qRegisterMetaType<MetricsLimits*>("MetricsLimits*");
+    qRegisterMetaType<RadarAntennas*>("RadarAntennas*");
+    qRegisterMetaType<PresenceSensingConfig*>("PresenceSensingConfig*");
+    qRegisterMetaType<SegmentationConfiguration*>("SegmentationConfiguration*");
+    qRegisterMetaType<DeviceInfo*>("DeviceInfo*");
+    qRegisterMetaType<MathAxis*>("MathAxis*");
     qRegisterMetaType<IRadarUserSettings*>("IRadarUserSettings*");
     qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
     qRegisterMetaType<Constants::Chart>("Constants::Chart");

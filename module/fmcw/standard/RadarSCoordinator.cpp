@@ -87,8 +87,11 @@ void RadarSCoordinator::stopTemperatureMonitor()
 
 void RadarSCoordinator::disconnectDevice()
 {
-    if (!m_connected)
+    // A lost board reports again while it is being let go (its stop fails):
+    // that report must not start a second disconnection.
+    if (!m_connected || m_disconnecting)
         return;
+    m_disconnecting = true;
     stopTemperatureMonitor();
     stopAcquisition();
     m_processing->stopAcquisition();
@@ -98,6 +101,7 @@ void RadarSCoordinator::disconnectDevice()
     m_processing->setDataProvider(nullptr);
     m_processing->resetCalculators();
     m_connected = false;
+    m_disconnecting = false;
     emit isConnectedChanged(false);
 }
 
@@ -116,10 +120,11 @@ void RadarSCoordinator::stopAcquisition()
 {
     if (!m_acquiring)
         return;
+    // Cleared first: the device's stop may report a failure synchronously.
+    m_acquiring = false;
     m_processing->stopAcquisition();
     if (m_device && m_device->isConnected())
         m_device->stopAcquisition();
-    m_acquiring = false;
     emit isAcquisitionActiveChanged(false);
 }
 

@@ -69,6 +69,7 @@ private:
     quint32 m_fifoOverflowCounter = 0;
     bool m_connected = false;
     bool m_acquiring = false;
+    bool m_disconnecting = false;
     QString m_uuid;
     vrn_Device_Shield_Type_t m_type = VRN_SHIELD_UNKNOWN;
 };
