@@ -85,8 +85,29 @@ void HeadlessSession::onFrameNumberChanged(int frameNumber)
     if (frameNumber > m_lastFrameNumber && frameNumber > 0)
         m_frames += quint64(frameNumber - qMax(m_lastFrameNumber, 0));
     m_lastFrameNumber = frameNumber;
-    if (m_loop && m_options.frames > 0 && m_frames >= m_options.frames)
+    // While recording, the recorder's own frame limit ends the session, so
+    // the file holds exactly the frames asked for.
+    if (m_loop && !m_recording && m_options.frames > 0 && m_frames >= m_options.frames)
         m_loop->quit();
+}
+
+void HeadlessSession::onRecordingActiveChanged(bool active)
+{
+    if (!active && m_recording) {
+        m_recording = false;
+        if (m_loop)
+            m_loop->quit();
+    }
+}
+
+void HeadlessSession::checkStalled()
+{
+    if (m_frames == m_framesAtLastCheck && m_failure.isEmpty()) {
+        m_failure = QStringLiteral("no frame arrived for 10 s");
+        if (m_loop)
+            m_loop->quit();
+    }
+    m_framesAtLastCheck = m_frames;
 }
 
 void HeadlessSession::onUserMessage(Constants::UserMessageType type, QString message, QString details)
@@ -169,8 +190,11 @@ QString HeadlessSession::startRecording()
         recording->setTimeLimitOnRecording(true);
         recording->setDuration(whole / 3600, (whole / 60) % 60, whole % 60, quint32((seconds - whole) * 1000 + 0.5));
     }
+    if (!connectByName(m_view, "isRecordingActiveChanged(bool)", this, "onRecordingActiveChanged(bool)"))
+        return QStringLiteral("the module's view lacks the recording signal");
     QMetaObject::invokeMethod(m_view, "startRecording", Qt::DirectConnection);
-    if (!m_view->property("isRecordingActive").toBool())
+    m_recording = m_view->property("isRecordingActive").toBool();
+    if (!m_recording)
         return m_failure.isEmpty() ? QStringLiteral("recording to %1 did not start").arg(m_options.record) : m_failure;
     m_out << "Recording to " << base.absoluteFilePath() << ".raw.bin" << Qt::endl;
     return {};
@@ -209,6 +233,8 @@ void HeadlessSession::printProgress()
 
 void HeadlessSession::acquire()
 {
+    // Frames that arrived while the board was being set up do not count.
+    m_frames = 0;
     const double seconds = m_options.frames == 0 ? (m_options.seconds > 0 ? m_options.seconds : 5.0) : 0.0;
     QEventLoop loop;
     m_loop = &loop;
@@ -218,10 +244,15 @@ void HeadlessSession::acquire()
     QTimer end;
     end.setSingleShot(true);
     connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
-    if (seconds > 0)
+    // A recording is ended by the recorder at its limit; the timer only
+    // ends sessions that do not record.
+    if (seconds > 0 && !m_recording)
         end.start(int(seconds * 1000));
+    QTimer watchdog;
+    connect(&watchdog, &QTimer::timeout, this, &HeadlessSession::checkStalled);
+    watchdog.start(10000);
     m_clock.start();
-    if (m_failure.isEmpty() && !m_sourceEnded && !(m_options.frames > 0 && m_frames >= m_options.frames))
+    if (m_failure.isEmpty() && !m_sourceEnded)
         loop.exec();
     m_loop = nullptr;
 }

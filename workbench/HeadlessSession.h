@@ -42,6 +42,7 @@ public:
 public slots:
     void onFrameNumberChanged(int frameNumber);
     void onUserMessage(Constants::UserMessageType type, QString message, QString details);
+    void onRecordingActiveChanged(bool active);
 
 private:
     QString prepareView();
@@ -51,6 +52,7 @@ private:
     QString startPlayback();
     void acquire();
     void printProgress();
+    void checkStalled();
     void finishRecording();
     int fail(const QString& reason);
 
@@ -69,4 +71,6 @@ private:
     int m_lastFrameNumber = -1;
     QString m_failure;   // first error the module reported, ends the session
     bool m_sourceEnded = false;
+    bool m_recording = false;
+    quint64 m_framesAtLastCheck = 0;
 };
