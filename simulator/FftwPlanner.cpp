@@ -27,6 +27,13 @@ fftwf_plan FftwPlanner::complexForward(int n, int count, fftwf_complex* in, fftw
     return fftwf_plan_many_dft(1, &n, count, in, nullptr, 1, n, out, nullptr, 1, n, FFTW_FORWARD, FFTW_ESTIMATE);
 }
 
+fftwf_plan FftwPlanner::complexColumns(int n, int count, fftwf_complex* in, int inStride, fftwf_complex* out)
+{
+    std::lock_guard<std::mutex> lock(plannerMutex());
+    return fftwf_plan_many_dft(1, &n, count, in, nullptr, inStride, 1, out, nullptr, 1, n, FFTW_FORWARD,
+                               FFTW_ESTIMATE);
+}
+
 void FftwPlanner::destroy(fftwf_plan plan)
 {
     if (!plan)

@@ -17,6 +17,9 @@ public:
     static fftwf_plan realForward(int n, int count, float* in, int inDistance, fftwf_complex* out);
     // `count` complex transforms of length n on contiguous rows of n values.
     static fftwf_plan complexForward(int n, int count, fftwf_complex* in, fftwf_complex* out);
+    // `count` complex transforms of length n down the columns of `in`: element
+    // i of transform j at in[i * inStride + j]; results in contiguous rows.
+    static fftwf_plan complexColumns(int n, int count, fftwf_complex* in, int inStride, fftwf_complex* out);
     static void destroy(fftwf_plan plan);
 };
 

@@ -94,13 +94,9 @@ vrn_Error_t run(vrn_RDM_Handle handle, const vrn_Matrix_R_s* input, vrn_Matrix_R
     std::lock_guard<std::mutex> lock(handle->mutex);
     RangeDopplerTransform& transform = handle->transform;
     transform.run(*input);
-    const uint32_t half = columns / 2;
     float* power = handle->power.data();
     for (uint32_t r = 0; r < rows; ++r) {
-        const float* bins = transform.row(r);
-        // The upper half of the FFT (negative speeds) goes left of the middle.
-        SpectrumScaler::power(bins + 2 * size_t(half), power, columns - half);
-        SpectrumScaler::power(bins, power + (columns - half), half);
+        transform.shiftedPower(r, power);
         handle->scaler.fromPower(power, output->data + size_t(r) * output->stride, columns);
     }
     return nullptr;

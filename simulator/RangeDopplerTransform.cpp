@@ -1,14 +1,17 @@
 #include "RangeDopplerTransform.h"
 
 #include "FftwPlanner.h"
+#include "WideLoops.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vrnsim {
 
 RangeDopplerTransform::~RangeDopplerTransform()
 {
     FftwPlanner::destroy(m_rangePlan);
+    FftwPlanner::destroy(m_meanPlan);
     FftwPlanner::destroy(m_dopplerPlan);
 }
 
@@ -18,22 +21,45 @@ bool RangeDopplerTransform::init(Stage range, Stage doppler, std::string& error)
     m_doppler = std::move(doppler);
     const size_t chirps = m_doppler.window.size();
     const size_t bins = m_range.fftSize / 2;
-    if (!m_rangeIn.resize(chirps * m_range.fftSize) || !m_rangeOut.resize(chirps * (bins + 1)) ||
-        !m_dopplerIn.resize(bins * m_doppler.fftSize) || !m_dopplerOut.resize(bins * m_doppler.fftSize)) {
+    const size_t nd = m_doppler.fftSize;
+    if (!m_rangeIn.resize(chirps * m_range.fftSize) || !m_rangeOut.resize(nd * (bins + 1)) ||
+        !m_dopplerOut.resize(bins * nd) || !m_meanIn.resize(m_range.fftSize) || !m_binMean.resize(bins + 1)) {
         error = "Out of memory for the range-Doppler buffers";
         return false;
     }
-    m_binMean.assign(2 * bins, 0.0f);
     m_ones.assign(m_range.window.size(), 1.0f);
     double total = 0.0;
     for (float w : (m_range.weightedMean ? m_range.window : m_ones))
         total += w;
     m_rangeWeightInverse = total > 0.0 ? float(1.0 / total) : 0.0f;
+
+    double chirpTotal = 0.0;
+    for (float w : m_doppler.window)
+        chirpTotal += m_doppler.weightedMean ? w : 1.0f;
+    m_chirpWeight.assign(chirps, 0.0f);
+    for (size_t k = 0; k < chirps && chirpTotal > 0.0; ++k)
+        m_chirpWeight[k] = float((m_doppler.weightedMean ? m_doppler.window[k] : 1.0) / chirpTotal);
+    // What a constant over the chirps becomes after the Doppler window and FFT.
+    m_windowRe.assign(nd, 0.0f);
+    m_windowIm.assign(nd, 0.0f);
+    for (size_t d = 0; d < nd; ++d) {
+        double re = 0.0, im = 0.0;
+        for (size_t k = 0; k < chirps; ++k) {
+            const double phase = -2.0 * M_PI * double(d) * double(k) / double(nd);
+            re += m_doppler.window[k] * std::cos(phase);
+            im += m_doppler.window[k] * std::sin(phase);
+        }
+        m_windowRe[d] = float(re);
+        m_windowIm[d] = float(im);
+    }
+
     m_rangePlan = FftwPlanner::realForward(int(m_range.fftSize), int(chirps), m_rangeIn.data(),
                                            int(m_range.fftSize), m_rangeOut.data());
-    m_dopplerPlan =
-        FftwPlanner::complexForward(int(m_doppler.fftSize), int(bins), m_dopplerIn.data(), m_dopplerOut.data());
-    if (!m_rangePlan || !m_dopplerPlan) {
+    m_meanPlan =
+        FftwPlanner::realForward(int(m_range.fftSize), 1, m_meanIn.data(), int(m_range.fftSize), m_binMean.data());
+    m_dopplerPlan = FftwPlanner::complexColumns(int(nd), int(bins), m_rangeOut.data(), int(bins + 1),
+                                                m_dopplerOut.data());
+    if (!m_rangePlan || !m_meanPlan || !m_dopplerPlan) {
         error = "The FFT library could not plan the range-Doppler transforms";
         return false;
     }
@@ -49,62 +75,82 @@ std::string RangeDopplerTransform::checkInput(const vrn_Matrix_R_s& input) const
     return std::string();
 }
 
-void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
+VRNSIM_WIDE_LOOPS void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
 {
     const uint32_t samples = this->samples();
     const uint32_t chirps = this->chirps();
     const uint32_t rangeFft = m_range.fftSize;
-    const uint32_t bins = rangeBins();
-    const uint32_t dopplerFft = m_doppler.fftSize;
     const float* __restrict rangeWindow = m_range.window.data();
     // Plain or window-weighted mean over a chirp, see Stage::weightedMean.
     const float* __restrict rangeWeight = m_range.weightedMean ? rangeWindow : m_ones.data();
     const float rangeScale = m_rangeWeightInverse;
+    const bool dopplerMean = m_doppler.meanRemoval;
+    float* __restrict meanChirp = m_meanIn.data();
+    if (dopplerMean)
+        std::fill(meanChirp, meanChirp + samples, 0.0f);
 
     for (uint32_t k = 0; k < chirps; ++k) {
         const float* __restrict x = input.data + size_t(k) * input.stride;
         float* __restrict in = m_rangeIn.data() + size_t(k) * rangeFft;
-        float mean = 0.0f;
-        if (m_range.meanRemoval) {
+        const float mean = m_range.meanRemoval ? weightedSum(x, rangeWeight, samples) * rangeScale : 0.0f;
+        const float dopplerWeight = m_doppler.window[k];
+        if (dopplerMean) {
+            const float share = m_chirpWeight[k];
+            for (uint32_t n = 0; n < samples; ++n) {
+                const float v = (x[n] - mean) * rangeWindow[n];
+                in[n] = v * dopplerWeight;
+                meanChirp[n] += v * share;
+            }
+        } else {
             for (uint32_t n = 0; n < samples; ++n)
-                mean += x[n] * rangeWeight[n];
-            mean *= rangeScale;
+                in[n] = (x[n] - mean) * rangeWindow[n] * dopplerWeight;
         }
-        for (uint32_t n = 0; n < samples; ++n)
-            in[n] = (x[n] - mean) * rangeWindow[n];
     }
     fftwf_execute_dft_r2c(m_rangePlan, m_rangeIn.data(), m_rangeOut.data());
+    fftwf_execute_dft(m_dopplerPlan, m_rangeOut.data(), m_dopplerOut.data());
+    if (dopplerMean)
+        fftwf_execute_dft_r2c(m_meanPlan, m_meanIn.data(), m_binMean.data());
+    m_meanDone = !dopplerMean;
+}
 
-    // Mean across the chirps per range bin, then the corner turn into one
-    // contiguous row per range bin with the Doppler window applied.
-    float* __restrict mean = m_binMean.data();
-    std::fill(m_binMean.begin(), m_binMean.end(), 0.0f);
-    const size_t rangeStride = size_t(bins) + 1;
-    const float* __restrict dopplerWindow = m_doppler.window.data();
-    if (m_doppler.meanRemoval) {
-        float total = 0.0f;
-        for (uint32_t k = 0; k < chirps; ++k) {
-            const float* __restrict r = reinterpret_cast<const float*>(m_rangeOut.data() + k * rangeStride);
-            const float weight = m_doppler.weightedMean ? dopplerWindow[k] : 1.0f;
-            total += weight;
-            for (uint32_t i = 0; i < 2 * bins; ++i)
-                mean[i] += weight * r[i];
-        }
-        const float inv = 1.0f / total;
-        for (uint32_t i = 0; i < 2 * bins; ++i)
-            mean[i] *= inv;
-    }
-    float* __restrict d = reinterpret_cast<float*>(m_dopplerIn.data());
-    for (uint32_t k = 0; k < chirps; ++k) {
-        const float* __restrict r = reinterpret_cast<const float*>(m_rangeOut.data() + k * rangeStride);
-        const float w = dopplerWindow[k];
-        for (uint32_t b = 0; b < bins; ++b) {
-            float* cell = d + 2 * (size_t(b) * dopplerFft + k);
-            cell[0] = (r[2 * b] - mean[2 * b]) * w;
-            cell[1] = (r[2 * b + 1] - mean[2 * b + 1]) * w;
+VRNSIM_WIDE_LOOPS void RangeDopplerTransform::removeMean()
+{
+    if (m_meanDone)
+        return;
+    const uint32_t nd = m_doppler.fftSize;
+    const float* __restrict wr = m_windowRe.data();
+    const float* __restrict wi = m_windowIm.data();
+    for (uint32_t b = 0; b < rangeBins(); ++b) {
+        float* __restrict d = reinterpret_cast<float*>(m_dopplerOut.data() + size_t(b) * nd);
+        const float mr = m_binMean[b][0], mi = m_binMean[b][1];
+        for (uint32_t i = 0; i < nd; ++i) {
+            d[2 * i] -= mr * wr[i] - mi * wi[i];
+            d[2 * i + 1] -= mr * wi[i] + mi * wr[i];
         }
     }
-    fftwf_execute_dft(m_dopplerPlan, m_dopplerIn.data(), m_dopplerOut.data());
+    m_meanDone = true;
+}
+
+VRNSIM_WIDE_LOOPS void RangeDopplerTransform::shiftedPower(uint32_t rangeBin, float* __restrict out) const
+{
+    const size_t nd = m_doppler.fftSize;
+    const size_t half = nd / 2;
+    const float mr = m_meanDone ? 0.0f : m_binMean[rangeBin][0];
+    const float mi = m_meanDone ? 0.0f : m_binMean[rangeBin][1];
+    // |d - m w|^2 over `count` bins, plain pointers and a size_t counter so
+    // that the loop vectorises.
+    auto span = [mr, mi](const float* __restrict d, const float* __restrict wr, const float* __restrict wi,
+                         float* __restrict to, size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            const float re = d[2 * i] - (mr * wr[i] - mi * wi[i]);
+            const float im = d[2 * i + 1] - (mr * wi[i] + mi * wr[i]);
+            to[i] = re * re + im * im;
+        }
+    };
+    // FFT bin i goes to column (i + half) mod nd: two straight runs.
+    const float* d = row(rangeBin);
+    span(d + 2 * half, m_windowRe.data() + half, m_windowIm.data() + half, out, nd - half);
+    span(d, m_windowRe.data(), m_windowIm.data(), out + (nd - half), half);
 }
 
 }  // namespace vrnsim

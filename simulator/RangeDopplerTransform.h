@@ -14,7 +14,14 @@ namespace vrnsim {
 // kept, then a windowed, zero-padded complex FFT per range bin across the
 // chirps. Mean removal over a chirp takes out the ADC offset; mean removal
 // across the chirps takes out everything that does not move.
-// Buffers and plans are made once; run() allocates nothing.
+//
+// Both transforms are linear, which the layout exploits so that the data
+// is touched once before and once after the FFTs: the Doppler window is
+// applied to the samples together with the range window, the range spectra
+// stay where the real FFT writes them and the Doppler FFT reads them down
+// the columns, and the mean across chirps is the range FFT of the mean chirp,
+// subtracted after the Doppler FFT as that mean times the transform of the
+// Doppler window. Buffers and plans are made once; run() allocates nothing.
 class RangeDopplerTransform
 {
 public:
@@ -40,7 +47,13 @@ public:
     bool init(Stage range, Stage doppler, std::string& error);
     // The matrix must be window-of-Doppler rows by window-of-range columns.
     std::string checkInput(const vrn_Matrix_R_s& input) const;
+    // Both FFTs; the mean across chirps is still in the result until
+    // removeMean() or shiftedPower() takes it out.
     void run(const vrn_Matrix_R_s& input);
+    void removeMean();
+    // Squared magnitudes of one range bin, mean removed, zero speed moved to
+    // the middle (Doppler FFT size / 2) and negative speeds to its left.
+    void shiftedPower(uint32_t rangeBin, float* out) const;
 
     uint32_t samples() const { return uint32_t(m_range.window.size()); }
     uint32_t chirps() const { return uint32_t(m_doppler.window.size()); }
@@ -56,14 +69,18 @@ public:
 private:
     Stage m_range;
     Stage m_doppler;
+    bool m_meanDone = true;
     AlignedBuffer<float> m_rangeIn;             // chirps x range FFT size, zero tail
-    AlignedBuffer<fftwf_complex> m_rangeOut;    // chirps x (range FFT size / 2 + 1)
-    AlignedBuffer<fftwf_complex> m_dopplerIn;   // range bins x Doppler FFT size, zero tail
+    AlignedBuffer<fftwf_complex> m_rangeOut;    // Doppler FFT size x (range bins + 1), zero rows below the chirps
     AlignedBuffer<fftwf_complex> m_dopplerOut;  // range bins x Doppler FFT size
-    std::vector<float> m_binMean;               // re/im per range bin
+    AlignedBuffer<float> m_meanIn;              // the mean chirp, zero tail
+    AlignedBuffer<fftwf_complex> m_binMean;     // its range FFT: the mean per range bin
+    std::vector<float> m_windowRe, m_windowIm;  // Doppler FFT of the Doppler window
     std::vector<float> m_ones;                  // weights of a plain mean
+    std::vector<float> m_chirpWeight;           // share of each chirp in the mean chirp
     float m_rangeWeightInverse = 0.0f;          // 1 / sum of the range weights
     fftwf_plan m_rangePlan = nullptr;
+    fftwf_plan m_meanPlan = nullptr;
     fftwf_plan m_dopplerPlan = nullptr;
 };
 

@@ -175,6 +175,8 @@ vrn_Error_t run(vrn_Segmentation_Handle handle, const vrn_Frame_R_t* frame, vrn_
     std::lock_guard<std::mutex> lock(handle->mutex);
     handle->rx1.run(*frame->rx_data[0]);
     handle->rx3.run(*frame->rx_data[1]);
+    handle->rx1.removeMean();
+    handle->rx3.removeMean();
     handle->tracker.update(handle->detector.detect(handle->rx1, handle->rx3));
     handle->tracker.fill(*result);
     return nullptr;
