@@ -123,7 +123,7 @@ bool RadarDataProcessing::processCycle()
     m_frameCounter = number + 1;
     emit frameNumberChanged(int(number + 1));
 
-    if (!m_refreshTimer.isValid() || m_refreshTimer.elapsed() > m_refreshIntervalMs.load()) {
+    if (m_refreshTimer.elapsed() > m_refreshIntervalMs.load()) {
         emit updateChartsData();
         m_refreshTimer.restart();
     }
@@ -408,8 +408,9 @@ void RadarDataProcessing::startAcquisition()
         resetPresenceChart();
     }
     resetFrameCounter();
-    m_refreshTimer.invalidate();
     m_worker = std::make_unique<CyclicTaskWorker>([this] { return processCycle(); });
+    // Started before the worker, which owns it from then on.
+    m_refreshTimer.start();
     m_worker->start();
     qInfo() << "Acquisition started";
 }

@@ -103,7 +103,7 @@ private:
     std::unique_ptr<RadarConfigurationUtils> m_utils;
 
     IRadarDataProvider* m_provider = nullptr;
-    QElapsedTimer m_refreshTimer; // worker thread while acquiring
+    QElapsedTimer m_refreshTimer; // the worker's while acquiring
     std::atomic<int> m_refreshIntervalMs { 33 };
     std::atomic<quint64> m_refreshCount { 0 };
 
