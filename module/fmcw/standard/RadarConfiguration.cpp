@@ -267,13 +267,28 @@ void RadarConfiguration::leaveApplication()
     updateRangeDopplerRuntime(m_edited);
 }
 
+void RadarConfiguration::adaptRangeSpectrumSettings(const RadarDeviceConfiguration& configuration)
+{
+    if (RangeSpectrumUserSettings* settings = m_userSettings ? m_userSettings->rangeSpectrum() : nullptr)
+        settings->updateDeviceParameters(configuration.parameters()->numSamplesPerChirp(),
+                                         configuration.parameters()->numChirpsPerFrame());
+}
+
+void RadarConfiguration::adaptRangeDopplerSettings(const RadarDeviceConfiguration& configuration)
+{
+    if (RangeDopplerUserSettings* settings = m_userSettings ? m_userSettings->rangeDoppler() : nullptr) {
+        settings->updateDeviceParameters(configuration.parameters()->numSamplesPerChirp(),
+                                         configuration.parameters()->numChirpsPerFrame());
+        settings->updateRxActiveIndexes(configuration.metrics()->rx()->activeAntennas());
+        settings->updateTxActiveIndexes(configuration.metrics()->tx()->activeAntennas());
+    }
+}
+
 void RadarConfiguration::updateRangeSpectrumRuntime(RadarDeviceConfiguration* configuration)
 {
     if (!configuration)
         return;
-    if (RangeSpectrumUserSettings* settings = m_userSettings ? m_userSettings->rangeSpectrum() : nullptr)
-        settings->updateDeviceParameters(configuration->parameters()->numSamplesPerChirp(),
-                                         configuration->parameters()->numChirpsPerFrame());
+    adaptRangeSpectrumSettings(*configuration);
     emit deviceConfigurationRuntimeUpdated();
 }
 
@@ -281,12 +296,7 @@ void RadarConfiguration::updateRangeDopplerRuntime(RadarDeviceConfiguration* con
 {
     if (!configuration)
         return;
-    if (RangeDopplerUserSettings* settings = m_userSettings ? m_userSettings->rangeDoppler() : nullptr) {
-        settings->updateDeviceParameters(configuration->parameters()->numSamplesPerChirp(),
-                                         configuration->parameters()->numChirpsPerFrame());
-        settings->updateRxActiveIndexes(configuration->metrics()->rx()->activeAntennas());
-        settings->updateTxActiveIndexes(configuration->metrics()->tx()->activeAntennas());
-    }
+    adaptRangeDopplerSettings(*configuration);
     emit deviceConfigurationRuntimeUpdated();
 }
 
@@ -344,8 +354,10 @@ bool RadarConfiguration::applyGuiConfiguration()
     m_userDocumentLoaded = false;
     copyConfiguration(*m_edited, *m_applied);
     m_isApplied = true;
-    updateRangeSpectrumRuntime(m_applied);
-    updateRangeDopplerRuntime(m_applied);
+    // The chart settings follow the new chirps before the pipeline builds
+    // its calculators from them, once, on the update below.
+    adaptRangeSpectrumSettings(*m_applied);
+    adaptRangeDopplerSettings(*m_applied);
     emit deviceConfigurationUpdated(m_applied);
     return true;
 }

@@ -74,6 +74,8 @@ private:
     // the reason. Nothing of `target` changes on failure.
     QString loadDocument(const QByteArray& bytes, RadarDeviceConfiguration& target, bool asApplicationDefault);
     static QString resourcePath(const QString& fileName);
+    void adaptRangeSpectrumSettings(const RadarDeviceConfiguration& configuration);
+    void adaptRangeDopplerSettings(const RadarDeviceConfiguration& configuration);
     void notifyListener();
 
     const Vrn* m_vrn;

@@ -152,7 +152,7 @@ void TestRadarStandardSession::framesAreCountedAndChartsRefreshedAtTheInterval()
     core().setMinimumRefreshInterval(250);
     QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
     QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3000, 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3000 && refreshes.count() >= 3, 20000);
     m_device->stopAcquisition();
     const qint64 elapsed = clock.elapsed();
 

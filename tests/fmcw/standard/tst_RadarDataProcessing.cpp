@@ -1,0 +1,281 @@
+// The processing pipeline against a scripted frame provider and without the
+// SDK's processing: frame counting, the refresh interval, calculators that
+// cannot be built, the virtual-antenna choice and the recording limit.
+
+#include "../FakeVrn.h"
+
+#include "common/ISeriesChartData.h"
+#include "fmcw/common/DeviceInfo.h"
+#include "fmcw/common/IRadarDataProvider.h"
+#include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/standard/RadarConfiguration.h"
+#include "fmcw/standard/RadarDataProcessing.h"
+#include "fmcw/standard/RadarUserSettings.h"
+#include "host/CoreUserSettings.h"
+
+#include <QMutex>
+#include <QSignalSpy>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(RadarConstants::Application)
+
+namespace {
+
+SharedFrame makeFrame()
+{
+    struct Owned {
+        std::vector<float> samples = std::vector<float>(8, 0.5f);
+        vrn_Matrix_R_s matrix { 2, 4, 4, nullptr };
+        vrn_Matrix_R_s* channels[1] { &matrix };
+        vrn_Frame_R_t frame { 1, channels };
+    };
+    auto* owned = new Owned;
+    owned->matrix.data = owned->samples.data();
+    return SharedFrame(&owned->frame, [owned](const vrn_Frame_R_t*) { delete owned; });
+}
+
+// Answers from a script, then "no more frames".
+class ScriptedProvider : public IRadarDataProvider
+{
+public:
+    explicit ScriptedProvider(QVector<RadarFrameResult> script) : m_script(std::move(script)) {}
+    RadarFrameResult getNextFrame(const RadarDeviceConfiguration&) override
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_script.isEmpty() ? RadarFrameResult() : m_script.takeFirst();
+    }
+    void stopAcquisition() override {}
+
+private:
+    QMutex m_mutex;
+    QVector<RadarFrameResult> m_script;
+};
+
+RadarFrameResult delivered(SharedFrame frame)
+{
+    return RadarFrameResult { true, frame.get(), frame };
+}
+
+} // namespace
+
+class TestRadarDataProcessing : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void calculatorsThatCannotBeBuiltAreReported_data();
+    void calculatorsThatCannotBeBuiltAreReported();
+    void emptyFramesAreNotCounted();
+    void chartsRefreshNoMoreOftenThanTheInterval_data();
+    void chartsRefreshNoMoreOftenThanTheInterval();
+    void virtualAntennaIndex_data();
+    void virtualAntennaIndex();
+    void recordingFrameLimit_data();
+    void recordingFrameLimit();
+    void chartDataByType_data();
+    void chartDataByType();
+    void polarChartMustExist();
+
+private:
+    std::unique_ptr<FakeVrn> m_fake;
+    std::unique_ptr<CoreUserSettings> m_core;
+    std::unique_ptr<RadarUserSettings> m_settings;
+    std::unique_ptr<RadarConfiguration> m_configuration;
+    std::unique_ptr<RadarDataProcessing> m_processing;
+};
+
+void TestRadarDataProcessing::initTestCase()
+{
+    Q_INIT_RESOURCE(radar_configurations);
+    qRegisterMetaType<RadarEventCode>();
+}
+
+void TestRadarDataProcessing::init()
+{
+    m_fake = std::make_unique<FakeVrn>();
+    m_core = std::make_unique<CoreUserSettings>();
+    m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
+    m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
+    for (RadarDeviceConfiguration* c : { m_configuration->editedConfiguration(), m_configuration->appliedConfiguration() }) {
+        c->deviceInfo()->setDeviceName(QStringLiteral("KMR7A"));
+        c->deviceInfo()->setNumRxAntennas(3);
+        c->deviceInfo()->setNumTxAntennas(1);
+    }
+    // No broker: the SDK's processing is out of reach.
+    m_processing = std::make_unique<RadarDataProcessing>(nullptr, m_core.get(), m_configuration.get(),
+                                                         m_settings.get());
+}
+
+void TestRadarDataProcessing::cleanup()
+{
+    m_processing.reset();
+    m_configuration.reset();
+    m_settings.reset();
+    m_core.reset();
+    m_fake.reset();
+}
+
+void TestRadarDataProcessing::calculatorsThatCannotBeBuiltAreReported_data()
+{
+    QTest::addColumn<RadarConstants::Application>("application");
+    QTest::addColumn<QStringList>("details");
+    const QString rs = QStringLiteral("Range Spectrum calculator is NULL");
+    const QString rd = QStringLiteral("Range Doppler calculator is NULL");
+    QTest::newRow("none") << RadarConstants::None << QStringList { rs, rd };
+    QTest::newRow("presence") << RadarConstants::PresenceSensing
+                              << QStringList { QStringLiteral("Presence Sensing calculator is NULL"), rs, rd };
+    QTest::newRow("segmentation") << RadarConstants::Segmentation
+                                  << QStringList { QStringLiteral("Segmentation calculator is NULL"), rs, rd };
+}
+
+void TestRadarDataProcessing::calculatorsThatCannotBeBuiltAreReported()
+{
+    QFETCH(RadarConstants::Application, application);
+    QFETCH(QStringList, details);
+    QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
+    QVERIFY(m_configuration->applyDefaultConfiguration(application));
+    QVERIFY(m_configuration->applyGuiConfiguration());
+
+    // Once each, in the order they are built.
+    QCOMPARE(events.count(), details.size());
+    for (int i = 0; i < details.size(); ++i) {
+        QCOMPARE(events.at(i).at(0).value<RadarEventCode>(), RadarEventCode::Error);
+        QCOMPARE(events.at(i).at(2).toString(), details.at(i));
+        QVERIFY(events.at(i).at(1).toString().endsWith(
+            QStringLiteral(" not configured properly. Processing of data will be continued without this step")));
+    }
+    QCOMPARE(m_core->recordingUserSettings()->frameRepetitionTimeS(),
+             application == RadarConstants::PresenceSensing ? 0.2f : 0.1f);
+}
+
+void TestRadarDataProcessing::emptyFramesAreNotCounted()
+{
+    ScriptedProvider provider({ delivered(makeFrame()), delivered(SharedFrame()), delivered(makeFrame()) });
+    m_processing->setDataProvider(&provider);
+    QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
+    m_processing->startAcquisition();
+    QTRY_COMPARE(numbers.count(), 3);
+    m_processing->stopAcquisition();
+    QCOMPARE(numbers.at(0).at(0).toInt(), 0);
+    QCOMPARE(numbers.at(1).at(0).toInt(), 1);
+    QCOMPARE(numbers.at(2).at(0).toInt(), 2);
+}
+
+void TestRadarDataProcessing::chartsRefreshNoMoreOftenThanTheInterval_data()
+{
+    QTest::addColumn<int>("intervalMs");
+    QTest::addColumn<int>("refreshes");
+    QTest::newRow("longer than the run") << 100000 << 0;
+    QTest::newRow("every frame") << -1 << 4;
+}
+
+void TestRadarDataProcessing::chartsRefreshNoMoreOftenThanTheInterval()
+{
+    QFETCH(int, intervalMs);
+    QFETCH(int, refreshes);
+    m_core->setMinimumRefreshInterval(intervalMs);
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+    QVERIFY(m_configuration->applyGuiConfiguration());
+    ScriptedProvider provider({ delivered(makeFrame()), delivered(makeFrame()), delivered(makeFrame()),
+                                delivered(makeFrame()) });
+    m_processing->setDataProvider(&provider);
+    QSignalSpy updated(m_processing.get(), &IRadarDataProcessing::chartsDataUpdated);
+    QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
+    m_processing->startAcquisition();
+    QTRY_COMPARE(numbers.count(), 5);
+    QTRY_COMPARE(updated.count(), refreshes);
+    QCOMPARE(m_processing->frameNumber(), 4u);
+    // The newest frame reaches the time-domain chart.
+    if (refreshes > 0)
+        QVERIFY(m_processing->chartData(Constants::Chart::TimeDomain)->iterator(0));
+    m_processing->stopAcquisition();
+}
+
+void TestRadarDataProcessing::virtualAntennaIndex_data()
+{
+    QTest::addColumn<int>("tx");
+    QTest::addColumn<int>("rx");
+    QTest::addColumn<quint32>("txMask");
+    QTest::addColumn<quint32>("rxMask");
+    QTest::addColumn<quint32>("index");
+    QTest::newRow("first pair") << 0 << 0 << 0x1u << 0x7u << 0u;
+    QTest::newRow("Rx3 behind an off Rx2") << 0 << 2 << 0x1u << 0x5u << 1u;
+    QTest::newRow("Tx2 after three receivers") << 1 << 0 << 0x3u << 0x7u << 3u;
+    QTest::newRow("Tx2 Rx2 with Rx1 off") << 1 << 1 << 0x3u << 0x6u << 2u;
+    QTest::newRow("disabled transmitter") << 1 << 0 << 0x1u << 0x7u << 0u;
+}
+
+void TestRadarDataProcessing::virtualAntennaIndex()
+{
+    QFETCH(int, tx);
+    QFETCH(int, rx);
+    QFETCH(quint32, txMask);
+    QFETCH(quint32, rxMask);
+    QFETCH(quint32, index);
+    QCOMPARE(RadarDataProcessing::virtualAntennaIndex(tx, rx, txMask, rxMask, 4), index);
+}
+
+void TestRadarDataProcessing::recordingFrameLimit_data()
+{
+    QTest::addColumn<bool>("timeLimit");
+    QTest::addColumn<int>("seconds");
+    QTest::addColumn<int>("milliseconds");
+    QTest::addColumn<float>("frameTime");
+    QTest::addColumn<quint32>("frames");
+    QTest::newRow("frame count") << false << 5 << 0 << 0.1f << 100u;
+    QTest::newRow("2 s at 0.1 s") << true << 2 << 0 << 0.1f << 20u;
+    QTest::newRow("1.5 s at 0.5 s") << true << 1 << 500 << 0.5f << 3u;
+    QTest::newRow("250 ms at 0.1 s rounds up") << true << 0 << 250 << 0.1f << 3u;
+}
+
+void TestRadarDataProcessing::recordingFrameLimit()
+{
+    QFETCH(bool, timeLimit);
+    QFETCH(int, seconds);
+    QFETCH(int, milliseconds);
+    QFETCH(float, frameTime);
+    QFETCH(quint32, frames);
+    RecordingUserSettings settings;
+    settings.setNumOfFrames(100);
+    settings.setTimeLimitOnRecording(timeLimit);
+    settings.setDuration(0, 0, quint32(seconds), quint32(milliseconds));
+    QCOMPARE(RadarDataProcessing::recordingFrameLimit(settings, frameTime), frames);
+}
+
+void TestRadarDataProcessing::chartDataByType_data()
+{
+    QTest::addColumn<int>("chart");
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<bool>("stateHistory");
+    QTest::newRow("time domain") << 0 << true << false;
+    QTest::newRow("range spectrum") << 1 << true << false;
+    QTest::newRow("presence") << 2 << true << true;
+    QTest::newRow("range-Doppler is not a series") << 3 << false << false;
+    QTest::newRow("polar") << 4 << false << false;
+}
+
+void TestRadarDataProcessing::chartDataByType()
+{
+    QFETCH(int, chart);
+    QFETCH(bool, exists);
+    QFETCH(bool, stateHistory);
+    ISeriesChartData* data = m_processing->chartData(static_cast<Constants::Chart>(chart));
+    QCOMPARE(data != nullptr, exists);
+    if (data)
+        QCOMPARE(data->isStateHistory(), stateHistory);
+}
+
+void TestRadarDataProcessing::polarChartMustExist()
+{
+    QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
+    m_processing->attachChartItem(Constants::Chart::Polar, nullptr);
+    QCOMPARE(events.count(), 1);
+    QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot connect data from GUI to radar."));
+    QCOMPARE(events.at(0).at(2).toString(), QStringLiteral("Polar chart pointer is NULL"));
+}
+
+QTEST_MAIN(TestRadarDataProcessing)
+#include "tst_RadarDataProcessing.moc"
