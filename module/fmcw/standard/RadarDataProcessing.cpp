@@ -70,6 +70,8 @@ RadarDataProcessing::RadarDataProcessing(IBroker* broker, CoreUserSettings* core
     // Emitted on the worker, delivered queued here.
     connect(this, &RadarDataProcessing::updateChartsData, this, &RadarDataProcessing::onUpdateChartsData,
             Qt::AutoConnection);
+    connect(this, &RadarDataProcessing::frameCounted, this, &RadarDataProcessing::onFrameCounted,
+            Qt::QueuedConnection);
     if (m_coreSettings) {
         m_refreshIntervalMs = m_coreSettings->minimumRefreshInterval();
         connect(m_coreSettings, &CoreUserSettings::minimumRefreshIntervalChanged, this,
@@ -94,8 +96,15 @@ bool RadarDataProcessing::isRecordingActive() const
 
 void RadarDataProcessing::resetFrameCounter()
 {
+    ++m_numbering;
     m_frameCounter = 0;
     emit frameNumberChanged(0);
+}
+
+void RadarDataProcessing::onFrameCounted(quint32 generation, int frameNumber)
+{
+    if (generation == m_numbering.load())
+        emit frameNumberChanged(frameNumber);
 }
 
 void RadarDataProcessing::clearLatestFrame()
@@ -121,7 +130,7 @@ bool RadarDataProcessing::processCycle()
     const quint32 number = m_frameCounter.load();
     processFrame(result.owner, number);
     m_frameCounter = number + 1;
-    emit frameNumberChanged(int(number + 1));
+    emit frameCounted(m_numbering.load(), int(number + 1));
 
     if (m_refreshTimer.elapsed() > m_refreshIntervalMs.load()) {
         emit updateChartsData();

@@ -80,12 +80,15 @@ public:
 
 signals:
     void updateChartsData();
+    // Worker to owner: a frame was counted while numbering `generation` ran.
+    void frameCounted(quint32 generation, int frameNumber);
 
 public slots:
     void onRadarConfigurationUpdated(RadarDeviceConfiguration* configuration) override;
     void onRadarConfigurationRuntimeUpdated(RadarDeviceConfiguration* configuration) override;
     void onUpdateChartsData();
     void onParserError(QString message, QString details);
+    void onFrameCounted(quint32 generation, int frameNumber);
 
 private:
     bool processCycle();
@@ -110,6 +113,9 @@ private:
     std::mutex m_frameMutex;
     SharedFrame m_latestFrame;
     std::atomic<quint32> m_frameCounter { 0 };
+    // Bumped by every reset, so counts still queued from before it are
+    // dropped instead of reaching the pages after the new 0.
+    std::atomic<quint32> m_numbering { 0 };
     QPixmap m_rangeDopplerPixmap;
 
     std::mutex m_chainMutex; // guards the five below

@@ -66,6 +66,7 @@ private slots:
     void recordingStopsAtItsLimit_data();
     void recordingStopsAtItsLimit();
     void playbackReproducesTheRecordedFramesInOrder();
+    void pausedPlaybackStepsOneFrameAtATime();
     void unplugWhileRecordingKeepsEveryFrameBefore();
     void applyDuringAcquisitionRestartsFrameNumbering();
     void refusedConfigurationFileLeavesTheRunningOne();
@@ -278,6 +279,39 @@ void TestRadarStandardSession::playbackReproducesTheRecordedFramesInOrder()
         QVERIFY2(replayed.frames[i].samples == original.frames[i].samples, qPrintable(QString::number(i)));
     QCOMPARE(replayed.header.samplesPerChirp, original.header.samplesPerChirp);
     QCOMPARE(replayed.header.framePeriodSec, original.header.framePeriodSec);
+}
+
+void TestRadarStandardSession::pausedPlaybackStepsOneFrameAtATime()
+{
+    connectBoard(QStringLiteral("unpaced"));
+    record(QStringLiteral("steps"), 8);
+    IPlayback& playback = *m_host->playbackRegister().playbacks().first();
+    QVERIFY(playback.open(m_dir.filePath(QStringLiteral("steps"))));
+    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+    auto highest = [&numbers] {
+        int value = 0;
+        for (const QList<QVariant>& arguments : qAsConst(numbers))
+            value = std::max(value, arguments.at(0).toInt());
+        return value;
+    };
+    playback.pause();
+    QVERIFY(playback.isPaused());
+    playback.play();
+    QVERIFY(view()->property("isPlaybackActive").toBool());
+    // Paused: nothing comes until a step is asked for.
+    QVERIFY(!numbers.wait(300));
+    QCOMPARE(highest(), 0);
+    playback.stepFrame();
+    QTRY_COMPARE(highest(), 1);
+    playback.stepFrame();
+    playback.stepFrame();
+    QTRY_COMPARE(highest(), 3);
+    QVERIFY(!numbers.wait(200));
+    QCOMPARE(highest(), 3);
+    playback.resume();
+    QVERIFY(!playback.isPaused());
+    QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
+    QCOMPARE(highest(), 8);
 }
 
 void TestRadarStandardSession::unplugWhileRecordingKeepsEveryFrameBefore()
