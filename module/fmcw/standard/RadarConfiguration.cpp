@@ -14,6 +14,7 @@
 #include "fmcw/common/SegmentationConfiguration.h"
 #include "fmcw/processing/RangeDopplerUserSettings.h"
 #include "fmcw/standard/IRadarUserSettings.h"
+#include "sdk/vrn.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -430,6 +431,21 @@ bool RadarConfiguration::loadRecordingDocument(const QByteArray& document, QStri
     if (!error.isEmpty()) {
         qWarning() << "Recorded configuration refused:" << error;
         return false;
+    }
+    // The chip family keys the SDK's algorithm defaults; the document names
+    // the chip only.
+    switch (scratch.radarType()) {
+    case RadarConstants::KMR7A:
+        scratch.deviceInfo()->setDeviceType(VRN_DEVICE_TYPE_KMR7A);
+        break;
+    case RadarConstants::KMR7B:
+        scratch.deviceInfo()->setDeviceType(VRN_DEVICE_TYPE_KMR7B);
+        break;
+    case RadarConstants::KMR7C:
+        scratch.deviceInfo()->setDeviceType(VRN_DEVICE_TYPE_KMR7C);
+        break;
+    case RadarConstants::Unknown:
+        break;
     }
     copyConfiguration(scratch, *m_edited);
     m_userDocumentLoaded = true;

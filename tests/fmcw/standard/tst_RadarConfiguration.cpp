@@ -385,6 +385,8 @@ void TestRadarConfiguration::recordingDocumentRunsWithoutTheBoard()
     QCOMPARE(updated.count(), 1);
     const RadarDeviceConfiguration& applied = *player.appliedConfiguration();
     QCOMPARE(applied.deviceInfo()->deviceName(), QStringLiteral("KMR7C"));
+    // The presence algorithm's defaults are looked up by chip family.
+    QCOMPARE(applied.deviceInfo()->deviceType(), int(VRN_DEVICE_TYPE_KMR7C));
     QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
     QVERIFY(!RadarConfiguration::configurationsDiffer(applied, *m_configuration->appliedConfiguration()));
 
