@@ -100,6 +100,28 @@ void HeadlessSession::onRecordingActiveChanged(bool active)
     }
 }
 
+void HeadlessSession::onChartsDataUpdated()
+{
+    if (m_refreshLoop)
+        m_refreshLoop->quit();
+}
+
+void HeadlessSession::awaitChartRefresh()
+{
+    // Charts are refreshed at most once per refresh interval; a short
+    // session may end before the first one. While the source still runs,
+    // wait for the next refresh so the snapshot shows the newest frame.
+    if (m_sourceEnded || !m_failure.isEmpty())
+        return;
+    if (!connectByName(m_view, "chartsDataUpdated()", this, "onChartsDataUpdated()"))
+        return;
+    QEventLoop loop;
+    m_refreshLoop = &loop;
+    QTimer::singleShot(2000, &loop, &QEventLoop::quit);
+    loop.exec();
+    m_refreshLoop = nullptr;
+}
+
 void HeadlessSession::checkStalled()
 {
     if (m_frames == m_framesAtLastCheck && m_failure.isEmpty()) {
@@ -285,6 +307,7 @@ int HeadlessSession::run()
 
     QStringList saved;
     if (!m_options.snapshot.isEmpty()) {
+        awaitChartRefresh();
         QString snapshotError;
         saved = writeChartSnapshot(m_view, m_options.snapshot, snapshotError);
         if (!snapshotError.isEmpty())

@@ -43,6 +43,7 @@ public slots:
     void onFrameNumberChanged(int frameNumber);
     void onUserMessage(Constants::UserMessageType type, QString message, QString details);
     void onRecordingActiveChanged(bool active);
+    void onChartsDataUpdated();
 
 private:
     QString prepareView();
@@ -53,6 +54,7 @@ private:
     void acquire();
     void printProgress();
     void checkStalled();
+    void awaitChartRefresh();
     void finishRecording();
     int fail(const QString& reason);
 
@@ -73,4 +75,5 @@ private:
     bool m_sourceEnded = false;
     bool m_recording = false;
     quint64 m_framesAtLastCheck = 0;
+    QEventLoop* m_refreshLoop = nullptr;
 };
