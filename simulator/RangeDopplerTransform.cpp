@@ -4,6 +4,7 @@
 #include "WideLoops.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cmath>
 
 namespace vrnsim {
@@ -57,8 +58,20 @@ bool RangeDopplerTransform::init(Stage range, Stage doppler, std::string& error)
                                            int(m_range.fftSize), m_rangeOut.data());
     m_meanPlan =
         FftwPlanner::realForward(int(m_range.fftSize), 1, m_meanIn.data(), int(m_range.fftSize), m_binMean.data());
-    m_dopplerPlan = FftwPlanner::complexColumns(int(nd), int(bins), m_rangeOut.data(), int(bins + 1),
-                                                m_dopplerOut.data());
+    // Small maps: a corner turn into contiguous rows costs less than what
+    // FFTW loses on strided columns; once the spectra outgrow the cache the
+    // turn costs more, and FFTW reads the columns itself.
+    m_cornerTurn = chirps * bins <= kCornerTurnLimit;
+    if (m_cornerTurn) {
+        if (!m_dopplerIn.resize(bins * nd)) {
+            error = "Out of memory for the range-Doppler buffers";
+            return false;
+        }
+        m_dopplerPlan = FftwPlanner::complexForward(int(nd), int(bins), m_dopplerIn.data(), m_dopplerOut.data());
+    } else {
+        m_dopplerPlan = FftwPlanner::complexColumns(int(nd), int(bins), m_rangeOut.data(), int(bins + 1),
+                                                    m_dopplerOut.data());
+    }
     if (!m_rangePlan || !m_meanPlan || !m_dopplerPlan) {
         error = "The FFT library could not plan the range-Doppler transforms";
         return false;
@@ -107,10 +120,38 @@ VRNSIM_WIDE_LOOPS void RangeDopplerTransform::run(const vrn_Matrix_R_s& input)
         }
     }
     fftwf_execute_dft_r2c(m_rangePlan, m_rangeIn.data(), m_rangeOut.data());
-    fftwf_execute_dft(m_dopplerPlan, m_rangeOut.data(), m_dopplerOut.data());
+    if (m_cornerTurn) {
+        turnCorner();
+        fftwf_execute_dft(m_dopplerPlan, m_dopplerIn.data(), m_dopplerOut.data());
+    } else {
+        fftwf_execute_dft(m_dopplerPlan, m_rangeOut.data(), m_dopplerOut.data());
+    }
     if (dopplerMean)
         fftwf_execute_dft_r2c(m_meanPlan, m_meanIn.data(), m_binMean.data());
     m_meanDone = !dopplerMean;
+}
+
+// Chirp-major range spectra into one row per range bin, in tiles that stay
+// in the first-level cache on both sides.
+void RangeDopplerTransform::turnCorner()
+{
+    constexpr size_t kTile = 16;
+    const size_t chirps = this->chirps();
+    const size_t bins = rangeBins();
+    const size_t nd = m_doppler.fftSize;
+    const size_t stride = bins + 1;
+    // A complex float moves as one 64-bit word.
+    const uint64_t* __restrict from = reinterpret_cast<const uint64_t*>(m_rangeOut.data());
+    uint64_t* __restrict to = reinterpret_cast<uint64_t*>(m_dopplerIn.data());
+    for (size_t k0 = 0; k0 < chirps; k0 += kTile) {
+        const size_t k1 = std::min(k0 + kTile, chirps);
+        for (size_t b0 = 0; b0 < bins; b0 += kTile) {
+            const size_t b1 = std::min(b0 + kTile, bins);
+            for (size_t b = b0; b < b1; ++b)
+                for (size_t k = k0; k < k1; ++k)
+                    to[b * nd + k] = from[k * stride + b];
+        }
+    }
 }
 
 VRNSIM_WIDE_LOOPS void RangeDopplerTransform::removeMean()

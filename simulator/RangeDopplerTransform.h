@@ -67,11 +67,18 @@ public:
     }
 
 private:
+    // Range spectra (complex values) up to which the Doppler FFT gets its
+    // rows by a corner turn: 128 KiB.
+    static constexpr size_t kCornerTurnLimit = 16384;
+    void turnCorner();
+
     Stage m_range;
     Stage m_doppler;
     bool m_meanDone = true;
+    bool m_cornerTurn = false;
     AlignedBuffer<float> m_rangeIn;             // chirps x range FFT size, zero tail
     AlignedBuffer<fftwf_complex> m_rangeOut;    // Doppler FFT size x (range bins + 1), zero rows below the chirps
+    AlignedBuffer<fftwf_complex> m_dopplerIn;   // range bins x Doppler FFT size, zero tail (corner turn only)
     AlignedBuffer<fftwf_complex> m_dopplerOut;  // range bins x Doppler FFT size
     AlignedBuffer<float> m_meanIn;              // the mean chirp, zero tail
     AlignedBuffer<fftwf_complex> m_binMean;     // its range FFT: the mean per range bin
