@@ -3,8 +3,11 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <cmath>
 #include <memory>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -216,6 +219,82 @@ private slots:
         QVERIFY2(std::abs(out->data[bin] - 0.1f) < 1e-3f, qPrintable(QString::number(out->data[bin])));
         QVERIFY(out->data[0] < 1e-4f);  // the offset is gone
         sdk.vrn->rs_destroy(rs);
+    }
+
+    // I/Q input: a tone at a positive frequency shows in the spectrum, its
+    // mirror at the negative frequency does not.
+    void complexInputKeepsPositiveFrequencies_data()
+    {
+        QTest::addColumn<int>("bin");
+        QTest::newRow("+12") << 12;
+        QTest::newRow("-12") << -12;
+        QTest::newRow("+40") << 40;
+    }
+
+    void complexInputKeepsPositiveFrequencies()
+    {
+        QFETCH(int, bin);
+        const vrn_RS_Config_t config = rsConfig(VRN_WINDOW_HANN, 128, 0.0f, 128, true, true, 1.0f, 0, 1e-6f);
+        vrn_RS_Handle rs = nullptr;
+        QCOMPARE(sdk.vrn->rs_create(&config, &rs), nullptr);
+        std::vector<vrn_Complex_t> samples(128);
+        for (int n = 0; n < 128; ++n) {
+            const double phase = 2.0 * M_PI * bin * n / 128.0;
+            samples[n] = {float(0.5 + 0.1 * std::cos(phase)), float(0.5 + 0.1 * std::sin(phase))};
+        }
+        vrn_Matrix_C_s input{1, 128, 128, samples.data()};
+        auto out = vector(64);
+        QCOMPARE(sdk.vrn->rs_run_c(rs, &input, out.get()), nullptr);
+        const float peak = *std::max_element(out->data, out->data + 64);
+        if (bin > 0) {
+            QVERIFY(std::abs(out->data[bin] - 0.1f) < 1e-3f);  // amplitude 0.1, normalised window
+            QCOMPARE(peak, out->data[bin]);
+        } else {
+            QVERIFY2(peak < 1e-4f, qPrintable(QString::number(peak)));
+        }
+        sdk.vrn->rs_destroy(rs);
+    }
+
+    // Handles made and run on several threads at once give what one thread
+    // alone gives.
+    void handlesFromSeveralThreads()
+    {
+        auto input = matrix(64, 64);
+        for (uint32_t i = 0; i < 64 * 64; ++i)
+            input->data[i] = 0.5f + 0.1f * float(std::sin(0.37 * i) * std::cos(0.011 * i));
+        const vrn_RDM_Config_t config = defaultRdm();
+        auto reference = matrix(128, 256);
+        vrn_RDM_Handle rdm = nullptr;
+        QCOMPARE(sdk.vrn->rdm_create(&config, &rdm), nullptr);
+        QCOMPARE(sdk.vrn->rdm_run(rdm, input.get(), reference.get()), nullptr);
+        sdk.vrn->rdm_destroy(rdm);
+
+        std::atomic<int> failures{0};
+        std::vector<std::shared_ptr<vrn_Matrix_R_s>> outputs;
+        for (int t = 0; t < 4; ++t)
+            outputs.push_back(matrix(128, 256));
+        std::vector<std::thread> threads;
+        const Vrn* vrn = sdk.vrn;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&, t] {
+                for (int i = 0; i < 10; ++i) {
+                    vrn_RDM_Handle handle = nullptr;
+                    vrn_RS_Handle rs = nullptr;
+                    const vrn_RS_Config_t rsConfig = {1e-6f, VRN_SCALE_TYPE_LINEAR, config.range_fft_config, 64};
+                    if (vrn->rdm_create(&config, &handle) || vrn->rs_create(&rsConfig, &rs) ||
+                        vrn->rdm_run(handle, input.get(), outputs[t].get()))
+                        ++failures;
+                    vrn->rs_destroy(rs);
+                    vrn->rdm_destroy(handle);
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(failures.load(), 0);
+        for (const auto& out : outputs)
+            for (uint32_t i = 0; i < 128 * 256; ++i)
+                QCOMPARE(out->data[i], reference->data[i]);
     }
 
     void axes()
