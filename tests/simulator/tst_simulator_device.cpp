@@ -351,11 +351,17 @@ private slots:
         QVERIFY(QString::fromUtf8(sdk.vrn->status_text(status)).contains(text));
     }
 
-    void processingIsNotThereYet()
+    void processingRefusesMissingRecords()
     {
         vrn_RS_Handle rs = nullptr;
-        QCOMPARE(QString::fromUtf8(sdk.vrn->rs_create(nullptr, &rs)),
-                 QStringLiteral("Not implemented in the simulator yet"));
+        vrn_RDM_Handle rdm = nullptr;
+        vrn_PresenceSensing_Handle ps = nullptr;
+        vrn_Segmentation_Handle seg = nullptr;
+        QVERIFY(QString::fromUtf8(sdk.vrn->rs_create(nullptr, &rs)).contains("configuration"));
+        QVERIFY(QString::fromUtf8(sdk.vrn->rdm_create(nullptr, &rdm)).contains("configuration"));
+        QVERIFY(QString::fromUtf8(sdk.vrn->ps_create(nullptr, &ps)).contains("configuration"));
+        QVERIFY(QString::fromUtf8(sdk.vrn->seg_create(nullptr, &seg)).contains("configuration"));
+        QVERIFY(!rs && !rdm && !ps && !seg);
     }
 
     void badBenchNamesTheFieldAndReplacesNothing_data()
