@@ -160,8 +160,8 @@ private slots:
         const QVector<ReferenceLine> lines = readReference(QStringLiteral("rdm.txt"));
         QVERIFY(!lines.isEmpty());
         for (int i = 0; i + 2 < lines.size(); i += 3)
-            QTest::addRow("range FFT %d, Doppler FFT %d, scale %d", int(lines[i].values[2]),
-                          int(lines[i].values[7]), int(lines[i].values[10]))
+            QTest::addRow("%d chirps, range FFT %d, Doppler FFT %d, scale %d", int(lines[i + 1].values[0]),
+                          int(lines[i].values[2]), int(lines[i].values[7]), int(lines[i].values[10]))
                 << lines[i].values << lines[i + 1].values << lines[i + 2].values;
     }
 
@@ -185,8 +185,13 @@ private slots:
         const uint32_t cols = config.doppler_fft_config.fft_size;
         auto out = matrix(rows, cols);
         QCOMPARE(sdk.vrn->rdm_run(rdm, in.get(), out.get()), nullptr);
-        QCOMPARE(int(rows * cols), expected.size());
-        const double error = worstRelativeError(out->data, expected, scale);
+        // Large maps are kept for every step-th range bin only.
+        const uint32_t step = uint32_t(setup[12]);
+        QVector<float> kept;
+        for (uint32_t r = 0; r < rows; r += step)
+            kept.append(QVector<float>(out->data + r * out->stride, out->data + r * out->stride + cols));
+        QCOMPARE(kept.size(), expected.size());
+        const double error = worstRelativeError(kept.constData(), expected, scale);
         QVERIFY2(error < 1e-4, qPrintable(QString::number(error)));
         QCOMPARE(sdk.vrn->rdm_destroy(rdm), nullptr);
     }

@@ -18,7 +18,8 @@ double precision by numpy/scipy, independently of the C++ code:
   20 log10 of the magnitude floored at the threshold;
 - rdm: the same range stage per chirp, then per range bin across chirps
   (optional mean removal of the complex values, Doppler window) a
-  zero-padded numpy.fft.fft, numpy.fft.fftshift, magnitude and scale.
+  zero-padded numpy.fft.fft, numpy.fft.fftshift, magnitude and scale; for
+  large maps only every n-th range bin (the last number of the case line).
 
 Inputs are pseudo-random ADC-like values around 0.5 plus tones, from a fixed
 numpy seed, so the files are reproducible.
@@ -121,18 +122,22 @@ def range_doppler(x, rng_cfg, dop_cfg, out, thr):
 
 
 def write_rdm(path, rng):
+    # The last case is large enough (130 chirps x 128 range bins) for the
+    # code's other Doppler layout; only every 8th range bin is kept for it.
     cases = [
-        ((BLACKMANHARRIS, 0.0, 32, 1, 1), (CHEBYSHEV, 100.0, 16, 1, 1), DB20, 1e-6, 8, 16),
-        ((HANN, 0.0, 16, 0, 0), (HAMMING, 0.0, 8, 0, 1), LINEAR, 1e-6, 8, 16),
-        ((HAMMING, 0.0, 64, 1, 1), (BLACKMAN, 0.0, 32, 1, 0), DB10, 1e-4, 12, 20),
+        ((BLACKMANHARRIS, 0.0, 32, 1, 1), (CHEBYSHEV, 100.0, 16, 1, 1), DB20, 1e-6, 8, 16, 1),
+        ((HANN, 0.0, 16, 0, 0), (HAMMING, 0.0, 8, 0, 1), LINEAR, 1e-6, 8, 16, 1),
+        ((HAMMING, 0.0, 64, 1, 1), (BLACKMAN, 0.0, 32, 1, 0), DB10, 1e-4, 12, 20, 1),
+        ((BLACKMANHARRIS, 0.0, 256, 1, 1), (CHEBYSHEV, 80.0, 256, 1, 1), DB20, 1e-6, 130, 24, 8),
     ]
     with open(path, "w") as f:
-        f.write("# case: range(window att fft mean norm) doppler(window att fft mean norm) output threshold\n")
-        for rng_cfg, dop_cfg, out, thr, chirps, samples in cases:
+        f.write("# case: range(window att fft mean norm) doppler(window att fft mean norm) output threshold"
+                " range-bin step\n")
+        for rng_cfg, dop_cfg, out, thr, chirps, samples, step in cases:
             x = signal(rng, chirps, samples)
-            f.write("case %d %g %d %d %d %d %g %d %d %d %d %g\n" % (rng_cfg + dop_cfg + (out, thr)))
+            f.write("case %d %g %d %d %d %d %g %d %d %d %d %g %d\n" % (rng_cfg + dop_cfg + (out, thr, step)))
             f.write("input %d %d %s\n" % (chirps, samples, fmt(x)))
-            f.write("output %s\n" % fmt(range_doppler(x, rng_cfg, dop_cfg, out, thr)))
+            f.write("output %s\n" % fmt(range_doppler(x, rng_cfg, dop_cfg, out, thr)[::step]))
 
 
 def main():
