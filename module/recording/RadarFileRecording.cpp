@@ -190,7 +190,6 @@ void RadarFileRecording::writeBuffer(const RadarBuffer& buffer)
             continue;
         }
         m_record.frameNumber = number;
-        WordSwap::toFromBigEndian(m_record.samples.data(), m_record.samples.size());
         bool written = false;
         {
             std::lock_guard<std::mutex> lock(m_writerMutex);
@@ -216,13 +215,14 @@ bool RadarFileRecording::fillRecord(const vrn_Frame_R_t* frame)
         const size_t cols = matrix->cols;
         if (filled + size_t(matrix->rows) * cols > m_samplesPerFrame)
             return false;
+        // The samples reach the file writer already in big-endian order.
         if (matrix->stride == matrix->cols) {
-            std::memcpy(out + filled, matrix->data, size_t(matrix->rows) * cols * sizeof(float));
+            WordSwap::copyToBigEndian(out + filled, matrix->data, size_t(matrix->rows) * cols);
             filled += size_t(matrix->rows) * cols;
             continue;
         }
         for (uint32_t chirp = 0; chirp < matrix->rows; ++chirp) {
-            std::memcpy(out + filled, matrix->data + size_t(chirp) * matrix->stride, cols * sizeof(float));
+            WordSwap::copyToBigEndian(out + filled, matrix->data + size_t(chirp) * matrix->stride, cols);
             filled += cols;
         }
     }
