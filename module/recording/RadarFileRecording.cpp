@@ -46,11 +46,12 @@ bool RadarFileRecording::start()
         return false;
     }
     m_record.samples.assign(m_samplesPerFrame, 0.0f);
+    m_worker = std::make_unique<CyclicTaskWorker>([this] { return drainStep(); });
     {
         std::lock_guard<std::mutex> lock(m_queueMutex);
         m_stopRequested = false;
+        m_accepting = true;
     }
-    m_worker = std::make_unique<CyclicTaskWorker>([this] { return drainStep(); });
     m_worker->start();
     return true;
 }
@@ -105,7 +106,7 @@ void RadarFileRecording::collectRadarBuffer(RadarBufferPtr buffer)
     if (!buffer)
         return;
     std::lock_guard<std::mutex> lock(m_queueMutex);
-    if (!m_worker || m_stopRequested) {
+    if (!m_accepting) {
         // The recorder's last buffer always travels ahead of its finished(),
         // so this only happens when the chain is wired wrongly.
         qWarning() << "Recording is not running;" << buffer->size() << "frames not written to" << m_binPath;
@@ -121,6 +122,7 @@ void RadarFileRecording::stop()
         return;
     {
         std::lock_guard<std::mutex> lock(m_queueMutex);
+        m_accepting = false;
         m_stopRequested = true;
         m_queueChanged.notify_all();
     }

@@ -70,9 +70,12 @@ private:
     const QString m_binPath;
     quint32 m_samplesPerFrame = 0;
 
-    std::mutex m_queueMutex; // guards the queue and the stop request
+    std::mutex m_queueMutex; // guards the queue and the two flags
     std::condition_variable m_queueChanged;
     std::deque<RadarBufferPtr> m_queue;
+    // Buffers arrive on the acquisition thread, which must not look at
+    // m_worker: the owner creates and destroys it without this mutex.
+    bool m_accepting = false;
     bool m_stopRequested = false;
 
     std::mutex m_writerMutex;

@@ -10,6 +10,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
 class FakeSource : public IRadarRecordingSource
@@ -81,6 +84,8 @@ private slots:
     void unwritablePathFailsStart();
     void fullDiskReportsEachLostFrameAndKeepsEarlierOnes();
     void deviceWithoutSpaceReportsEveryFrame();
+    void buffersArrivingWhileStoppingAreWrittenInOrderOrRefused_data();
+    void buffersArrivingWhileStoppingAreWrittenInOrderOrRefused();
 
 private:
     QString base(const QString& name) const { return m_dir.filePath(name); }
@@ -279,6 +284,53 @@ void TestRadarFileRecording::deviceWithoutSpaceReportsEveryFrame()
         }
     }
     QCOMPARE(reported, QSet<int>({ 0, 1, 2, 3 }));
+}
+
+void TestRadarFileRecording::buffersArrivingWhileStoppingAreWrittenInOrderOrRefused_data()
+{
+    QTest::addColumn<int>("framesBeforeStop");
+    QTest::newRow("stop early") << 1;
+    QTest::newRow("stop after a backlog") << 40;
+}
+
+void TestRadarFileRecording::buffersArrivingWhileStoppingAreWrittenInOrderOrRefused()
+{
+    QFETCH(int, framesBeforeStop);
+    // The acquisition thread keeps handing over one-frame buffers while the
+    // owner stops: every buffer handed over before stop() began is in the
+    // file, and what follows is either whole and in order or not there.
+    FakeSource source;
+    const QString path = base(QStringLiteral("racing%1").arg(framesBeforeStop));
+    RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");
+    QVERIFY(recording.start());
+    // Keeps going a little after the owner starts stopping, so that some
+    // hand-overs meet stop() half-way.
+    constexpr int kAfterStop = 20;
+    std::atomic<int> handedOver { 0 };
+    std::atomic<bool> stopping { false };
+    std::thread acquisition([&] {
+        for (int i = 0, late = 0; late < kAfterStop; ++i) {
+            if (stopping.load())
+                ++late;
+            recording.collectRadarBuffer(
+                std::make_shared<RadarBuffer>(1, std::make_pair(i, TestFrames::make(3, 4, 8, i))));
+            handedOver = i + 1;
+        }
+    });
+    QTRY_VERIFY(handedOver.load() >= framesBeforeStop);
+    const int beforeStop = handedOver.load();
+    stopping = true;
+    recording.stop();
+    acquisition.join();
+
+    const ReadBack back = readRecording(path + ".raw.bin");
+    QVERIFY(back.ok);
+    QVERIFY(int(back.rows.size()) >= beforeStop);
+    QVERIFY(int(back.rows.size()) <= handedOver.load());
+    for (size_t i = 0; i < back.rows.size(); ++i) {
+        QCOMPARE(back.rows[i].frameNumber, int(i));
+        QVERIFY(TestFrames::bitIdentical(back.rows[i].samples, TestFrames::expectedSamples(3, 4, 8, int(i))));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRadarFileRecording)
