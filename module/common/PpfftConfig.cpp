@@ -2,7 +2,7 @@
 
 #include "common/ProcessingNameTables.h"
 #include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 PpfftConfig::PpfftConfig(QObject* parent)
     : QObject(parent)
@@ -45,18 +45,13 @@ void PpfftConfig::setNormalizedWindow(bool normalized)
 std::unique_ptr<JSONConfigurationObject> PpfftConfig::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("fft_config"));
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("type"), [this] { return m_type; }, [this](const QString& v) { setType(v); },
-        [](const QString&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-        QStringLiteral("size"), [this] { return m_size; }, [this](const quint32& v) { setSize(v); },
-        [](const quint32&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<bool>>(
-        QStringLiteral("mean_removal_enabled"), [this] { return m_meanRemoval; },
-        [this](const bool& v) { setMeanRemoval(v); }, [](const bool&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<bool>>(
-        QStringLiteral("is_normalized_window"), [this] { return m_normalizedWindow; },
-        [this](const bool& v) { setNormalizedWindow(v); }, [](const bool&) { return QString(); }));
+    using JSONConfigurationBinding::bindValue;
+    bindValue(*node, QStringLiteral("type"), this, &PpfftConfig::type, &PpfftConfig::setType);
+    bindValue(*node, QStringLiteral("size"), this, &PpfftConfig::size, &PpfftConfig::setSize);
+    bindValue(*node, QStringLiteral("mean_removal_enabled"), this, &PpfftConfig::meanRemoval,
+              &PpfftConfig::setMeanRemoval);
+    bindValue(*node, QStringLiteral("is_normalized_window"), this, &PpfftConfig::normalizedWindow,
+              &PpfftConfig::setNormalizedWindow);
     node->addChild(m_window.configurationNode());
     return node;
 }

@@ -3,7 +3,7 @@
 #include "common/FloatSetting.h"
 #include "common/ProcessingNameTables.h"
 #include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 #include <QtMath>
 
@@ -88,15 +88,12 @@ void RangeSpectrumUserSettings::copyTo(vrn_RS_Config_t& config) const
 std::unique_ptr<JSONConfigurationObject> RangeSpectrumUserSettings::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("range_spectrum"));
-    node->addChild(std::make_unique<JSONConfigurationValue<bool>>(
-        QStringLiteral("is_linear_magnitude"), [this] { return m_isLinearFftMagnitude; },
-        [this](const bool& v) { setIsLinearFftMagnitude(v); }, [](const bool&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("axis_y_max"), [this] { return m_axisYMax; },
-        [this](const float& v) { setAxisYMax(v); }, [](const float&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<bool>>(
-        QStringLiteral("is_polygon_line_type"), [this] { return m_isPolygonLineType; },
-        [this](const bool& v) { setIsPolygonLineType(v); }, [](const bool&) { return QString(); }));
+    using JSONConfigurationBinding::bindValue;
+    using S = RangeSpectrumUserSettings;
+    bindValue(*node, QStringLiteral("is_linear_magnitude"), this, &S::isLinearFftMagnitude,
+              &S::setIsLinearFftMagnitude);
+    bindValue(*node, QStringLiteral("axis_y_max"), this, &S::axisYMax, &S::setAxisYMax);
+    bindValue(*node, QStringLiteral("is_polygon_line_type"), this, &S::isPolygonLineType, &S::setIsPolygonLineType);
     node->addChild(m_fftConfig.configurationNode());
     return node;
 }

@@ -2,7 +2,7 @@
 
 #include "common/FloatSetting.h"
 #include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 namespace {
 constexpr float kDefaultAxisYMin = 0.0f;
@@ -35,12 +35,9 @@ void TimeDomainUserSettings::setAxisYMax(float axisYMax)
 std::unique_ptr<JSONConfigurationObject> TimeDomainUserSettings::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("time_domain"));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("axis_y_min"), [this] { return m_axisYMin; },
-        [this](const float& v) { setAxisYMin(v); }, [](const float&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("axis_y_max"), [this] { return m_axisYMax; },
-        [this](const float& v) { setAxisYMax(v); }, [](const float&) { return QString(); }));
+    using S = TimeDomainUserSettings;
+    JSONConfigurationBinding::bindValue(*node, QStringLiteral("axis_y_min"), this, &S::axisYMin, &S::setAxisYMin);
+    JSONConfigurationBinding::bindValue(*node, QStringLiteral("axis_y_max"), this, &S::axisYMax, &S::setAxisYMax);
     return node;
 }
 

@@ -3,7 +3,7 @@
 #include "common/FloatSetting.h"
 #include "common/ProcessingNameTables.h"
 #include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 WindowConfig::WindowConfig(QObject* parent)
     : QObject(parent)
@@ -48,18 +48,12 @@ std::unique_ptr<JSONConfigurationObject> WindowConfig::configurationNode()
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("window_config"));
     // Unknown window names are accepted here on purpose: they fall back to a
     // default with a warning when handed to the SDK.
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("type"), [this] { return m_type; }, [this](const QString& v) { setType(v); },
-        [](const QString&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-        QStringLiteral("size"), [this] { return m_size; }, [this](const quint32& v) { setSize(v); },
-        [](const quint32&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("attenuation_db"), [this] { return m_attenuationDB; },
-        [this](const float& v) { setAttenuationDB(v); }, [](const float&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("scale"), [this] { return m_scale; }, [this](const float& v) { setScale(v); },
-        [](const float&) { return QString(); }));
+    using JSONConfigurationBinding::bindValue;
+    bindValue(*node, QStringLiteral("type"), this, &WindowConfig::type, &WindowConfig::setType);
+    bindValue(*node, QStringLiteral("size"), this, &WindowConfig::size, &WindowConfig::setSize);
+    bindValue(*node, QStringLiteral("attenuation_db"), this, &WindowConfig::attenuationDB,
+              &WindowConfig::setAttenuationDB);
+    bindValue(*node, QStringLiteral("scale"), this, &WindowConfig::scale, &WindowConfig::setScale);
     return node;
 }
 

@@ -1,7 +1,6 @@
 #include "frame/RadarCoordinator.h"
 
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 #include "frame/IRadarSubmoduleCoordinator.h"
 
 #include <QMutexLocker>
@@ -20,13 +19,11 @@ RadarCoordinator::~RadarCoordinator() = default;
 std::unique_ptr<JSONConfigurationObject> RadarCoordinator::configurationNode()
 {
     auto radar = std::make_unique<JSONConfigurationObject>(QStringLiteral("radar"));
-    radar->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("userMode"),
-        [this] { return m_userMode; },
-        [this](const QString& mode) { setUserMode(mode); },
+    JSONConfigurationBinding::bindValue(
+        *radar, QStringLiteral("userMode"), this, &RadarCoordinator::userMode, &RadarCoordinator::setUserMode,
         [](const QString& mode) {
             return mode.trimmed().isEmpty() ? QStringLiteral("User mode must not be empty") : QString();
-        }));
+        });
     return radar;
 }
 

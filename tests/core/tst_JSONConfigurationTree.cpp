@@ -1,4 +1,5 @@
 #include "core/JSONConfigurationArray.h"
+#include "core/JSONConfigurationBinding.h"
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
 #include "core/JSONConfigurationValue.h"
@@ -41,6 +42,25 @@ std::unique_ptr<JSONConfigurationObject> treeFor(const QString& type, QVariant& 
     return singleLeafTree<QString>(store);
 }
 
+// An object with accessors of the shapes the settings classes use: a setter
+// that clamps (so a value read back shows whether the setter ran), a getter
+// returning a reference, and a vector.
+class Gauge
+{
+public:
+    quint32 level() const { return m_level; }
+    void setLevel(quint32 level) { m_level = qMin(level, 10u); }
+    const QString& label() const { return m_label; }
+    void setLabel(const QString& label) { m_label = label; }
+    QVector<float> gains() const { return m_gains; }
+    void setGains(const QVector<float>& gains) { m_gains = gains; }
+
+private:
+    quint32 m_level = 1;
+    QString m_label = "none";
+    QVector<float> m_gains { 1.0f };
+};
+
 struct Pair {
     qint32 first = -1;
     QString second = "unchanged";
@@ -76,6 +96,8 @@ private slots:
     void array_data();
     void array();
     void validatorErrorIsReported();
+    void boundLeavesGoThroughAccessors_data();
+    void boundLeavesGoThroughAccessors();
     void sameNamedSiblingsMergeAndBothReadBack();
     void unknownKeysAreIgnored();
     void parserErrorIsReported();
@@ -213,6 +235,53 @@ void TestJSONConfigurationTree::validatorErrorIsReported()
     QJsonObject written;
     root.writeChildren(written);
     QCOMPARE(written.value("gains").toArray(), (QJsonArray { 0.5, 2.0 }));
+}
+
+void TestJSONConfigurationTree::boundLeavesGoThroughAccessors_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<quint32>("level");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QVector<float>>("gains");
+
+    QTest::newRow("all applied") << QByteArray(R"({"level": 4, "label": "a", "gains": [2, 3]})") << ""
+                                 << 4u << "a" << QVector<float> { 2.0f, 3.0f };
+    QTest::newRow("setter clamps") << QByteArray(R"({"level": 50, "label": "b", "gains": []})") << ""
+                                   << 10u << "b" << QVector<float> {};
+    QTest::newRow("validator refuses") << QByteArray(R"({"level": 500, "label": "c", "gains": []})")
+                                       << "Field level validation error: too high" << 1u << "none"
+                                       << QVector<float> { 1.0f };
+    QTest::newRow("array type checked") << QByteArray(R"({"level": 4, "label": "d", "gains": 2})")
+                                        << "Field gains is not an JSON array" << 1u << "none"
+                                        << QVector<float> { 1.0f };
+}
+
+void TestJSONConfigurationTree::boundLeavesGoThroughAccessors()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, error);
+    QFETCH(quint32, level);
+    QFETCH(QString, label);
+    QFETCH(QVector<float>, gains);
+
+    Gauge gauge;
+    JSONConfigurationObject root("root");
+    JSONConfigurationBinding::bindValue(root, "level", &gauge, &Gauge::level, &Gauge::setLevel,
+                                        [](const quint32& v) { return v > 100 ? QString("too high") : QString(); });
+    JSONConfigurationBinding::bindValue(root, "label", &gauge, &Gauge::label, &Gauge::setLabel);
+    JSONConfigurationBinding::bindArray(root, "gains", &gauge, &Gauge::gains, &Gauge::setGains);
+
+    QCOMPARE(loadFromText(root, json), error);
+    QCOMPARE(gauge.level(), level);
+    QCOMPARE(gauge.label(), label);
+    QCOMPARE(gauge.gains(), gains);
+
+    QJsonObject written;
+    root.writeChildren(written);
+    QCOMPARE(written.value("level").toInt(), int(level));
+    QCOMPARE(written.value("label").toString(), label);
+    QCOMPARE(written.value("gains").toArray().size(), gains.size());
 }
 
 void TestJSONConfigurationTree::sameNamedSiblingsMergeAndBothReadBack()

@@ -1,8 +1,6 @@
 #include "fmcw/common/DeviceInfo.h"
 
-#include "core/JSONConfigurationArray.h"
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 namespace {
 
@@ -13,12 +11,6 @@ void store(DeviceInfo* info, T& member, const T& value, Signal signal)
         return;
     member = value;
     emit(info->*signal)();
-}
-
-template<typename T>
-QString acceptAll(const T&)
-{
-    return QString();
 }
 
 }
@@ -98,29 +90,17 @@ RadarConstants::RadarType DeviceInfo::radarTypeFromName(const QString& deviceNam
 std::unique_ptr<JSONConfigurationObject> DeviceInfo::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("device_info"));
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("device_firmware_name"), [this] { return m_deviceFirmwareName; },
-        [this](const QString& value) { setDeviceFirmwareName(value); }, acceptAll<QString>));
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("device_firmware_number"), [this] { return m_deviceFirmwareNumber; },
-        [this](const QString& value) { setDeviceFirmwareNumber(value); }, acceptAll<QString>));
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("device_name"), [this] { return m_deviceName; },
-        [this](const QString& value) { setDeviceName(value); }, acceptAll<QString>));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint64>>(
-        QStringLiteral("max_rf_frequency_hz"), [this] { return m_maxRfFrequencyHz; },
-        [this](const quint64& value) { setMaxRfFrequencyHz(value); }, acceptAll<quint64>));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint64>>(
-        QStringLiteral("min_rf_frequency_hz"), [this] { return m_minRfFrequencyHz; },
-        [this](const quint64& value) { setMinRfFrequencyHz(value); }, acceptAll<quint64>));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint8>>(
-        QStringLiteral("num_rx_antennas"), [this] { return m_numRxAntennas; },
-        [this](const quint8& value) { setNumRxAntennas(value); }, acceptAll<quint8>));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint8>>(
-        QStringLiteral("num_tx_antennas"), [this] { return m_numTxAntennas; },
-        [this](const quint8& value) { setNumTxAntennas(value); }, acceptAll<quint8>));
-    node->addChild(std::make_unique<JSONConfigurationArray<QVector<float>>>(
-        QStringLiteral("tx_power"), [this] { return m_deviceTxPower; },
-        [this](const QVector<float>& value) { setDeviceTxPower(value); }, acceptAll<QVector<float>>));
+    using JSONConfigurationBinding::bindValue;
+    using D = DeviceInfo;
+    bindValue(*node, QStringLiteral("device_firmware_name"), this, &D::deviceFirmwareName, &D::setDeviceFirmwareName);
+    bindValue(*node, QStringLiteral("device_firmware_number"), this, &D::deviceFirmwareNumber,
+              &D::setDeviceFirmwareNumber);
+    bindValue(*node, QStringLiteral("device_name"), this, &D::deviceName, &D::setDeviceName);
+    bindValue(*node, QStringLiteral("max_rf_frequency_hz"), this, &D::maxRfFrequencyHz, &D::setMaxRfFrequencyHz);
+    bindValue(*node, QStringLiteral("min_rf_frequency_hz"), this, &D::minRfFrequencyHz, &D::setMinRfFrequencyHz);
+    bindValue(*node, QStringLiteral("num_rx_antennas"), this, &D::numRxAntennas, &D::setNumRxAntennas);
+    bindValue(*node, QStringLiteral("num_tx_antennas"), this, &D::numTxAntennas, &D::setNumTxAntennas);
+    JSONConfigurationBinding::bindArray(*node, QStringLiteral("tx_power"), this, &D::deviceTxPower,
+                                        &D::setDeviceTxPower);
     return node;
 }

@@ -1,8 +1,6 @@
 #include "fmcw/common/Metrics.h"
 
-#include "core/JSONConfigurationArray.h"
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/SettingsValidation.h"
 
@@ -197,44 +195,41 @@ quint32 Metrics::sanitizeTxMask(quint32 requested, quint32 current)
 std::unique_ptr<JSONConfigurationObject> Metrics::configurationNode(const DeviceInfo* deviceInfo)
 {
     auto scene = std::make_unique<JSONConfigurationObject>(QStringLiteral("fmcw_scene"));
-    auto addUInt = [&](const char* key, quint32 (Metrics::*getter)() const, void (Metrics::*setter)(quint32),
-                       quint32 min, quint32 max) {
-        scene->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-            QString::fromLatin1(key), [this, getter] { return (this->*getter)(); },
-            [this, setter](const quint32& value) { (this->*setter)(value); },
-            [min, max](const quint32& value) { return SettingsValidation::checkRange(quint64(value), quint64(min), quint64(max)); }));
-    };
-    auto addFloat = [&](const char* key, float (Metrics::*getter)() const, void (Metrics::*setter)(float),
-                        JSONConfigurationValue<float>::Validator validator) {
-        scene->addChild(std::make_unique<JSONConfigurationValue<float>>(
-            QString::fromLatin1(key), [this, getter] { return (this->*getter)(); },
-            [this, setter](const float& value) { (this->*setter)(value); }, std::move(validator)));
+    using JSONConfigurationBinding::bindValue;
+    using M = Metrics;
+    const auto checkUInt = [](quint32 min, quint32 max) {
+        return [min, max](const quint32& value) {
+            return SettingsValidation::checkRange(quint64(value), quint64(min), quint64(max));
+        };
     };
     auto addAntennas = [&](const char* key, RadarAntennas* antennas, const QString& kind,
                            std::function<int()> available) {
-        scene->addChild(std::make_unique<JSONConfigurationArray<QVector<qint32>>>(
-            QString::fromLatin1(key), [antennas] { return antennas->activeAntennas(); },
-            [antennas](const QVector<qint32>& value) { antennas->setActiveAntennas(value); },
-            [kind, available](const QVector<qint32>& value) { return checkAntennas(value, available(), kind); }));
+        JSONConfigurationBinding::bindArray(
+            *scene, QString::fromLatin1(key), antennas, &RadarAntennas::activeAntennas,
+            &RadarAntennas::setActiveAntennas,
+            [kind, available](const QVector<qint32>& value) { return checkAntennas(value, available(), kind); });
     };
 
-    addFloat("center_frequency_Hz", &Metrics::centerFrequencyHz, &Metrics::setCenterFrequencyHz,
-             [](const float& value) {
-                 return value > 0.0f ? QString() : QStringLiteral("Value must be greater than 0");
-             });
-    addFloat("frame_repetition_time_s", &Metrics::frameRepetitionTimeS, &Metrics::setFrameRepetitionTimeS,
-             checkSceneFloat);
-    addUInt("if_gain_dB", &Metrics::ifGainDB, &Metrics::setIfGainDB, 1, 100);
-    addFloat("max_range_m", &Metrics::maxRangeM, &Metrics::setMaxRangeM, checkSceneFloat);
-    addFloat("max_speed_m_s", &Metrics::maxSpeedMs, &Metrics::setMaxSpeedMs, checkSceneFloat);
-    addFloat("range_resolution_m", &Metrics::rangeResolutionM, &Metrics::setRangeResolutionM, checkSceneFloat);
+    bindValue(*scene, QStringLiteral("center_frequency_Hz"), this, &M::centerFrequencyHz, &M::setCenterFrequencyHz,
+              [](const float& value) {
+                  return value > 0.0f ? QString() : QStringLiteral("Value must be greater than 0");
+              });
+    bindValue(*scene, QStringLiteral("frame_repetition_time_s"), this, &M::frameRepetitionTimeS,
+              &M::setFrameRepetitionTimeS, checkSceneFloat);
+    bindValue(*scene, QStringLiteral("if_gain_dB"), this, &M::ifGainDB, &M::setIfGainDB, checkUInt(1, 100));
+    bindValue(*scene, QStringLiteral("max_range_m"), this, &M::maxRangeM, &M::setMaxRangeM, checkSceneFloat);
+    bindValue(*scene, QStringLiteral("max_speed_m_s"), this, &M::maxSpeedMs, &M::setMaxSpeedMs, checkSceneFloat);
+    bindValue(*scene, QStringLiteral("range_resolution_m"), this, &M::rangeResolutionM, &M::setRangeResolutionM,
+              checkSceneFloat);
     addAntennas("rx_antennas", m_rx, QStringLiteral("RX"),
                 [deviceInfo] { return deviceInfo ? int(deviceInfo->numRxAntennas()) : 0; });
-    addUInt("sample_rate_Hz", &Metrics::sampleRateHz, &Metrics::setSampleRateHz, 1, 2000000000);
-    addFloat("speed_resolution_m_s", &Metrics::speedResolutionMs, &Metrics::setSpeedResolutionMs,
-             checkSceneFloat);
+    bindValue(*scene, QStringLiteral("sample_rate_Hz"), this, &M::sampleRateHz, &M::setSampleRateHz,
+              checkUInt(1, 2000000000));
+    bindValue(*scene, QStringLiteral("speed_resolution_m_s"), this, &M::speedResolutionMs, &M::setSpeedResolutionMs,
+              checkSceneFloat);
     addAntennas("tx_antennas", m_tx, QStringLiteral("TX"),
                 [deviceInfo] { return deviceInfo ? int(deviceInfo->numTxAntennas()) : 0; });
-    addUInt("tx_power_level", &Metrics::txPowerLevel, &Metrics::setTxPowerLevel, 1, 100);
+    bindValue(*scene, QStringLiteral("tx_power_level"), this, &M::txPowerLevel, &M::setTxPowerLevel,
+              checkUInt(1, 100));
     return scene;
 }

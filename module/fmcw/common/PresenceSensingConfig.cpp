@@ -1,7 +1,6 @@
 #include "fmcw/common/PresenceSensingConfig.h"
 
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 #include "fmcw/common/SettingsValidation.h"
 
 namespace {
@@ -56,22 +55,17 @@ void PresenceSensingConfig::setPresenceConfirmCount(quint32 value)
 std::unique_ptr<JSONConfigurationObject> PresenceSensingConfig::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("presence_sensing"));
-    const auto acceptFloat = [](const float&) { return QString(); };
-    const auto acceptUInt = [](const quint32&) { return QString(); };
-    node->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-        QStringLiteral("absence_confirm_count"), [this] { return m_absenceConfirmCount; },
-        [this](const quint32& value) { setAbsenceConfirmCount(value); }, acceptUInt));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("max_detection_range_m"), [this] { return m_maxDetectionRange; },
-        [this](const float& value) { setMaxDetectionRange(value); }, checkDetectionRange));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("min_detection_range_m"), [this] { return m_minDetectionRange; },
-        [this](const float& value) { setMinDetectionRange(value); }, checkDetectionRange));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-        QStringLiteral("presence_confirm_count"), [this] { return m_presenceConfirmCount; },
-        [this](const quint32& value) { setPresenceConfirmCount(value); }, acceptUInt));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("range_hysteresis_percentage"), [this] { return m_rangeHysteresisPercentage; },
-        [this](const float& value) { setRangeHysteresisPercentage(value); }, acceptFloat));
+    using JSONConfigurationBinding::bindValue;
+    using C = PresenceSensingConfig;
+    bindValue(*node, QStringLiteral("absence_confirm_count"), this, &C::absenceConfirmCount,
+              &C::setAbsenceConfirmCount);
+    bindValue(*node, QStringLiteral("max_detection_range_m"), this, &C::maxDetectionRange, &C::setMaxDetectionRange,
+              checkDetectionRange);
+    bindValue(*node, QStringLiteral("min_detection_range_m"), this, &C::minDetectionRange, &C::setMinDetectionRange,
+              checkDetectionRange);
+    bindValue(*node, QStringLiteral("presence_confirm_count"), this, &C::presenceConfirmCount,
+              &C::setPresenceConfirmCount);
+    bindValue(*node, QStringLiteral("range_hysteresis_percentage"), this, &C::rangeHysteresisPercentage,
+              &C::setRangeHysteresisPercentage);
     return node;
 }

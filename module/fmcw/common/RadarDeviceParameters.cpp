@@ -1,7 +1,6 @@
 #include "fmcw/common/RadarDeviceParameters.h"
 
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 namespace {
 
@@ -13,21 +12,6 @@ void store(RadarDeviceParameters* parameters, T& member, const T& value, Signal 
     member = value;
     emit(parameters->*signal)();
     emit parameters->guiParamChanged();
-}
-
-template<typename T>
-QString acceptAll(const T&)
-{
-    return QString();
-}
-
-template<typename T>
-void addValue(JSONConfigurationObject& node, const char* key, RadarDeviceParameters* object,
-              T (RadarDeviceParameters::*getter)() const, void (RadarDeviceParameters::*setter)(T))
-{
-    node.addChild(std::make_unique<JSONConfigurationValue<T>>(
-        QString::fromLatin1(key), [object, getter] { return (object->*getter)(); },
-        [object, setter](const T& value) { (object->*setter)(value); }, acceptAll<T>));
 }
 
 }
@@ -85,21 +69,22 @@ void RadarDeviceParameters::setChirpTime(float value)
 std::unique_ptr<JSONConfigurationObject> RadarDeviceParameters::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("radar_device_parameters"));
+    using JSONConfigurationBinding::bindValue;
     using P = RadarDeviceParameters;
-    addValue<float>(*node, "chirp_repetition_time_s", this, &P::chirpRepetitionTimeS, &P::setChirpRepetitionTimeS);
-    addValue<float>(*node, "chirp_time", this, &P::chirpTime, &P::setChirpTime);
-    addValue<float>(*node, "frame_repetition_time_s", this, &P::frameRepetitionTimeS, &P::setFrameRepetitionTimeS);
-    addValue<quint64>(*node, "lower_frequency_hz", this, &P::lowerFrequencyHz, &P::setLowerFrequencyHz);
-    node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-        QStringLiteral("mimo_mode"), [this] { return m_mimoMode; },
-        [this](const QString& value) { setMimoMode(value); },
-        [](const QString& value) {
-            return (value == QLatin1String("off") || value == QLatin1String("tdm")) ? QString()
-                                                                                      : QStringLiteral("Invalid value");
-        }));
-    addValue<quint32>(*node, "num_chirps_per_frame", this, &P::numChirpsPerFrame, &P::setNumChirpsPerFrame);
-    addValue<quint32>(*node, "num_samples_per_chirp", this, &P::numSamplesPerChirp, &P::setNumSamplesPerChirp);
-    addValue<float>(*node, "pulse_repetition_time_s", this, &P::pulseRepetitionTimeS, &P::setPulseRepetitionTimeS);
-    addValue<quint64>(*node, "upper_frequency_hz", this, &P::upperFrequencyHz, &P::setUpperFrequencyHz);
+    bindValue(*node, QStringLiteral("chirp_repetition_time_s"), this, &P::chirpRepetitionTimeS,
+              &P::setChirpRepetitionTimeS);
+    bindValue(*node, QStringLiteral("chirp_time"), this, &P::chirpTime, &P::setChirpTime);
+    bindValue(*node, QStringLiteral("frame_repetition_time_s"), this, &P::frameRepetitionTimeS,
+              &P::setFrameRepetitionTimeS);
+    bindValue(*node, QStringLiteral("lower_frequency_hz"), this, &P::lowerFrequencyHz, &P::setLowerFrequencyHz);
+    bindValue(*node, QStringLiteral("mimo_mode"), this, &P::mimoMode, &P::setMimoMode, [](const QString& value) {
+        return (value == QLatin1String("off") || value == QLatin1String("tdm")) ? QString()
+                                                                                  : QStringLiteral("Invalid value");
+    });
+    bindValue(*node, QStringLiteral("num_chirps_per_frame"), this, &P::numChirpsPerFrame, &P::setNumChirpsPerFrame);
+    bindValue(*node, QStringLiteral("num_samples_per_chirp"), this, &P::numSamplesPerChirp, &P::setNumSamplesPerChirp);
+    bindValue(*node, QStringLiteral("pulse_repetition_time_s"), this, &P::pulseRepetitionTimeS,
+              &P::setPulseRepetitionTimeS);
+    bindValue(*node, QStringLiteral("upper_frequency_hz"), this, &P::upperFrequencyHz, &P::setUpperFrequencyHz);
     return node;
 }

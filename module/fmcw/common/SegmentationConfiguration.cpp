@@ -1,8 +1,6 @@
 #include "fmcw/common/SegmentationConfiguration.h"
 
-#include "core/JSONConfigurationArray.h"
-#include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 #include "fmcw/common/SettingsValidation.h"
 
 #include <QDebug>
@@ -190,20 +188,15 @@ std::unique_ptr<JSONConfigurationObject> SegmentationConfiguration::configuratio
     node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
         QStringLiteral("detection_sensitivity"), [this] { return levelName(m_detectionSensitivity); },
         [this](const QString& value) { setDetectionSensitivity(levelFromName(value)); }, checkLevel));
-    node->addChild(std::make_unique<JSONConfigurationValue<bool>>(
-        QStringLiteral("enable_hysteresis"), [this] { return m_enableHysteresis; },
-        [this](const bool& value) { setEnableHysteresis(value); }, [](const bool&) { return QString(); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<float>>(
-        QStringLiteral("max_detection_range_m"), [this] { return m_maxDetectionRangeM; },
-        [this](const float& value) { setMaxDetectionRangeM(value); },
-        [](const float& value) { return SettingsValidation::checkRange(value, 1.0f, 7.0f); }));
-    node->addChild(std::make_unique<JSONConfigurationValue<quint32>>(
-        QStringLiteral("max_num_tracks"), [this] { return m_maxNumTracks; },
-        [this](const quint32& value) { setMaxNumTracks(value); },
-        [](const quint32& value) { return SettingsValidation::checkRange(quint64(value), 1, 50); }));
-    node->addChild(std::make_unique<JSONConfigurationArray<QVector<float>>>(
-        QStringLiteral("segments_degrees"), [this] { return m_segmentsDegrees; },
-        [this](const QVector<float>& value) { setSegmentsDegrees(value); },
+    using JSONConfigurationBinding::bindValue;
+    using S = SegmentationConfiguration;
+    bindValue(*node, QStringLiteral("enable_hysteresis"), this, &S::enableHysteresis, &S::setEnableHysteresis);
+    bindValue(*node, QStringLiteral("max_detection_range_m"), this, &S::maxDetectionRangeM, &S::setMaxDetectionRangeM,
+              [](const float& value) { return SettingsValidation::checkRange(value, 1.0f, 7.0f); });
+    bindValue(*node, QStringLiteral("max_num_tracks"), this, &S::maxNumTracks, &S::setMaxNumTracks,
+              [](const quint32& value) { return SettingsValidation::checkRange(quint64(value), 1, 50); });
+    JSONConfigurationBinding::bindArray(
+        *node, QStringLiteral("segments_degrees"), this, &S::segmentsDegrees, &S::setSegmentsDegrees,
         [](const QVector<float>& value) {
             if (value.isEmpty() || value.size() > VRN_SEGMENTATION_MAX_SEGMENTS)
                 return QStringLiteral("Array length must be in range [1-3]");
@@ -213,7 +206,7 @@ std::unique_ptr<JSONConfigurationObject> SegmentationConfiguration::configuratio
                     return error;
             }
             return QString();
-        }));
+        });
     node->addChild(std::make_unique<JSONConfigurationValue<QString>>(
         QStringLiteral("static_target_removal"), [this] { return levelName(m_staticTargetRemoval); },
         [this](const QString& value) { setStaticTargetRemoval(levelFromName(value)); }, checkLevel));

@@ -2,7 +2,7 @@
 
 #include "common/ProcessingNameTables.h"
 #include "core/JSONConfigurationObject.h"
-#include "core/JSONConfigurationValue.h"
+#include "core/JSONConfigurationBinding.h"
 
 #include <QtMath>
 
@@ -96,9 +96,9 @@ void RangeDopplerUserSettings::copyTo(vrn_RDM_Config_t& config) const
 std::unique_ptr<JSONConfigurationObject> RangeDopplerUserSettings::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("range_doppler"));
-    node->addChild(std::make_unique<JSONConfigurationValue<qint32>>(
-        QStringLiteral("color_threshold"), [this] { return m_colorThreshold; },
-        [this](const qint32& v) { setColorThreshold(v); }, [](const qint32&) { return QString(); }));
+    JSONConfigurationBinding::bindValue(*node, QStringLiteral("color_threshold"), this,
+                                        &RangeDopplerUserSettings::colorThreshold,
+                                        &RangeDopplerUserSettings::setColorThreshold);
     node->addChild(renamedNode(m_rangeFft, QStringLiteral("range_fft_config")));
     node->addChild(renamedNode(m_dopplerFft, QStringLiteral("doppler_fft_config")));
     return node;
