@@ -1,67 +1,24 @@
 #include "Api.h"
 
 #include "DopplerModel.h"
-#include "ErrorText.h"
+#include "EntryGuard.h"
 #include "FrameMemory.h"
-#include "Handles.h"
-#include "Simulator.h"
-
-#include <new>
 
 namespace vrnsim {
 namespace corvix {
 
-namespace {
-
-template <typename Body>
-vrn_Error_t call(vrn_Corvix_Handle handle, Body body)
-{
-    if (!handle)
-        return ErrorText::set("The ZP7 device handle is null");
-    if (!handle->board->isPlugged())
-        return lostText();
-    std::lock_guard<std::mutex> lock(handle->mutex);
-    return body(*handle);
-}
-
-}  // namespace
-
 vrn_Status_t createByUuid(const char* uuid, vrn_Corvix_Handle* device)
 {
-    if (!uuid || !device)
-        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "uuid and output handle must not be null");
-    std::string error;
-    if (!Simulator::instance().ensureLoaded(error))
-        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, error);
-    std::shared_ptr<Board> board = Simulator::instance().find(uuid);
-    if (!board)
-        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, std::string("no board \"") + uuid + "\"");
-    if (!board->chip().pulsedDoppler)
-        return ErrorText::status(VRN_STATUS_NOT_SUPPORTED, "the board carries an FMCW chip, not a ZP7");
-    bool nullHandle = false;
-    const vrn_Status_t status = board->open(nullHandle);
-    if (status == VRN_STATUS_FIRMWARE_NOT_SUPPORTED)
-        return ErrorText::status(status, "this SDK needs firmware 2.0.0 or later");
-    if (status != VRN_STATUS_OK)
-        return status;
-    if (nullHandle) {
-        *device = nullptr;
-        return VRN_STATUS_OK;
-    }
-    auto* handle = new (std::nothrow) vrn_Corvix_Device_s(board);
-    if (!handle) {
-        board->close();
-        return ErrorText::status(VRN_STATUS_COMMUNICATION_ERROR, "out of memory");
-    }
-    DopplerModel::defaults(handle->frame, handle->pulse);
-    *device = handle;
-    return VRN_STATUS_OK;
+    const vrn_Status_t status = openHandle(uuid, true, device);
+    if (status == VRN_STATUS_OK && *device)
+        DopplerModel::defaults((*device)->frame, (*device)->pulse);
+    return status;
 }
 
 vrn_Error_t destroy(vrn_Corvix_Handle device)
 {
     if (!device)
-        return ErrorText::set("The ZP7 device handle is null");
+        return ErrorText::set(nullHandleText(device));
     device->board->close();
     delete device;
     return nullptr;
@@ -69,60 +26,38 @@ vrn_Error_t destroy(vrn_Corvix_Handle device)
 
 vrn_Error_t info(vrn_Corvix_Handle device, vrn_Device_Info_t* out)
 {
-    return call(device, [&](vrn_Corvix_Device_s& d) -> vrn_Error_t {
-        if (!out)
-            return ErrorText::set("An output pointer is null");
-        device::fillInfo(*d.board, *out);
-        return nullptr;
-    });
+    return underLock(device, [&](vrn_Corvix_Device_s& d) { device::fillInfo(*d.board, *out); }, out);
 }
 
 vrn_Error_t firmware(vrn_Corvix_Handle device, vrn_Firmware_Info_t* out)
 {
-    return call(device, [&](vrn_Corvix_Device_s& d) -> vrn_Error_t {
-        if (!out)
-            return ErrorText::set("An output pointer is null");
-        device::fillFirmware(*d.board, *out);
-        return nullptr;
-    });
+    return underLock(device, [&](vrn_Corvix_Device_s& d) { device::fillFirmware(*d.board, *out); }, out);
 }
 
 vrn_Error_t limits(vrn_Corvix_Handle device, vrn_Corvix_Limits_t* out)
 {
-    return call(device, [&](vrn_Corvix_Device_s&) -> vrn_Error_t {
-        if (!out)
-            return ErrorText::set("An output pointer is null");
-        *out = DopplerModel::limits();
-        return nullptr;
-    });
+    return underLock(device, [&](vrn_Corvix_Device_s&) { *out = DopplerModel::limits(); }, out);
 }
 
 vrn_Error_t defaultConfig(vrn_Corvix_Handle device, vrn_Corvix_Frame_Config_t* frame,
                           vrn_Corvix_Pulse_Config_t* pulse)
 {
-    return call(device, [&](vrn_Corvix_Device_s&) -> vrn_Error_t {
-        if (!frame || !pulse)
-            return ErrorText::set("An output pointer is null");
-        DopplerModel::defaults(*frame, *pulse);
-        return nullptr;
-    });
+    return underLock(device, [&](vrn_Corvix_Device_s&) { DopplerModel::defaults(*frame, *pulse); }, frame, pulse);
 }
 
 vrn_Error_t getConfig(vrn_Corvix_Handle device, vrn_Corvix_Frame_Config_t* frame, vrn_Corvix_Pulse_Config_t* pulse)
 {
-    return call(device, [&](vrn_Corvix_Device_s& d) -> vrn_Error_t {
-        if (!frame || !pulse)
-            return ErrorText::set("An output pointer is null");
+    const auto copy = [&](vrn_Corvix_Device_s& d) {
         *frame = d.frame;
         *pulse = d.pulse;
-        return nullptr;
-    });
+    };
+    return underLock(device, copy, frame, pulse);
 }
 
 vrn_Error_t setConfig(vrn_Corvix_Handle device, const vrn_Corvix_Frame_Config_t* frame,
                       const vrn_Corvix_Pulse_Config_t* pulse)
 {
-    return call(device, [&](vrn_Corvix_Device_s& d) -> vrn_Error_t {
+    return underLock(device, [&](vrn_Corvix_Device_s& d) -> vrn_Error_t {
         if (!frame || !pulse)
             return ErrorText::set("Frame and pulse records must not be null");
         std::string error;
@@ -176,10 +111,8 @@ vrn_Status_t nextFrame(vrn_Corvix_Handle device, vrn_Corvix_Frame_C_t* frame, ui
 vrn_Error_t stopAcquisition(vrn_Corvix_Handle device)
 {
     // Without the handle lock: a fetch waiting for its frame holds it.
-    if (!device)
-        return ErrorText::set("The ZP7 device handle is null");
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device))
+        return refused;
     device->board->stopAcquisition();
     return nullptr;
 }
@@ -190,11 +123,7 @@ vrn_Status_t temperature(vrn_Corvix_Handle device, float* celsius)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
     if (!device->board->isPlugged())
         return VRN_STATUS_COMMUNICATION_LOST;
-    int32_t status = 0;
-    if (device->board->takeTemperatureFault(status))
-        return status;
-    *celsius = float(device->board->temperature());
-    return VRN_STATUS_OK;
+    return readTemperature(*device->board, celsius);
 }
 
 }  // namespace corvix

@@ -1,9 +1,8 @@
 #include "Api.h"
 
 #include "CwModel.h"
-#include "ErrorText.h"
+#include "EntryGuard.h"
 #include "FrameMemory.h"
-#include "Handles.h"
 
 #include <new>
 
@@ -11,24 +10,6 @@ namespace vrnsim {
 namespace cw {
 
 namespace {
-
-// Runs a CW call: checks the handle and the board, then calls body under the
-// controller's lock.
-template <typename Body>
-vrn_Error_t call(vrn_CW_Handle handle, Body body)
-{
-    if (!handle)
-        return ErrorText::set("The CW controller handle is null");
-    if (!handle->device->board->isPlugged())
-        return lostText();
-    std::lock_guard<std::mutex> lock(handle->mutex);
-    return body(*handle);
-}
-
-vrn_Error_t noOutput()
-{
-    return ErrorText::set("An output pointer is null");
-}
 
 uint32_t bitCount(uint32_t mask)
 {
@@ -44,12 +25,8 @@ bool maskFits(uint32_t mask, uint32_t count)
 
 vrn_Error_t create(vrn_Device_Handle device, vrn_CW_Handle* handle)
 {
-    if (!device)
-        return ErrorText::set("The device handle is null");
-    if (!handle)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, handle))
+        return refused;
     std::lock_guard<std::mutex> lock(device->mutex);
     if (device->cw)
         return ErrorText::set("The device already has a CW controller");
@@ -67,7 +44,7 @@ vrn_Error_t create(vrn_Device_Handle device, vrn_CW_Handle* handle)
 vrn_Error_t destroy(vrn_CW_Handle handle)
 {
     if (!handle)
-        return ErrorText::set("The CW controller handle is null");
+        return ErrorText::set(nullHandleText(handle));
     handle->device->board->setEmission(0.0);
     {
         std::lock_guard<std::mutex> lock(handle->device->mutex);
@@ -79,27 +56,19 @@ vrn_Error_t destroy(vrn_CW_Handle handle)
 
 vrn_Error_t defaultConfig(vrn_CW_Handle handle, vrn_CW_Config_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!config)
-            return noOutput();
-        *config = CwModel::defaultConfig(cw.device->board->chip());
-        return nullptr;
-    });
+    return underLock(
+        handle, [&](vrn_CW_Controller_s& cw) { *config = CwModel::defaultConfig(cw.device->board->chip()); }, config);
 }
 
 vrn_Error_t limits(vrn_CW_Handle handle, vrn_CW_Limits_t* limits)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!limits)
-            return noOutput();
-        *limits = CwModel::limits(cw.device->board->chip());
-        return nullptr;
-    });
+    return underLock(
+        handle, [&](vrn_CW_Controller_s& cw) { *limits = CwModel::limits(cw.device->board->chip()); }, limits);
 }
 
 vrn_Error_t setRf(vrn_CW_Handle handle, float hz)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         const ChipModel& chip = cw.device->board->chip();
         if (!(double(hz) >= double(chip.minRfHz) && double(hz) <= double(chip.maxRfHz)))
             return ErrorText::set("RF frequency " + std::to_string(hz / 1e9) + " GHz is outside the range of the " +
@@ -111,17 +80,12 @@ vrn_Error_t setRf(vrn_CW_Handle handle, float hz)
 
 vrn_Error_t getRf(vrn_CW_Handle handle, float* hz)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!hz)
-            return noOutput();
-        *hz = cw.config.rf_center_frequency_Hz;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *hz = cw.config.rf_center_frequency_Hz; }, hz);
 }
 
 vrn_Error_t setDac(vrn_CW_Handle handle, uint32_t dac)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (dac > CwModel::kDacMax)
             return ErrorText::set("DAC value " + std::to_string(dac) + " is above 255");
         cw.config.dac_value = dac;
@@ -131,17 +95,12 @@ vrn_Error_t setDac(vrn_CW_Handle handle, uint32_t dac)
 
 vrn_Error_t getDac(vrn_CW_Handle handle, uint32_t* dac)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!dac)
-            return noOutput();
-        *dac = cw.config.dac_value;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *dac = cw.config.dac_value; }, dac);
 }
 
 vrn_Error_t setTxMask(vrn_CW_Handle handle, uint32_t mask)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         // 0 switches every transmitter off, which a CW test may want.
         if (mask >> cw.device->board->chip().numTx)
             return ErrorText::set("Tx antenna mask " + std::to_string(mask) + " names a missing transmitter");
@@ -152,17 +111,12 @@ vrn_Error_t setTxMask(vrn_CW_Handle handle, uint32_t mask)
 
 vrn_Error_t getTxMask(vrn_CW_Handle handle, uint32_t* mask)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!mask)
-            return noOutput();
-        *mask = cw.config.tx_mask;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *mask = cw.config.tx_mask; }, mask);
 }
 
 vrn_Error_t setTestSignal(vrn_CW_Handle handle, const vrn_Device_Test_Signal_Generator_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (!config)
             return ErrorText::set("The test-signal record is null");
         std::string error;
@@ -175,17 +129,12 @@ vrn_Error_t setTestSignal(vrn_CW_Handle handle, const vrn_Device_Test_Signal_Gen
 
 vrn_Error_t getTestSignal(vrn_CW_Handle handle, vrn_Device_Test_Signal_Generator_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!config)
-            return noOutput();
-        *config = cw.config.test_signal;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *config = cw.config.test_signal; }, config);
 }
 
 vrn_Error_t setRxMask(vrn_CW_Handle handle, uint32_t mask)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (!maskFits(mask, cw.device->board->chip().numRx))
             return ErrorText::set("Rx antenna mask " + std::to_string(mask) + " selects no existing receiver");
         cw.config.rx_mask = mask;
@@ -195,17 +144,12 @@ vrn_Error_t setRxMask(vrn_CW_Handle handle, uint32_t mask)
 
 vrn_Error_t getRxMask(vrn_CW_Handle handle, uint32_t* mask)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!mask)
-            return noOutput();
-        *mask = cw.config.rx_mask;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *mask = cw.config.rx_mask; }, mask);
 }
 
 vrn_Error_t setNumSamples(vrn_CW_Handle handle, uint32_t samples)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (samples < CwModel::kMinSamples || samples > CwModel::kMaxSamples)
             return ErrorText::set("Number of samples " + std::to_string(samples) + " is outside 2 to 4094");
         cw.config.num_samples = samples;
@@ -215,17 +159,12 @@ vrn_Error_t setNumSamples(vrn_CW_Handle handle, uint32_t samples)
 
 vrn_Error_t getNumSamples(vrn_CW_Handle handle, uint32_t* samples)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!samples)
-            return noOutput();
-        *samples = cw.config.num_samples;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *samples = cw.config.num_samples; }, samples);
 }
 
 vrn_Error_t setAdc(vrn_CW_Handle handle, const vrn_Device_ADC_Config_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (!config)
             return ErrorText::set("The ADC record is null");
         std::string error;
@@ -244,17 +183,12 @@ vrn_Error_t setAdc(vrn_CW_Handle handle, const vrn_Device_ADC_Config_t* config)
 
 vrn_Error_t getAdc(vrn_CW_Handle handle, vrn_Device_ADC_Config_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!config)
-            return noOutput();
-        *config = cw.config.adc;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *config = cw.config.adc; }, config);
 }
 
 vrn_Error_t setBaseband(vrn_CW_Handle handle, const vrn_Device_Baseband_Config_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         if (!config)
             return ErrorText::set("The baseband record is null");
         std::string error;
@@ -267,18 +201,13 @@ vrn_Error_t setBaseband(vrn_CW_Handle handle, const vrn_Device_Baseband_Config_t
 
 vrn_Error_t getBaseband(vrn_CW_Handle handle, vrn_Device_Baseband_Config_t* config)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!config)
-            return noOutput();
-        *config = cw.config.baseband;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *config = cw.config.baseband; }, config);
 }
 
 vrn_Error_t samplingRateLimits(vrn_CW_Handle handle, const vrn_Device_ADC_Config_t* config, uint32_t* minHz,
                                uint32_t* maxHz)
 {
-    return call(handle, [&](vrn_CW_Controller_s&) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s&) -> vrn_Error_t {
         if (!config || !minHz || !maxHz)
             return ErrorText::set("ADC record and outputs must not be null");
         std::string error;
@@ -291,7 +220,7 @@ vrn_Error_t samplingRateLimits(vrn_CW_Handle handle, const vrn_Device_ADC_Config
 
 vrn_Error_t startEmission(vrn_CW_Handle handle)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         cw.emitting = true;
         cw.device->board->setEmission(cw.config.tx_mask ? 1.0 : 0.0);
         return nullptr;
@@ -300,7 +229,7 @@ vrn_Error_t startEmission(vrn_CW_Handle handle)
 
 vrn_Error_t stopEmission(vrn_CW_Handle handle)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
         cw.emitting = false;
         cw.device->board->setEmission(0.0);
         return nullptr;
@@ -309,12 +238,7 @@ vrn_Error_t stopEmission(vrn_CW_Handle handle)
 
 vrn_Error_t isEmissionActive(vrn_CW_Handle handle, uint8_t* active)
 {
-    return call(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!active)
-            return noOutput();
-        *active = cw.emitting ? 1 : 0;
-        return nullptr;
-    });
+    return underLock(handle, [&](vrn_CW_Controller_s& cw) { *active = cw.emitting ? 1 : 0; }, active);
 }
 
 vrn_Status_t temperature(vrn_CW_Handle handle, float* celsius)
@@ -326,11 +250,7 @@ vrn_Status_t temperature(vrn_CW_Handle handle, float* celsius)
         return VRN_STATUS_COMMUNICATION_LOST;
     if (!board.chip().cwTemperature)
         return ErrorText::status(VRN_STATUS_NOT_SUPPORTED, "the sensor cannot be read in CW mode on this chip");
-    int32_t status = 0;
-    if (board.takeTemperatureFault(status))
-        return status;
-    *celsius = float(board.temperature());
-    return VRN_STATUS_OK;
+    return readTemperature(board, celsius);
 }
 
 vrn_Status_t txPower(vrn_CW_Handle handle, uint32_t antenna, float* dBm)

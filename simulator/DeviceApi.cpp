@@ -1,8 +1,7 @@
 #include "Api.h"
 
-#include "ErrorText.h"
+#include "EntryGuard.h"
 #include "FrameMemory.h"
-#include "Handles.h"
 #include "MetricsTranslator.h"
 #include "Propagation.h"
 #include "Simulator.h"
@@ -24,20 +23,6 @@ void unplugScheduled(const std::shared_ptr<Board>& board)
 }
 
 namespace device {
-
-namespace {
-
-vrn_Error_t noHandle()
-{
-    return ErrorText::set("The device handle is null");
-}
-
-vrn_Error_t noOutput()
-{
-    return ErrorText::set("An output pointer is null");
-}
-
-}  // namespace
 
 void fillInfo(const Board& board, vrn_Device_Info_t& info)
 {
@@ -114,44 +99,21 @@ vrn_Error_t listDestroy(vrn_Device_List_Handle list)
 
 vrn_Status_t createByUuid(const char* uuid, vrn_Device_Handle* device)
 {
-    if (!uuid || !device)
-        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "uuid and output handle must not be null");
-    std::string error;
-    if (!Simulator::instance().ensureLoaded(error))
-        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, error);
-    std::shared_ptr<Board> board = Simulator::instance().find(uuid);
-    if (!board)
-        return ErrorText::status(VRN_STATUS_DEVICE_NOT_FOUND, std::string("no board \"") + uuid + "\"");
-    if (board->chip().pulsedDoppler)
-        return ErrorText::status(VRN_STATUS_NOT_SUPPORTED,
-                                 "the ZP7 is a pulsed-Doppler device; open it as such");
-    bool nullHandle = false;
-    const vrn_Status_t status = board->open(nullHandle);
-    if (status == VRN_STATUS_FIRMWARE_NOT_SUPPORTED)
-        return ErrorText::status(status, "this SDK needs firmware 2.0.0 or later");
-    if (status != VRN_STATUS_OK)
+    const vrn_Status_t status = openHandle(uuid, false, device);
+    if (status != VRN_STATUS_OK || !*device)
         return status;
-    if (nullHandle) {
-        *device = nullptr;
-        return VRN_STATUS_OK;
-    }
-    auto* handle = new (std::nothrow) vrn_Device_s(board);
-    if (!handle) {
-        board->close();
-        return ErrorText::status(VRN_STATUS_COMMUNICATION_ERROR, "out of memory");
-    }
+    vrn_Device_s& handle = **device;
     std::string ignored;
     // Until the host configures it, a board runs the default scene metrics.
-    MetricsTranslator::translate(board->chip(), MetricsTranslator::defaultMetrics(), handle->config, ignored);
-    handle->synth.configure(handle->config);
-    *device = handle;
+    MetricsTranslator::translate(handle.board->chip(), MetricsTranslator::defaultMetrics(), handle.config, ignored);
+    handle.synth.configure(handle.config);
     return VRN_STATUS_OK;
 }
 
 vrn_Error_t destroy(vrn_Device_Handle device)
 {
     if (!device)
-        return noHandle();
+        return ErrorText::set(nullHandleText(device));
     if (device->cw)
         return ErrorText::set("Destroy the CW controller of the device first");
     device->board->close();
@@ -161,12 +123,8 @@ vrn_Error_t destroy(vrn_Device_Handle device)
 
 vrn_Error_t metricsLimits(vrn_Device_Handle device, vrn_Metrics_Limits_t* limits)
 {
-    if (!device)
-        return noHandle();
-    if (!limits)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, limits))
+        return refused;
     std::lock_guard<std::mutex> lock(device->mutex);
     MetricsTranslator::limits(device->board->chip(), device->config, *limits);
     return nullptr;
@@ -175,7 +133,7 @@ vrn_Error_t metricsLimits(vrn_Device_Handle device, vrn_Metrics_Limits_t* limits
 vrn_Error_t translateMetrics(vrn_Device_Handle device, const vrn_Metrics_t* metrics, vrn_Device_Config_t* config)
 {
     if (!device)
-        return noHandle();
+        return ErrorText::set(nullHandleText(device));
     if (!metrics || !config)
         return ErrorText::set("Metrics and configuration records must not be null");
     std::string error;
@@ -189,7 +147,7 @@ vrn_Error_t translateMetrics(vrn_Device_Handle device, const vrn_Metrics_t* metr
 vrn_Error_t setConfig(vrn_Device_Handle device, const vrn_Device_Config_t* config)
 {
     if (!device)
-        return noHandle();
+        return ErrorText::set(nullHandleText(device));
     if (!config)
         return ErrorText::set("The configuration record is null");
     if (!device->board->isPlugged())
@@ -209,12 +167,8 @@ vrn_Error_t setConfig(vrn_Device_Handle device, const vrn_Device_Config_t* confi
 
 vrn_Error_t getConfig(vrn_Device_Handle device, vrn_Device_Config_t* config)
 {
-    if (!device)
-        return noHandle();
-    if (!config)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, config))
+        return refused;
     std::lock_guard<std::mutex> lock(device->mutex);
     *config = device->config;
     return nullptr;
@@ -223,7 +177,7 @@ vrn_Error_t getConfig(vrn_Device_Handle device, vrn_Device_Config_t* config)
 vrn_Error_t chirpTime(vrn_Device_Handle device, const vrn_Device_Config_t* config, float* seconds)
 {
     if (!device)
-        return noHandle();
+        return ErrorText::set(nullHandleText(device));
     if (!config || !seconds)
         return ErrorText::set("Configuration and output must not be null");
     if (config->sample_rate_Hz == 0)
@@ -291,12 +245,8 @@ vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t 
 
 vrn_Error_t stopAcquisition(vrn_Device_Handle device, uint8_t* stopped)
 {
-    if (!device)
-        return noHandle();
-    if (!stopped)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, stopped))
+        return refused;
     device->board->stopAcquisition();
     *stopped = 1;
     return nullptr;
@@ -308,81 +258,53 @@ vrn_Status_t temperature(vrn_Device_Handle device, float* celsius)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
     if (!device->board->isPlugged())
         return VRN_STATUS_COMMUNICATION_LOST;
-    int32_t status = 0;
-    if (device->board->takeTemperatureFault(status))
-        return status;
-    *celsius = float(device->board->temperature());
-    return VRN_STATUS_OK;
+    return readTemperature(*device->board, celsius);
 }
 
 vrn_Error_t numRx(vrn_Device_Handle device, uint32_t* count)
 {
-    if (!device)
-        return noHandle();
-    if (!count)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, count))
+        return refused;
     *count = device->board->chip().numRx;
     return nullptr;
 }
 
 vrn_Error_t numTx(vrn_Device_Handle device, uint32_t* count)
 {
-    if (!device)
-        return noHandle();
-    if (!count)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, count))
+        return refused;
     *count = device->board->chip().numTx;
     return nullptr;
 }
 
 vrn_Error_t info(vrn_Device_Handle device, vrn_Device_Info_t* out)
 {
-    if (!device)
-        return noHandle();
-    if (!out)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, out))
+        return refused;
     fillInfo(*device->board, *out);
     return nullptr;
 }
 
 vrn_Error_t firmware(vrn_Device_Handle device, vrn_Firmware_Info_t* out)
 {
-    if (!device)
-        return noHandle();
-    if (!out)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, out))
+        return refused;
     fillFirmware(*device->board, *out);
     return nullptr;
 }
 
 vrn_Error_t type(vrn_Device_Handle device, vrn_Device_Type_t* out)
 {
-    if (!device)
-        return noHandle();
-    if (!out)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, out))
+        return refused;
     *out = device->board->chip().type;
     return nullptr;
 }
 
 vrn_Error_t txPower(vrn_Device_Handle device, uint32_t antenna, float* dBm)
 {
-    if (!device)
-        return noHandle();
-    if (!dBm)
-        return noOutput();
-    if (!device->board->isPlugged())
-        return lostText();
+    if (vrn_Error_t refused = refusal(device, dBm))
+        return refused;
     const ChipModel& chip = device->board->chip();
     if (antenna >= chip.numTx)
         return ErrorText::set("Tx antenna " + std::to_string(antenna) + " does not exist; the " + chip.name +
