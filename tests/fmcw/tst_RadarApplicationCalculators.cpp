@@ -15,11 +15,6 @@
 
 namespace {
 
-SharedFrame adopt(FakeProcessingVrn& fake, vrn_Frame_R_t* frame)
-{
-    const Vrn* vrn = &fake.table;
-    return SharedFrame(frame, [vrn](const vrn_Frame_R_t* f) { vrn->frame_r_destroy(const_cast<vrn_Frame_R_t*>(f)); });
-}
 
 // A presence scene: 64 samples, 32 chirps, Rx1 only, user gate 0.5-2.5 m.
 void describeScene(RadarDeviceConfiguration& config)
@@ -114,7 +109,7 @@ void TestRadarApplicationCalculators::presenceLooksAtTheFirstAntennaOnly()
     QFETCH(quint32, channels);
     PresenceRig rig;
     auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
-    SharedPresenceResult result = calculator->process(adopt(rig.fake, rig.fake.newFrame(channels, 32, 64)));
+    SharedPresenceResult result = calculator->process(rig.fake.newFrame(channels, 32, 64));
     QVERIFY(result);
     QCOMPARE(result->state, VRN_PRESENCE_STATE_PRESENCE);
     QCOMPARE(result->motion_energy, 10.0f); // the first channel's samples
@@ -126,15 +121,15 @@ void TestRadarApplicationCalculators::presenceFailedRunDoesNotStopTheNextFrame()
     auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
     rig.fake.psRunErrors = { "matrix shape changed" };
     QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing result matrix shape changed");
-    QVERIFY(!calculator->process(adopt(rig.fake, rig.fake.newFrame(1, 32, 64))));
-    SharedPresenceResult next = calculator->process(adopt(rig.fake, rig.fake.newFrame(1, 32, 64)));
+    QVERIFY(!calculator->process(rig.fake.newFrame(1, 32, 64)));
+    SharedPresenceResult next = calculator->process(rig.fake.newFrame(1, 32, 64));
     QVERIFY(next);
     QCOMPARE(next->frame_count, 2u);
 
     QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
     QVERIFY(!calculator->process(SharedFrame()));
     QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
-    QVERIFY(!calculator->process(adopt(rig.fake, rig.fake.newFrame(0, 32, 64))));
+    QVERIFY(!calculator->process(rig.fake.newFrame(0, 32, 64)));
     QCOMPARE(rig.fake.framesAlive, 0);
 }
 
@@ -147,7 +142,7 @@ void TestRadarApplicationCalculators::presenceWithoutInputMatrixIsQuiet()
     messages = 0;
     const QtMessageHandler previous
         = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++messages; });
-    const bool processed = bool(calculator->process(adopt(rig.fake, rig.fake.newFrame(1, 32, 64))));
+    const bool processed = bool(calculator->process(rig.fake.newFrame(1, 32, 64)));
     qInstallMessageHandler(previous);
     QVERIFY(!processed);
     QCOMPARE(messages, 0);
@@ -224,7 +219,7 @@ void TestRadarApplicationCalculators::segmentationReadsRx1AndRx3()
     auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
     if (markers.isEmpty())
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
-    const RadarSegmentationResult result = calculator->process(adopt(fake, fake.newFrame(channels, 32, 64)));
+    const RadarSegmentationResult result = calculator->process(fake.newFrame(channels, 32, 64));
     QCOMPARE(bool(result.trackedObjects), !markers.isEmpty());
     QCOMPARE(bool(result.segments), !markers.isEmpty());
     QCOMPARE(fake.segInputMarkers, markers);
@@ -243,7 +238,7 @@ void TestRadarApplicationCalculators::segmentationResultsAreCopied()
     SegmentationConfiguration user;
     auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
 
-    const RadarSegmentationResult result = calculator->process(adopt(fake, fake.newFrame(2, 32, 64)));
+    const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
     QCOMPARE(result.trackedObjects->size(), 2);
     const RadarTrackedObject& second = result.trackedObjects->at(1);
     QCOMPARE(second.id, 8u);
@@ -261,7 +256,7 @@ void TestRadarApplicationCalculators::segmentationFailedRunGivesNothing()
     SegmentationConfiguration user;
     auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
     QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result channels differ in length");
-    const RadarSegmentationResult result = calculator->process(adopt(fake, fake.newFrame(2, 32, 64)));
+    const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
     QVERIFY(!result.trackedObjects);
     QVERIFY(!result.segments);
     QCOMPARE(fake.framesAlive, 0);

@@ -1,13 +1,17 @@
 #pragma once
 
-// Loads the simulated SDK the way the workbench does: the built library by
-// path, its entry-point table and, next to it, its control table.
+// Shared by the simulator tests: the simulated SDK loaded the way the
+// workbench loads it (the built library by path, its entry-point table and,
+// next to it, its control table), benches and scene metrics the tests start
+// from, and plain reference signal processing.
 
 #include <sdk/vrn.h>
 #include <vrn_sim.h>
 
+#include <QByteArray>
 #include <QLibrary>
 #include <QString>
+#include <QStringList>
 
 #include <complex>
 #include <vector>
@@ -15,25 +19,16 @@
 class SimulatorSdk
 {
 public:
-    SimulatorSdk()
-        : m_library(QStringLiteral(VRN_SIM_LIBRARY))
-    {
-        if (!m_library.load())
-            return;
-        auto entry = reinterpret_cast<vrn_entry_points_fn>(m_library.resolve(VRN_ENTRY_POINTS_SYMBOL));
-        auto control = reinterpret_cast<vrnsim_control_fn>(m_library.resolve(VRNSIM_CONTROL_SYMBOL));
-        vrn = entry ? entry() : nullptr;
-        sim = control ? control() : nullptr;
-    }
+    SimulatorSdk();
 
     QString loadError() const { return m_library.errorString(); }
 
     // Opens the only board of a freshly loaded bench; null on failure.
-    vrn_Device_Handle open(const char* uuid)
-    {
-        vrn_Device_Handle device = nullptr;
-        return vrn->device_create_by_uuid(uuid, &device) == VRN_STATUS_OK ? device : nullptr;
-    }
+    vrn_Device_Handle open(const char* uuid);
+    // Destroys what a test left open and clears the pointers.
+    void close(vrn_Device_Handle& device, vrn_Frame_R_t*& frame);
+    // The uuids of the device list, or "<list failed>".
+    QStringList listedUuids();
 
     const Vrn* vrn = nullptr;
     const VrnSimControl* sim = nullptr;
@@ -42,36 +37,21 @@ private:
     QLibrary m_library;
 };
 
+// A bench of one unpaced board `uuid` carrying `chip`, with the scene's
+// `targets` (JSON objects separated by commas).
+QByteArray oneBoardBench(const char* uuid, const QString& chip, const QString& targets, double noise = 0.0,
+                         int seed = 1);
+
+// The default scene (9.6 m, 2.45 m/s, 0.0766 m/s, ten frames a second at
+// 60.5 GHz) seen through the receivers of `rxMask` and the first transmitter.
+vrn_Metrics_t sceneMetrics(uint32_t rxMask, float rangeResolution = 0.3f);
+
 // Plain DFT of one row, written out so the tests do not lean on any FFT of
 // the code under test.
-inline std::vector<std::complex<double>> dft(const float* x, size_t n, bool removeOffset = true)
-{
-    std::vector<std::complex<double>> out(n);
-    double mean = 0;
-    if (removeOffset) {
-        for (size_t i = 0; i < n; ++i)
-            mean += x[i];
-        mean /= double(n);
-    }
-    for (size_t k = 0; k < n; ++k) {
-        std::complex<double> sum = 0;
-        for (size_t i = 0; i < n; ++i)
-            sum += (double(x[i]) - mean) * std::polar(1.0, -2.0 * M_PI * double(k) * double(i) / double(n));
-        out[k] = sum;
-    }
-    return out;
-}
+std::vector<std::complex<double>> dft(const float* x, size_t n, bool removeOffset = true);
 
-inline size_t peakBin(const std::vector<std::complex<double>>& spectrum, size_t first, size_t last)
-{
-    size_t best = first;
-    for (size_t k = first; k < last; ++k)
-        if (std::abs(spectrum[k]) > std::abs(spectrum[best]))
-            best = k;
-    return best;
-}
+// The bin of the largest magnitude in [first, last).
+size_t peakBin(const std::vector<std::complex<double>>& spectrum, size_t first, size_t last);
 
-inline double wrapPhase(double p)
-{
-    return std::remainder(p, 2.0 * M_PI);
-}
+// A phase folded into [-pi, pi].
+double wrapPhase(double p);

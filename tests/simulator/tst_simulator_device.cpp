@@ -13,23 +13,6 @@ const char* const kBench = R"({ "boards": [
     { "uuid": "d-old", "chip": "KMR7B", "firmware": "1.9.0" },
     { "uuid": "d-warm", "chip": "KMR7B", "pacing": "unpaced", "thermal_time_s": 0.5 } ] })";
 
-QStringList listedUuids(const Vrn* vrn)
-{
-    QStringList uuids;
-    vrn_Device_List_Handle list = nullptr;
-    if (vrn->device_list_get(&list))
-        return {QStringLiteral("<list failed>")};
-    uint32_t count = 0;
-    vrn->device_list_size(list, &count);
-    for (uint32_t i = 0; i < count; ++i) {
-        vrn_Device_List_Entry_t entry{};
-        if (!vrn->device_list_entry(list, i, &entry))
-            uuids << QString::fromUtf8(entry.uuid);
-    }
-    vrn->device_list_destroy(list);
-    return uuids;
-}
-
 }  // namespace
 
 class SimulatorDeviceTest : public QObject
@@ -77,11 +60,11 @@ private slots:
     {
         vrn_Device_Handle device = sdk.open("d-7a");
         QVERIFY(device);
-        QVERIFY(!listedUuids(sdk.vrn).contains("d-7a"));
+        QVERIFY(!sdk.listedUuids().contains("d-7a"));
         vrn_Device_Handle second = nullptr;
         QCOMPARE(sdk.vrn->device_create_by_uuid("d-7a", &second), VRN_STATUS_DEVICE_BUSY);
         QVERIFY(!sdk.vrn->device_destroy(device));
-        QVERIFY(listedUuids(sdk.vrn).contains("d-7a"));
+        QVERIFY(sdk.listedUuids().contains("d-7a"));
     }
 
     void openAnswersByBoard_data()

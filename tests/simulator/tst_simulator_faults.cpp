@@ -38,23 +38,6 @@ private:
         return device && !sdk.vrn->frame_r_create(1, 64, 64, &frame);
     }
 
-    QStringList listed()
-    {
-        QStringList uuids;
-        vrn_Device_List_Handle list = nullptr;
-        if (sdk.vrn->device_list_get(&list))
-            return {QStringLiteral("<failed>")};
-        uint32_t count = 0;
-        sdk.vrn->device_list_size(list, &count);
-        for (uint32_t i = 0; i < count; ++i) {
-            vrn_Device_List_Entry_t entry{};
-            if (!sdk.vrn->device_list_entry(list, i, &entry))
-                uuids << QString::fromUtf8(entry.uuid);
-        }
-        sdk.vrn->device_list_destroy(list);
-        return uuids;
-    }
-
 private slots:
     void initTestCase()
     {
@@ -69,12 +52,7 @@ private slots:
     void cleanup()
     {
         sdk.sim->set_change_callback(nullptr, nullptr);
-        if (frame)
-            sdk.vrn->frame_r_destroy(frame);
-        if (device)
-            sdk.vrn->device_destroy(device);
-        frame = nullptr;
-        device = nullptr;
+        sdk.close(device, frame);
     }
 
     void fetchWaitsForTheFrameRepetitionTime_data()
@@ -173,7 +151,7 @@ private slots:
         QVERIFY(sdk.vrn->device_list_entry(list, 1, &entry) != nullptr);
         QVERIFY(!sdk.vrn->device_list_entry(list, 2, &entry));
         QVERIFY(!sdk.vrn->device_list_destroy(list));
-        QCOMPARE(listed().size(), 4);
+        QCOMPARE(sdk.listedUuids().size(), 4);
     }
 
     void injectedReadoutFaults_data()
@@ -227,7 +205,7 @@ private slots:
         const QList<int> expected{0, 0, 0, VRN_STATUS_FRAME_FETCH_FAILED, 0, 0, VRN_STATUS_COMMUNICATION_LOST};
         QCOMPARE(statuses, expected);
         QCOMPARE(changes.load(), 1);
-        QVERIFY(!listed().contains("f-sched"));
+        QVERIFY(!sdk.listedUuids().contains("f-sched"));
     }
 
     void hotPlugIsAnnouncedAndListed()
@@ -236,11 +214,11 @@ private slots:
         sdk.sim->set_change_callback(countChange, &changes);
         QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-new", "chip": "KMR7C", "pacing": "unpaced" })"));
         QCOMPARE(changes.load(), 1);
-        QVERIFY(listed().contains("f-new"));
+        QVERIFY(sdk.listedUuids().contains("f-new"));
         QVERIFY(sdk.sim->plug_board(R"({ "uuid": "f-new" })") != nullptr);
         QVERIFY(!sdk.sim->unplug_board("f-new"));
         QCOMPARE(changes.load(), 2);
-        QVERIFY(!listed().contains("f-new"));
+        QVERIFY(!sdk.listedUuids().contains("f-new"));
         QVERIFY(sdk.sim->unplug_board("f-new") != nullptr);
     }
 
@@ -345,7 +323,7 @@ private slots:
         std::thread b(stream, "f-other");
         for (int i = 0; i < 50; ++i) {
             QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-flaky", "pacing": "unpaced" })"));
-            listed();
+            sdk.listedUuids();
             QVERIFY(!sdk.sim->unplug_board("f-flaky"));
         }
         a.join();

@@ -8,34 +8,6 @@ namespace {
 
 constexpr double kC = 299792458.0;
 
-QByteArray benchWith(const QString& chip, const QString& targets, double noise = 0.0, int seed = 1)
-{
-    return QStringLiteral(R"({ "boards": [ { "uuid": "phys-1", "chip": "%1", "pacing": "unpaced",
-        "noise": %2, "seed": %3, "scene": { "targets": [ %4 ] } } ] })")
-        .arg(chip)
-        .arg(noise)
-        .arg(seed)
-        .arg(targets)
-        .toUtf8();
-}
-
-vrn_Metrics_t defaultMetrics(uint32_t rxMask)
-{
-    vrn_Metrics_t m{};
-    m.sample_rate_Hz = 1000000;
-    m.rx_mask = rxMask;
-    m.tx_mask = 1;
-    m.tx_power_level = 31;
-    m.if_gain_dB = 33;
-    m.range_resolution_m = 0.3f;
-    m.max_range_m = 9.6f;
-    m.max_speed_m_s = 2.45f;
-    m.speed_resolution_m_s = 0.0766f;
-    m.frame_repetition_time_s = 0.1f;
-    m.center_frequency_Hz = 60.5e9f;
-    return m;
-}
-
 }  // namespace
 
 class SimulatorPhysicsTest : public QObject
@@ -56,7 +28,7 @@ private:
         device = sdk.open("phys-1");
         if (!device)
             return false;
-        vrn_Metrics_t m = defaultMetrics(rxMask);
+        vrn_Metrics_t m = sceneMetrics(rxMask);
         m.tx_mask = txMask;
         if (sdk.vrn->device_translate_metrics(device, &m, &config) || sdk.vrn->device_set_config(device, &config))
             return false;
@@ -88,15 +60,7 @@ private slots:
         QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError()));
     }
 
-    void cleanup()
-    {
-        if (frame)
-            sdk.vrn->frame_r_destroy(frame);
-        if (device)
-            sdk.vrn->device_destroy(device);
-        frame = nullptr;
-        device = nullptr;
-    }
+    void cleanup() { sdk.close(device, frame); }
 
     void targetAppearsAtItsBeatFrequencyBin_data()
     {
@@ -111,7 +75,7 @@ private slots:
     {
         QFETCH(double, range);
         const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "rcs_m2": 1.0 })").arg(range);
-        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
 
         // Beat frequency 2 R S / c with the slope S = B / (N / fs), then the
         // DFT bin of that frequency for N samples at fs.
@@ -144,7 +108,7 @@ private slots:
             "min_range_m": 0.5, "max_range_m": 9.0 })")
                                    .arg(range)
                                    .arg(speed);
-        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
         const size_t bin = size_t(std::lround(range / rangeResolution()));
 
         const double expected = wrapPhase(4.0 * M_PI * speed * double(config.chirp_repetition_time_s) / wavelength());
@@ -173,7 +137,7 @@ private slots:
         const double range = 12 * 0.3;
         const QString target =
             QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "angle_deg": %2 })").arg(range).arg(angle);
-        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x5));
+        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x5));
         const size_t bin = size_t(std::lround(range / rangeResolution()));
 
         // Rx1 and Rx3 sit half a wavelength apart: phase difference pi sin(angle).
@@ -203,7 +167,7 @@ private slots:
                                    .arg(range)
                                    .arg(angle)
                                    .arg(speed);
-        QVERIFY(capture(benchWith(QStringLiteral("KMR7C"), target), 0x5, 0x3));
+        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7C"), target), 0x5, 0x3));
         QCOMPARE(int(config.mimo_mode), int(VRN_MIMO_TDM));
         const size_t bin = size_t(std::lround(range / rangeResolution()));
         // Channels: Tx1Rx1, Tx1Rx3, Tx2Rx1, Tx2Rx3. Tx2 stands one wavelength
@@ -235,7 +199,7 @@ private slots:
             "min_range_m": 1.0, "max_range_m": 4.0 })")
                                    .arg(kind)
                                    .arg(range);
-        QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), target), 0x4));
+        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
         const size_t bin = size_t(std::lround(range / rangeResolution()));
         // Over a second (ten frames) the chest moves by millimetres: several
         // radians at 60 GHz, summed from frame to frame to stay clear of wrapping.
@@ -263,7 +227,7 @@ private slots:
         std::vector<float> runs[3];
         const int seeds[3] = {7, 7, 8};
         for (int r = 0; r < 3; ++r) {
-            QVERIFY(capture(benchWith(QStringLiteral("KMR7A"), QString(), noise, seeds[r]), 0x4));
+            QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), noise, seeds[r]), 0x4));
             const vrn_Matrix_R_s* m = frame->rx_data[0];
             runs[r].assign(m->data, m->data + size_t(m->rows) * m->stride);
             cleanup();
@@ -295,7 +259,7 @@ private slots:
     {
         QFETCH(double, frequency);
         QFETCH(int, bin);
-        QVERIFY(!sdk.sim->load_bench_json(benchWith(QStringLiteral("KMR7A"), QString(), 0.002).constData()));
+        QVERIFY(!sdk.sim->load_bench_json(oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), 0.002).constData()));
         device = sdk.open("phys-1");
         QVERIFY(device);
         vrn_CW_Handle cw = nullptr;
@@ -325,7 +289,7 @@ private slots:
         const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": 3.0, "speed_m_s": %1,
             "min_range_m": 0.5, "max_range_m": 9.0 })")
                                    .arg(speed);
-        QVERIFY(!sdk.sim->load_bench_json(benchWith(QStringLiteral("ZP7"), target).constData()));
+        QVERIFY(!sdk.sim->load_bench_json(oneBoardBench("phys-1", QStringLiteral("ZP7"), target).constData()));
         vrn_Corvix_Handle zp7 = nullptr;
         QCOMPARE(sdk.vrn->corvix_create_by_uuid("phys-1", &zp7), VRN_STATUS_OK);
         vrn_Corvix_Frame_Config_t frameConfig{};

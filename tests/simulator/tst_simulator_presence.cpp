@@ -49,14 +49,7 @@ private:
                                         config.device_config.num_samples_per_chirp, &board.frame);
     }
 
-    void close(Board& board)
-    {
-        if (board.frame)
-            sdk.vrn->frame_r_destroy(board.frame);
-        if (board.device)
-            sdk.vrn->device_destroy(board.device);
-        board = Board{};
-    }
+    void close(Board& board) { sdk.close(board.device, board.frame); }
 
     // Fetches the board's next frame and runs it through presence sensing.
     bool step(vrn_PresenceSensing_Handle ps, Board& board, vrn_PresenceSensing_Result_t& result)

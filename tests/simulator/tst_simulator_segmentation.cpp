@@ -6,38 +6,12 @@
 
 namespace {
 
-QByteArray benchWith(const QString& targets)
-{
-    return QStringLiteral(R"({ "boards": [ { "uuid": "seg-1", "chip": "KMR7A", "pacing": "unpaced",
-        "noise": 0.002, "seed": 9, "scene": { "targets": [ %1 ] } } ] })")
-        .arg(targets)
-        .toUtf8();
-}
-
 QString mover(double range, double speed, double angle)
 {
     return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "angle_deg": %3 })")
         .arg(range)
         .arg(speed)
         .arg(angle);
-}
-
-// Rx1 and Rx3, 15 cm, 9.6 m, ten frames a second.
-vrn_Metrics_t metrics()
-{
-    vrn_Metrics_t m{};
-    m.sample_rate_Hz = 1000000;
-    m.rx_mask = 0x5;
-    m.tx_mask = 0x1;
-    m.tx_power_level = 31;
-    m.if_gain_dB = 33;
-    m.range_resolution_m = 0.15f;
-    m.max_range_m = 9.6f;
-    m.max_speed_m_s = 2.45f;
-    m.speed_resolution_m_s = 0.0766f;
-    m.frame_repetition_time_s = 0.1f;
-    m.center_frequency_Hz = 60.5e9f;
-    return m;
 }
 
 }  // namespace
@@ -56,10 +30,12 @@ private:
 
     bool open(const QString& targets)
     {
-        if (sdk.sim->load_bench_json(benchWith(targets).constData()))
+        const QByteArray bench = oneBoardBench("seg-1", QStringLiteral("KMR7A"), targets, 0.002, 9);
+        if (sdk.sim->load_bench_json(bench.constData()))
             return false;
         device = sdk.open("seg-1");
-        const vrn_Metrics_t m = metrics();
+        // Rx1 and Rx3, 15 cm.
+        const vrn_Metrics_t m = sceneMetrics(0x5, 0.15f);
         return device && !sdk.vrn->device_translate_metrics(device, &m, &deviceConfig) &&
                !sdk.vrn->device_set_config(device, &deviceConfig) &&
                !sdk.vrn->frame_r_create(2, deviceConfig.num_chirps_per_frame, deviceConfig.num_samples_per_chirp,
@@ -76,15 +52,7 @@ private:
 private slots:
     void initTestCase() { QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError())); }
 
-    void cleanup()
-    {
-        if (frame)
-            sdk.vrn->frame_r_destroy(frame);
-        if (device)
-            sdk.vrn->device_destroy(device);
-        frame = nullptr;
-        device = nullptr;
-    }
+    void cleanup() { sdk.close(device, frame); }
 
     void angleAndSegmentOfOneTarget_data()
     {

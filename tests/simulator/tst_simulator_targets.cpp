@@ -4,36 +4,6 @@
 
 #include <cmath>
 
-namespace {
-
-QByteArray benchWith(const QString& targets)
-{
-    return QStringLiteral(R"({ "boards": [ { "uuid": "dsp-1", "chip": "KMR7A", "pacing": "unpaced",
-        "noise": 0.002, "seed": 3, "scene": { "targets": [ %1 ] } } ] })")
-        .arg(targets)
-        .toUtf8();
-}
-
-// The default scene metrics: 0.3 m, 9.6 m, 2.45 m/s, 0.0766 m/s -> 64 x 64.
-vrn_Metrics_t metrics()
-{
-    vrn_Metrics_t m{};
-    m.sample_rate_Hz = 1000000;
-    m.rx_mask = 0x1;
-    m.tx_mask = 0x1;
-    m.tx_power_level = 31;
-    m.if_gain_dB = 33;
-    m.range_resolution_m = 0.3f;
-    m.max_range_m = 9.6f;
-    m.max_speed_m_s = 2.45f;
-    m.speed_resolution_m_s = 0.0766f;
-    m.frame_repetition_time_s = 0.1f;
-    m.center_frequency_Hz = 60.5e9f;
-    return m;
-}
-
-}  // namespace
-
 // Simulated targets at known range and speed land in the right range bin and
 // Doppler column, receding ones right of zero speed.
 class SimulatorTargetsTest : public QObject
@@ -48,10 +18,11 @@ private:
 
     bool capture(const QString& targets)
     {
-        if (sdk.sim->load_bench_json(benchWith(targets).constData()))
+        const QByteArray bench = oneBoardBench("dsp-1", QStringLiteral("KMR7A"), targets, 0.002, 3);
+        if (sdk.sim->load_bench_json(bench.constData()))
             return false;
         device = sdk.open("dsp-1");
-        const vrn_Metrics_t m = metrics();
+        const vrn_Metrics_t m = sceneMetrics(0x1);
         return device && !sdk.vrn->device_translate_metrics(device, &m, &config) &&
                !sdk.vrn->device_set_config(device, &config) &&
                !sdk.vrn->frame_r_create(1, config.num_chirps_per_frame, config.num_samples_per_chirp, &frame) &&
@@ -61,15 +32,7 @@ private:
 private slots:
     void initTestCase() { QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError())); }
 
-    void cleanup()
-    {
-        if (frame)
-            sdk.vrn->frame_r_destroy(frame);
-        if (device)
-            sdk.vrn->device_destroy(device);
-        frame = nullptr;
-        device = nullptr;
-    }
+    void cleanup() { sdk.close(device, frame); }
 
     void targetPeaksAtItsRangeAndSpeed_data()
     {
