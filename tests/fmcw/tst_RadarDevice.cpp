@@ -1,4 +1,5 @@
 #include "FakeVrn.h"
+#include "FmcwTestSupport.h"
 
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
@@ -22,18 +23,6 @@ void smallScene(RadarDeviceConfiguration& config, float frameTime)
     config.metrics()->setFrameRepetitionTimeS(frameTime);
     config.parameters()->setNumChirpsPerFrame(4);
     config.parameters()->setNumSamplesPerChirp(8);
-}
-
-struct Event {
-    RadarEventCode code;
-    QString message;
-    QString details;
-};
-
-Event eventAt(const QSignalSpy& spy, int index)
-{
-    const QList<QVariant>& args = spy.at(index);
-    return { args.at(0).value<RadarEventCode>(), args.at(1).toString(), args.at(2).toString() };
 }
 
 }
@@ -107,7 +96,7 @@ void TestRadarDevice::fetchByStatus()
         return;
     }
     QCOMPARE(events.count(), 1);
-    const Event event = eventAt(events, 0);
+    const RadarEvent event = eventAt(events, 0);
     QCOMPARE(int(event.code), code);
     QCOMPARE(event.message, message);
     QCOMPARE(event.details, QString("status 0x%1").arg(statuses.last(), 0, 16));

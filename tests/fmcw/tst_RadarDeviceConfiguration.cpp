@@ -1,3 +1,5 @@
+#include "FmcwTestSupport.h"
+
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
 #include "fmcw/common/DeviceInfo.h"
@@ -35,14 +37,6 @@ QJsonObject writeTree(JSONConfigurationObject& root)
 QByteArray toBytes(const QJsonObject& object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Indented);
-}
-
-// A board with three receivers and one transmitter, as the chips here have.
-void describeBoard(RadarDeviceConfiguration& config, const QString& chip = QStringLiteral("KMR7A"))
-{
-    config.deviceInfo()->setDeviceName(chip);
-    config.deviceInfo()->setNumRxAntennas(3);
-    config.deviceInfo()->setNumTxAntennas(1);
 }
 
 // Sets `value` at the dotted `path` below `object`.

@@ -1,6 +1,9 @@
 // The FMCW device against paced boards of the simulated SDK, loaded from the
 // built library the way the workbench loads it.
 
+#include "FmcwTestSupport.h"
+#include "SimulatorSdk.h"
+
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
 #include "fmcw/common/DeviceInfo.h"
@@ -11,11 +14,8 @@
 #include "fmcw/common/RadarTemperatureMonitor.h"
 #include "fmcw/common/RadarTxPowerMonitor.h"
 
-#include <vrn_sim.h>
-
 #include <QElapsedTimer>
 #include <QFile>
-#include <QLibrary>
 #include <QSignalSpy>
 #include <QThread>
 #include <QtTest>
@@ -23,16 +23,6 @@
 namespace {
 
 const char* const kBoard = "1f3c-0001"; // the one board of the default bench
-
-struct Event {
-    RadarEventCode code;
-    QString message;
-};
-
-Event eventAt(const QSignalSpy& spy, int index)
-{
-    return { spy.at(index).at(0).value<RadarEventCode>(), spy.at(index).at(1).toString() };
-}
 
 }
 
@@ -59,9 +49,7 @@ private:
     bool openConfigured(float frameTime);
     void inject(VrnSimFaultKind kind, int32_t status, uint32_t count = 0);
 
-    QLibrary m_library { QStringLiteral(VRN_SIM_LIBRARY) };
-    const Vrn* m_vrn = nullptr;
-    const VrnSimControl* m_sim = nullptr;
+    SimulatorSdk m_sdk;
     std::unique_ptr<RadarDevice> m_device;
     std::unique_ptr<RadarDeviceConfiguration> m_config;
 };
@@ -70,18 +58,13 @@ void TestRadarDeviceSimulator::initTestCase()
 {
     Q_INIT_RESOURCE(radar_configurations);
     qRegisterMetaType<RadarEventCode>();
-    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
-    auto entry = reinterpret_cast<vrn_entry_points_fn>(m_library.resolve(VRN_ENTRY_POINTS_SYMBOL));
-    auto control = reinterpret_cast<vrnsim_control_fn>(m_library.resolve(VRNSIM_CONTROL_SYMBOL));
-    QVERIFY(entry && control);
-    m_vrn = entry();
-    m_sim = control();
+    QVERIFY2(m_sdk.vrn && m_sdk.sim, qPrintable(m_sdk.loadError()));
 }
 
 void TestRadarDeviceSimulator::init()
 {
-    QCOMPARE(m_sim->reset(), nullptr);
-    m_device = std::make_unique<RadarDevice>(m_vrn);
+    QCOMPARE(m_sdk.sim->reset(), nullptr);
+    m_device = std::make_unique<RadarDevice>(m_sdk.vrn);
     m_config = std::make_unique<RadarDeviceConfiguration>();
 }
 
@@ -89,7 +72,7 @@ void TestRadarDeviceSimulator::cleanup()
 {
     m_device.reset();
     m_config.reset();
-    m_sim->clear_faults(nullptr);
+    m_sdk.sim->clear_faults(nullptr);
 }
 
 bool TestRadarDeviceSimulator::openConfigured(float frameTime)
@@ -115,7 +98,7 @@ void TestRadarDeviceSimulator::inject(VrnSimFaultKind kind, int32_t status, uint
     fault.kind = kind;
     fault.status = status;
     fault.count = count;
-    QCOMPARE(m_sim->inject_fault(kBoard, &fault), nullptr);
+    QCOMPARE(m_sdk.sim->inject_fault(kBoard, &fault), nullptr);
 }
 
 void TestRadarDeviceSimulator::configuredBoardDeliversFramesAtTheFrameRate()
@@ -175,7 +158,7 @@ void TestRadarDeviceSimulator::unplugDuringAFetchEndsWithCommunicationFailure()
     std::unique_ptr<QThread> worker(QThread::create([&] { result = m_device->getNextFrame(*m_config); }));
     worker->start();
     QTRY_VERIFY(m_device->isFetchInProgress() || worker->isFinished());
-    QCOMPARE(m_sim->unplug_board(kBoard), nullptr);
+    QCOMPARE(m_sdk.sim->unplug_board(kBoard), nullptr);
     QVERIFY(worker->wait(int(RadarDevice::frameTimeLimitMs(0.1f)) + 1000));
     QVERIFY(!result.success);
     QCOMPARE(events.count(), 1);
@@ -237,7 +220,7 @@ void TestRadarDeviceSimulator::refusedOpen()
     QFETCH(QString, message);
     QString uuid = QString::fromLatin1(kBoard);
     if (board.startsWith('{')) {
-        QCOMPARE(m_sim->plug_board(board.toUtf8().constData()), nullptr);
+        QCOMPARE(m_sdk.sim->plug_board(board.toUtf8().constData()), nullptr);
         uuid = "old-fw";
     } else if (!board.isEmpty()) {
         uuid = board;

@@ -3,6 +3,8 @@
 // workbench loads it: a target placed at a known range and speed must show
 // up there.
 
+#include "SimulatorSdk.h"
+
 #include "common/MathAxis.h"
 #include "common/RadarFrequencyDomainChartData.h"
 #include "common/RadarRangeSpectrumCalculator.h"
@@ -12,10 +14,7 @@
 #include "fmcw/processing/RangeDopplerUserSettings.h"
 #include "host/IBroker.h"
 
-#include <vrn_sim.h>
-
 #include <QImage>
-#include <QLibrary>
 #include <QPixmap>
 #include <QtTest>
 
@@ -33,40 +32,12 @@ public:
     const Vrn* vrn = nullptr;
 };
 
-// One unpaced KMR7A board; `targets` is the JSON list of the scene.
-QByteArray benchWith(const QString& targets)
-{
-    return QStringLiteral(R"({ "boards": [ { "uuid": "%1", "chip": "KMR7A", "pacing": "unpaced",
-        "noise": 0.002, "seed": 5, "scene": { "targets": [ %2 ] } } ] })")
-        .arg(QLatin1String(kBoard), targets)
-        .toUtf8();
-}
-
 QString reflector(double range, double speed, double rcs = 1.0)
 {
     return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "rcs_m2": %3 })")
         .arg(range)
         .arg(speed)
         .arg(rcs);
-}
-
-// 0.3 m resolution up to 9.6 m, 2.45 m/s in 0.0766 m/s steps: 64 samples
-// of 64 chirps.
-vrn_Metrics_t sceneMetrics(uint32_t rxMask)
-{
-    vrn_Metrics_t m {};
-    m.sample_rate_Hz = 1000000;
-    m.rx_mask = rxMask;
-    m.tx_mask = 0x1;
-    m.tx_power_level = 31;
-    m.if_gain_dB = 33;
-    m.range_resolution_m = 0.3f;
-    m.max_range_m = 9.6f;
-    m.max_speed_m_s = 2.45f;
-    m.speed_resolution_m_s = 0.0766f;
-    m.frame_repetition_time_s = 0.1f;
-    m.center_frequency_Hz = 60.5e9f;
-    return m;
 }
 
 int popCount(uint32_t mask)
@@ -96,8 +67,7 @@ private:
     bool open(const QString& targets, uint32_t rxMask);
     SharedFrame nextFrame();
 
-    QLibrary m_library { QStringLiteral(VRN_SIM_LIBRARY) };
-    const VrnSimControl* m_sim = nullptr;
+    SimulatorSdk m_sdk;
     SimulatorBroker m_broker;
     vrn_Device_Handle m_device = nullptr;
     vrn_Device_Config_t m_config {};
@@ -106,12 +76,8 @@ private:
 
 void TestRadarProcessingSimulator::initTestCase()
 {
-    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
-    auto entry = reinterpret_cast<vrn_entry_points_fn>(m_library.resolve(VRN_ENTRY_POINTS_SYMBOL));
-    auto control = reinterpret_cast<vrnsim_control_fn>(m_library.resolve(VRNSIM_CONTROL_SYMBOL));
-    QVERIFY(entry && control);
-    m_broker.vrn = entry();
-    m_sim = control();
+    QVERIFY2(m_sdk.vrn && m_sdk.sim, qPrintable(m_sdk.loadError()));
+    m_broker.vrn = m_sdk.vrn;
 }
 
 void TestRadarProcessingSimulator::cleanup()
@@ -124,7 +90,8 @@ void TestRadarProcessingSimulator::cleanup()
 bool TestRadarProcessingSimulator::open(const QString& targets, uint32_t rxMask)
 {
     const Vrn* vrn = m_broker.vrn;
-    if (const char* error = m_sim->load_bench_json(benchWith(targets).constData())) {
+    const QByteArray bench = oneBoardBench(kBoard, QStringLiteral("KMR7A"), targets, 0.002, 5);
+    if (const char* error = m_sdk.sim->load_bench_json(bench.constData())) {
         qWarning() << error;
         return false;
     }

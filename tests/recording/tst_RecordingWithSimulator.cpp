@@ -3,15 +3,13 @@
 // deleter, and must all reach the file unchanged.
 
 #include "SignalLog.h"
+#include "SimulatorSdk.h"
 
 #include "recording/IRadarRecordingSource.h"
 #include "recording/RadarBinFile.h"
 #include "recording/RadarFileRecording.h"
 #include "recording/RadarRecorder.h"
 
-#include <vrn_sim.h>
-
-#include <QLibrary>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QThread>
@@ -58,39 +56,34 @@ private slots:
     void everyFetchedFrameReachesTheFile();
 
 private:
-    QLibrary m_library { QStringLiteral(VRN_SIM_LIBRARY) };
-    const Vrn* m_vrn = nullptr;
+    SimulatorSdk m_sdk;
     vrn_Device_Handle m_device = nullptr;
 };
 
 void TestRecordingWithSimulator::initTestCase()
 {
-    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
-    auto entry = reinterpret_cast<vrn_entry_points_fn>(m_library.resolve(VRN_ENTRY_POINTS_SYMBOL));
-    auto control = reinterpret_cast<vrnsim_control_fn>(m_library.resolve(VRNSIM_CONTROL_SYMBOL));
-    QVERIFY(entry && control);
-    m_vrn = entry();
-    const char* error = control()->load_bench_json(kBench);
+    QVERIFY2(m_sdk.vrn && m_sdk.sim, qPrintable(m_sdk.loadError()));
+    const char* error = m_sdk.sim->load_bench_json(kBench);
     QVERIFY2(!error, error);
-    QCOMPARE(m_vrn->device_create_by_uuid("rec-0001", &m_device), VRN_STATUS_OK);
+    QCOMPARE(m_sdk.vrn->device_create_by_uuid("rec-0001", &m_device), VRN_STATUS_OK);
 }
 
 void TestRecordingWithSimulator::cleanupTestCase()
 {
     if (m_device)
-        m_vrn->device_destroy(m_device);
+        m_sdk.vrn->device_destroy(m_device);
 }
 
 void TestRecordingWithSimulator::everyFetchedFrameReachesTheFile()
 {
     constexpr int kFrames = 400;
     vrn_Device_Config_t config {};
-    QVERIFY(!m_vrn->device_get_config(m_device, &config));
+    QVERIFY(!m_sdk.vrn->device_get_config(m_device, &config));
     uint32_t numTx = 0, numRx = 0;
-    QVERIFY(!m_vrn->device_get_num_tx_antennas(m_device, &numTx));
-    QVERIFY(!m_vrn->device_get_num_rx_antennas(m_device, &numRx));
+    QVERIFY(!m_sdk.vrn->device_get_num_tx_antennas(m_device, &numTx));
+    QVERIFY(!m_sdk.vrn->device_get_num_rx_antennas(m_device, &numRx));
     float chirpTime = 0;
-    QVERIFY(!m_vrn->device_get_chirp_time(m_device, &config, &chirpTime));
+    QVERIFY(!m_sdk.vrn->device_get_chirp_time(m_device, &config, &chirpTime));
 
     ConfigurationSource source;
     source.header.numTxAntennas = numTx & 0xff;
@@ -123,7 +116,7 @@ void TestRecordingWithSimulator::everyFetchedFrameReachesTheFile()
     // compared with what the SDK delivered.
     std::vector<SharedFrame> delivered;
     int failedFetches = 0;
-    const Vrn* vrn = m_vrn;
+    const Vrn* vrn = m_sdk.vrn;
     std::unique_ptr<QThread> acquisition(QThread::create([&] {
         for (int i = 0; i < kFrames && failedFetches == 0; ++i) {
             vrn_Frame_R_t* raw = nullptr;

@@ -12,13 +12,7 @@ constexpr double kC = 299792458.0;
 // values as the files store them.
 vrn_Metrics_t shippedMetrics(float rangeResolution, float frameTime, uint32_t rxMask)
 {
-    vrn_Metrics_t m{};
-    m.sample_rate_Hz = 1000000;
-    m.rx_mask = rxMask;
-    m.tx_mask = 1;
-    m.tx_power_level = 31;
-    m.if_gain_dB = 33;
-    m.range_resolution_m = rangeResolution;
+    vrn_Metrics_t m = sceneMetrics(rxMask, rangeResolution);
     m.max_range_m = 9.600960731506348f;
     m.max_speed_m_s = 2.450000047683716f;
     m.speed_resolution_m_s = 0.07657016068696976f;

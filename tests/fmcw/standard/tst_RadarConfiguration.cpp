@@ -3,7 +3,8 @@
 // optimal-settings notice, files, the difference test and the recording
 // document.
 
-#include "../FakeVrn.h"
+#include "FakeVrn.h"
+#include "FmcwTestSupport.h"
 
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
@@ -21,13 +22,6 @@
 Q_DECLARE_METATYPE(RadarConstants::Application)
 
 namespace {
-
-void describeChip(RadarDeviceConfiguration& configuration, const QString& name, quint8 rx, quint8 tx)
-{
-    configuration.deviceInfo()->setDeviceName(name);
-    configuration.deviceInfo()->setNumRxAntennas(rx);
-    configuration.deviceInfo()->setNumTxAntennas(tx);
-}
 
 QString lastMessage(const QSignalSpy& spy)
 {
@@ -100,8 +94,8 @@ void TestRadarConfiguration::cleanup()
 
 void TestRadarConfiguration::applyApplication(RadarConstants::Application application, const QString& chip)
 {
-    describeChip(*m_configuration->editedConfiguration(), chip, 3, 1);
-    describeChip(*m_configuration->appliedConfiguration(), chip, 3, 1);
+    describeBoard(*m_configuration->editedConfiguration(), chip);
+    describeBoard(*m_configuration->appliedConfiguration(), chip);
     QVERIFY(m_configuration->applyDefaultConfiguration(application));
     QVERIFY(m_configuration->applyGuiConfiguration());
     QCOMPARE(m_configuration->appliedConfiguration()->application(), application);
@@ -136,7 +130,7 @@ void TestRadarConfiguration::defaultsFollowApplicationAndChip()
     QFETCH(float, rangeResolution);
 
     RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    describeChip(edited, chip, 3, 1);
+    describeBoard(edited, chip);
     QVERIFY(m_configuration->applyDefaultConfiguration(application));
     QCOMPARE(edited.application(), application);
     QCOMPARE(edited.metrics()->frameRepetitionTimeS(), frameTime);
@@ -398,7 +392,7 @@ void TestRadarConfiguration::recordingDocumentRunsWithoutTheBoard()
 
 void TestRadarConfiguration::fileNameProposalNamesChipAndTime()
 {
-    describeChip(*m_configuration->editedConfiguration(), QStringLiteral("KMR7B"), 3, 1);
+    describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7B"));
     QVERIFY(QRegularExpression(QStringLiteral("^KMR7B_Settings_\\d{8}-\\d{6}\\.json$"))
                 .match(m_configuration->suggestGeneralConfigFileName())
                 .hasMatch());

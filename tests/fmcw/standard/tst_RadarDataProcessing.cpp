@@ -2,7 +2,8 @@
 // SDK's processing: frame counting, the refresh interval, calculators that
 // cannot be built, the virtual-antenna choice and the recording limit.
 
-#include "../FakeVrn.h"
+#include "FakeVrn.h"
+#include "FmcwTestSupport.h"
 
 #include "common/ISeriesChartData.h"
 #include "fmcw/common/DeviceInfo.h"
@@ -99,11 +100,8 @@ void TestRadarDataProcessing::init()
     m_core = std::make_unique<CoreUserSettings>();
     m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
     m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
-    for (RadarDeviceConfiguration* c : { m_configuration->editedConfiguration(), m_configuration->appliedConfiguration() }) {
-        c->deviceInfo()->setDeviceName(QStringLiteral("KMR7A"));
-        c->deviceInfo()->setNumRxAntennas(3);
-        c->deviceInfo()->setNumTxAntennas(1);
-    }
+    describeBoard(*m_configuration->editedConfiguration());
+    describeBoard(*m_configuration->appliedConfiguration());
     // No broker: the SDK's processing is out of reach.
     m_processing = std::make_unique<RadarDataProcessing>(nullptr, m_core.get(), m_configuration.get(),
                                                          m_settings.get());

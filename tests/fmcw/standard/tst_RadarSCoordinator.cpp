@@ -2,7 +2,8 @@
 // table with the FIFO-overflow counter, and configuration changes around a
 // running acquisition.
 
-#include "../FakeVrn.h"
+#include "FakeVrn.h"
+#include "FmcwTestSupport.h"
 
 #include "common/ISeriesChartData.h"
 #include "fmcw/common/DeviceInfo.h"
@@ -116,11 +117,8 @@ void TestRadarSCoordinator::init()
     m_core = std::make_unique<CoreUserSettings>();
     m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
     m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
-    for (RadarDeviceConfiguration* c : { m_configuration->editedConfiguration(), m_configuration->appliedConfiguration() }) {
-        c->deviceInfo()->setDeviceName(QStringLiteral("KMR7A"));
-        c->deviceInfo()->setNumRxAntennas(3);
-        c->deviceInfo()->setNumTxAntennas(1);
-    }
+    describeBoard(*m_configuration->editedConfiguration());
+    describeBoard(*m_configuration->appliedConfiguration());
     QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
     m_processing = std::make_unique<FakeProcessing>();
     connect(m_configuration.get(), &IRadarConfiguration::deviceConfigurationUpdated, m_processing.get(),

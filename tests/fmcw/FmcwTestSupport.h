@@ -1,0 +1,24 @@
+#pragma once
+
+// Helpers the FMCW tests share.
+
+#include "frame/RadarEventCode.h"
+
+#include <QString>
+
+class QSignalSpy;
+class RadarDeviceConfiguration;
+
+// A board as the device reports it: chip name and antenna counts. The
+// defaults are the three receivers and one transmitter the chips here have.
+void describeBoard(RadarDeviceConfiguration& config, const QString& chip = QStringLiteral("KMR7A"), quint8 rx = 3,
+                   quint8 tx = 1);
+
+// One triggerEvent(code, message, details) recorded by a spy.
+struct RadarEvent {
+    RadarEventCode code;
+    QString message;
+    QString details;
+};
+
+RadarEvent eventAt(const QSignalSpy& spy, int index);
