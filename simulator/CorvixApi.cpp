@@ -119,11 +119,7 @@ vrn_Error_t stopAcquisition(vrn_Corvix_Handle device)
 
 vrn_Status_t temperature(vrn_Corvix_Handle device, float* celsius)
 {
-    if (!device || !celsius)
-        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
-    if (!device->board->isPlugged())
-        return VRN_STATUS_COMMUNICATION_LOST;
-    return readTemperature(*device->board, celsius);
+    return temperatureOf(device, celsius);
 }
 
 }  // namespace corvix

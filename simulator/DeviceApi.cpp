@@ -254,11 +254,7 @@ vrn_Error_t stopAcquisition(vrn_Device_Handle device, uint8_t* stopped)
 
 vrn_Status_t temperature(vrn_Device_Handle device, float* celsius)
 {
-    if (!device || !celsius)
-        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
-    if (!device->board->isPlugged())
-        return VRN_STATUS_COMMUNICATION_LOST;
-    return readTemperature(*device->board, celsius);
+    return temperatureOf(device, celsius);
 }
 
 vrn_Error_t numRx(vrn_Device_Handle device, uint32_t* count)

@@ -105,4 +105,15 @@ vrn_Status_t openHandle(const char* uuid, bool pulsedDoppler, Handle** out)
 // scheduled fault answers instead.
 vrn_Status_t readTemperature(Board& board, float* celsius);
 
+// The temperature call of a device or ZP7 handle.
+template <typename Handle>
+vrn_Status_t temperatureOf(const Handle* handle, float* celsius)
+{
+    if (!handle || !celsius)
+        return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "device and output must not be null");
+    if (!boardOf(*handle).isPlugged())
+        return VRN_STATUS_COMMUNICATION_LOST;
+    return readTemperature(boardOf(*handle), celsius);
+}
+
 }  // namespace vrnsim

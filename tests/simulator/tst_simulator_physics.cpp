@@ -259,7 +259,8 @@ private slots:
     {
         QFETCH(double, frequency);
         QFETCH(int, bin);
-        QVERIFY(!sdk.sim->load_bench_json(oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), 0.002).constData()));
+        const QByteArray bench = oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), 0.002);
+        QVERIFY(!sdk.sim->load_bench_json(bench.constData()));
         device = sdk.open("phys-1");
         QVERIFY(device);
         vrn_CW_Handle cw = nullptr;

@@ -272,12 +272,8 @@ void RadarDataProcessing::onRadarConfigurationUpdated(RadarDeviceConfiguration* 
             m_presenceResult.reset();
             if (m_broker)
                 m_presenceCalculator = RadarPresenceSensingCalculator::create(*m_broker, *m_utils, *configuration);
-            if (!m_presenceCalculator) {
-                emit triggerEvent(RadarEventCode::Error,
-                                  QStringLiteral("Presence Sensing not configured properly. Processing of data will "
-                                                 "be continued without this step"),
-                                  QStringLiteral("Presence Sensing calculator is NULL"));
-            }
+            if (!m_presenceCalculator)
+                reportMissingCalculator(QStringLiteral("Presence Sensing"), QStringLiteral("Presence Sensing"));
             break;
         case RadarConstants::Segmentation: {
             const RadarDeviceParameters& parameters = *configuration->parameters();
@@ -287,12 +283,8 @@ void RadarDataProcessing::onRadarConfigurationUpdated(RadarDeviceConfiguration* 
                     parameters.numChirpsPerFrame(), RadarConfigurationUtils::bandwidth(parameters),
                     parameters.chirpRepetitionTimeS(), configuration->metrics()->centerFrequencyHz());
             }
-            if (!m_segmentationCalculator) {
-                emit triggerEvent(RadarEventCode::Error,
-                                  QStringLiteral("Segmentation not configured properly. Processing of data will be "
-                                                 "continued without this step"),
-                                  QStringLiteral("Segmentation calculator is NULL"));
-            }
+            if (!m_segmentationCalculator)
+                reportMissingCalculator(QStringLiteral("Segmentation"), QStringLiteral("Segmentation"));
             m_segmentList = configuration->segmentation()->segmentsDegrees();
             if (m_polarChart)
                 m_polarChart->setSegments(m_segmentList);
@@ -334,10 +326,7 @@ void RadarDataProcessing::buildRangeCalculators(RadarDeviceConfiguration* config
     if (m_broker && spectrumSettings)
         m_rangeSpectrumCalculator = RadarRangeSpectrumCalculator::create(*m_broker, *spectrumSettings);
     if (!m_rangeSpectrumCalculator) {
-        emit triggerEvent(RadarEventCode::Error,
-                          QStringLiteral("Range Spectrum not configured properly. Processing of data will be "
-                                         "continued without this step"),
-                          QStringLiteral("Range Spectrum calculator is NULL"));
+        reportMissingCalculator(QStringLiteral("Range Spectrum"), QStringLiteral("Range Spectrum"));
     } else {
         const RadarRangeSpectrumCalculator::Axis axis = m_rangeSpectrumCalculator->calculateDistanceAxis(
             spectrumSettings->fftSize(), parameters.numSamplesPerChirp(), configuration->metrics()->maxRangeM());
@@ -356,14 +345,19 @@ void RadarDataProcessing::buildRangeCalculators(RadarDeviceConfiguration* config
             parameters.chirpRepetitionTimeS(), configuration->metrics()->centerFrequencyHz());
     }
     if (!m_rangeDopplerCalculator) {
-        emit triggerEvent(RadarEventCode::Error,
-                          QStringLiteral("Range Doppler Map not configured properly. Processing of data will be "
-                                         "continued without this step"),
-                          QStringLiteral("Range Doppler calculator is NULL"));
+        reportMissingCalculator(QStringLiteral("Range Doppler Map"), QStringLiteral("Range Doppler"));
     } else {
         m_rangeDopplerChartData->setDimensions(dopplerSettings->dopplerFftSize(), dopplerSettings->rangeFftSize() / 2,
                                                quint32(-dopplerSettings->colorThreshold()));
     }
+}
+
+void RadarDataProcessing::reportMissingCalculator(const QString& step, const QString& calculator)
+{
+    emit triggerEvent(RadarEventCode::Error,
+                      step + QStringLiteral(" not configured properly. Processing of data will be continued without "
+                                            "this step"),
+                      calculator + QStringLiteral(" calculator is NULL"));
 }
 
 void RadarDataProcessing::resetPresenceChart()

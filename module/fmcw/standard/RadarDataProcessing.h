@@ -95,6 +95,9 @@ private:
     void processFrame(const SharedFrame& frame, quint32 number);
     void updateRangeDopplerChartData(const SharedFrame& frame);
     void buildRangeCalculators(RadarDeviceConfiguration* configuration);
+    // Tells the user that `step` is skipped because its calculator could not
+    // be built; processing goes on without it.
+    void reportMissingCalculator(const QString& step, const QString& calculator);
     void onRecorderFinished();
     void onFileRecordingFinished();
     void clearLatestFrame();
