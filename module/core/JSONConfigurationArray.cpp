@@ -7,33 +7,24 @@
 #include <QVariant>
 
 template<typename T>
-JSONConfigurationArray<T>::JSONConfigurationArray(QString name, Getter getter, Setter setter, Validator validator)
-    : m_name(std::move(name))
-    , m_setter(std::move(setter))
-    , m_getter(std::move(getter))
-    , m_validator(std::move(validator))
-{
-}
-
-template<typename T>
 void JSONConfigurationArray<T>::writeToJson(QJsonObject& parent)
 {
-    if (!m_getter)
+    if (!this->m_getter)
         return;
     QJsonArray array;
-    for (const auto& element : m_getter())
+    for (const auto& element : this->m_getter())
         array.append(QJsonValue(static_cast<double>(element)));
-    parent.insert(m_name, array);
+    parent.insert(this->m_name, array);
 }
 
 template<typename T>
 void JSONConfigurationArray<T>::readFromJson(const QJsonObject& parent)
 {
-    if (!m_setter)
+    if (!this->m_setter)
         return;
     using Element = typename T::value_type;
     T values;
-    const QJsonArray array = parent.value(m_name).toArray();
+    const QJsonArray array = parent.value(this->m_name).toArray();
     values.reserve(array.size());
     for (const QJsonValue& json : array) {
         Element element {};
@@ -44,19 +35,17 @@ void JSONConfigurationArray<T>::readFromJson(const QJsonObject& parent)
         }
         values.append(element);
     }
-    m_setter(values);
+    this->m_setter(values);
 }
 
 template<typename T>
 void JSONConfigurationArray<T>::validate(QString& error, const QJsonObject& parent, QStringList path)
 {
-    path.append(m_name);
+    path.append(this->m_name);
     const QString joined = path.join(QLatin1Char('.'));
-    if (!parent.contains(m_name)) {
-        error = QStringLiteral("Mandatory field %1 is missing").arg(joined);
+    if (!this->isPresent(error, parent, joined))
         return;
-    }
-    const QJsonValue value = parent.value(m_name);
+    const QJsonValue value = parent.value(this->m_name);
     if (!value.isArray()) {
         error = QStringLiteral("Field %1 is not an JSON array").arg(joined);
         return;
@@ -74,13 +63,7 @@ void JSONConfigurationArray<T>::validate(QString& error, const QJsonObject& pare
         }
         values.append(element);
     }
-    if (m_validator) {
-        const QString validationError = m_validator(values);
-        if (!validationError.isEmpty()) {
-            error = QStringLiteral("Field %1 validation error: %2").arg(joined, validationError);
-            return;
-        }
-    }
+    this->checkValue(error, joined, values);
 }
 
 template class JSONConfigurationArray<QVector<qint32>>;

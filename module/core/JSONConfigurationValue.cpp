@@ -20,28 +20,19 @@ QJsonValue toJson(const QString& value) { return QJsonValue(value); }
 }
 
 template<typename T>
-JSONConfigurationValue<T>::JSONConfigurationValue(QString name, Getter getter, Setter setter, Validator validator)
-    : m_name(std::move(name))
-    , m_setter(std::move(setter))
-    , m_getter(std::move(getter))
-    , m_validator(std::move(validator))
-{
-}
-
-template<typename T>
 void JSONConfigurationValue<T>::writeToJson(QJsonObject& parent)
 {
-    if (!m_getter)
+    if (!this->m_getter)
         return;
-    parent.insert(m_name, toJson(m_getter()));
+    parent.insert(this->m_name, toJson(this->m_getter()));
 }
 
 template<typename T>
 void JSONConfigurationValue<T>::readFromJson(const QJsonObject& parent)
 {
-    if (!m_setter)
+    if (!this->m_setter)
         return;
-    const QJsonValue json = parent.value(m_name);
+    const QJsonValue json = parent.value(this->m_name);
     T value {};
     QString ignored;
     // The strict conversion comes first so that reading agrees with what
@@ -53,31 +44,23 @@ void JSONConfigurationValue<T>::readFromJson(const QJsonObject& parent)
         else
             value = T {};
     }
-    m_setter(value);
+    this->m_setter(value);
 }
 
 template<typename T>
 void JSONConfigurationValue<T>::validate(QString& error, const QJsonObject& parent, QStringList path)
 {
-    path.append(m_name);
+    path.append(this->m_name);
     const QString joined = path.join(QLatin1Char('.'));
-    if (!parent.contains(m_name)) {
-        error = QStringLiteral("Mandatory field %1 is missing").arg(joined);
+    if (!this->isPresent(error, parent, joined))
         return;
-    }
     T value {};
     QString conversionError;
-    if (!JSONElementConversion::fromJson(parent.value(m_name), value, conversionError)) {
+    if (!JSONElementConversion::fromJson(parent.value(this->m_name), value, conversionError)) {
         error = QStringLiteral("Field %1 type error: %2").arg(joined, conversionError);
         return;
     }
-    if (m_validator) {
-        const QString validationError = m_validator(value);
-        if (!validationError.isEmpty()) {
-            error = QStringLiteral("Field %1 validation error: %2").arg(joined, validationError);
-            return;
-        }
-    }
+    this->checkValue(error, joined, value);
 }
 
 template class JSONConfigurationValue<bool>;

@@ -1,34 +1,22 @@
 #pragma once
 
-#include "core/IJSONConfigurationNode.h"
+#include "core/JSONConfigurationLeaf.h"
 
 #include <QString>
 
-#include <functional>
-
-// A leaf bound to one field of a live object through its getter, setter and
-// validator. The validator returns an empty text for an acceptable value.
+// A leaf bound to one field of a live object, stored as a JSON boolean,
+// number or text.
 template<typename T>
-class JSONConfigurationValue : public IJSONConfigurationNode
+class JSONConfigurationValue : public JSONConfigurationLeaf<T>
 {
 public:
-    using Getter = std::function<T()>;
-    using Setter = std::function<void(const T&)>;
-    using Validator = std::function<QString(const T&)>;
-
-    JSONConfigurationValue(QString name, Getter getter, Setter setter, Validator validator);
+    using JSONConfigurationLeaf<T>::JSONConfigurationLeaf;
 
     void writeToJson(QJsonObject& parent) override;
     // Never fails: a value that cannot be converted reads as T's default.
     // Callers validate the document first.
     void readFromJson(const QJsonObject& parent) override;
     void validate(QString& error, const QJsonObject& parent, QStringList path) override;
-
-private:
-    QString m_name;
-    Setter m_setter;
-    Getter m_getter;
-    Validator m_validator;
 };
 
 // The bodies live in the .cpp with one explicit instantiation per supported
