@@ -286,14 +286,8 @@ vrn_Status_t capture(vrn_CW_Handle handle, vrn_Frame_R_t* frame)
     std::lock_guard<std::mutex> lock(handle->mutex);
     const vrn_CW_Config_t& config = handle->config;
     const uint32_t channels = bitCount(config.rx_mask);
-    const uint32_t capacity = FrameMemory::frameChannels(frame);
-    if (frame->num_rx == 0 && capacity == channels)
-        frame->num_rx = capacity;
-    bool fits = frame->num_rx == channels && frame->rx_data;
-    for (uint32_t i = 0; fits && i < channels; ++i) {
-        const vrn_Matrix_R_s* m = frame->rx_data[i];
-        fits = m && m->data && m->rows >= 1 && m->cols == config.num_samples;
-    }
+    const bool fits = FrameMemory::holds(
+        frame, channels, [&](const vrn_Matrix_R_s& m) { return m.rows >= 1 && m.cols == config.num_samples; });
     if (!fits)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT,
                                  "a CW frame needs " + std::to_string(channels) + " channels of 1 x " +

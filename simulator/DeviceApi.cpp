@@ -208,16 +208,9 @@ vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t 
         std::lock_guard<std::mutex> synthLock(device->synthMutex);
         channels = device->synth.channelCount();
     }
-    // A frame whose user zeroed num_rx after clearing it is still ours to fill.
-    const uint32_t capacity = FrameMemory::frameChannels(frame);
-    if (frame->num_rx == 0 && capacity == channels)
-        frame->num_rx = capacity;
-    bool fits = frame->num_rx == channels && frame->rx_data;
-    for (uint32_t i = 0; fits && i < channels; ++i) {
-        const vrn_Matrix_R_s* m = frame->rx_data[i];
-        fits = m && m->data && m->rows == config.num_chirps_per_frame && m->cols == config.num_samples_per_chirp &&
-               m->stride >= m->cols;
-    }
+    const bool fits = FrameMemory::holds(frame, channels, [&](const vrn_Matrix_R_s& m) {
+        return m.rows == config.num_chirps_per_frame && m.cols == config.num_samples_per_chirp && m.stride >= m.cols;
+    });
     if (!fits)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT,
                                  "the frame does not have the configured shape of " + std::to_string(channels) +

@@ -478,15 +478,8 @@ void RadarDataProcessing::startRecording()
     std::shared_ptr<RadarRecorder> recorder = createRecorder(frameLimit, kRecorderBufferFrames);
     m_fileRecording = createFileRecording(m_recordingSource.get(), base + QStringLiteral(".json"),
                                           base + QStringLiteral(".raw.bin"));
-    if (settings.txtFile()) {
-        m_fileParsing = createFileConverter();
-        connect(m_fileParsing.get(), &RadarFileParsing::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
-        connect(m_fileParsing.get(), &RadarFileParsing::errorDetected, this, &RadarDataProcessing::onParserError);
-        connect(m_fileParsing.get(), &RadarFileParsing::finished, this, [this] {
-            if (m_fileParsing)
-                m_fileParsing.release()->deleteLater();
-        });
-    }
+    if (settings.txtFile())
+        setUpFileParsing();
     std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder;
     if (applied.application() == RadarConstants::PresenceSensing) {
         presenceRecorder = createPresenceRecorder(RadarPresenceSensingRecorder::filePathFor(base));
@@ -568,6 +561,12 @@ bool RadarDataProcessing::convertRecordingToText(const QString& binPath, const Q
 {
     if (m_fileParsing)
         return false;
+    setUpFileParsing();
+    return m_fileParsing->start(binPath, txtPath);
+}
+
+void RadarDataProcessing::setUpFileParsing()
+{
     m_fileParsing = createFileConverter();
     connect(m_fileParsing.get(), &RadarFileParsing::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
     connect(m_fileParsing.get(), &RadarFileParsing::errorDetected, this, &RadarDataProcessing::onParserError);
@@ -575,7 +574,6 @@ bool RadarDataProcessing::convertRecordingToText(const QString& binPath, const Q
         if (m_fileParsing)
             m_fileParsing.release()->deleteLater();
     });
-    return m_fileParsing->start(binPath, txtPath);
 }
 
 void RadarDataProcessing::onParserError(QString message, QString details)

@@ -98,6 +98,9 @@ private:
     // Tells the user that `step` is skipped because its calculator could not
     // be built; processing goes on without it.
     void reportMissingCalculator(const QString& step, const QString& calculator);
+    // A text converter that reports to our listeners and deletes itself
+    // once it has finished.
+    void setUpFileParsing();
     void onRecorderFinished();
     void onFileRecordingFinished();
     void clearLatestFrame();
