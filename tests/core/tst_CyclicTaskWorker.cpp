@@ -1,31 +1,37 @@
 #include "core/CyclicTaskWorker.h"
 
-#include <QMutex>
 #include <QSemaphore>
 #include <QtTest>
 
 #include <atomic>
+#include <mutex>
+#include <vector>
 
 namespace {
 
 // Records what the worker's thread did, readable from the test's thread.
+// A standard mutex and container, whose hand-over thread checkers can
+// follow; a shared QStringList would be released outside the lock.
 class Journal
 {
 public:
     void add(const QString& entry)
     {
-        QMutexLocker lock(&m_mutex);
-        m_entries.append(entry);
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_entries.push_back(entry);
     }
     QStringList entries() const
     {
-        QMutexLocker lock(&m_mutex);
-        return m_entries;
+        std::lock_guard<std::mutex> lock(m_mutex);
+        QStringList entries;
+        for (const QString& entry : m_entries)
+            entries.append(entry);
+        return entries;
     }
 
 private:
-    mutable QMutex m_mutex;
-    QStringList m_entries;
+    mutable std::mutex m_mutex;
+    std::vector<QString> m_entries;
 };
 
 }
