@@ -1,5 +1,6 @@
 #include "core/CyclicTaskWorker.h"
 
+#include <QDebug>
 #include <QThread>
 
 namespace {
@@ -34,7 +35,13 @@ void CyclicTaskWorker::start()
     // thread as it finishes, so that a later start() can move us again and
     // the owner never holds an object that lives in a deleted thread.
     connect(
-        m_thread, &QThread::finished, this, [this, owner] { moveToThread(owner); }, Qt::DirectConnection);
+        m_thread, &QThread::finished, this,
+        [this, owner] {
+            moveToThread(owner);
+            m_handedBack.store(true, std::memory_order_release);
+        },
+        Qt::DirectConnection);
+    m_handedBack.store(false, std::memory_order_relaxed);
     m_thread->start(QThread::TimeCriticalPriority);
 }
 
@@ -49,6 +56,8 @@ void CyclicTaskWorker::stop()
             m_thread->terminate();
             m_thread->wait();
         }
+        if (!m_handedBack.load(std::memory_order_acquire))
+            qWarning() << "The worker thread ended without handing the worker back";
     }
     delete m_thread;
     m_thread = nullptr;

@@ -2,6 +2,7 @@
 
 #include "core/IWorker.h"
 
+#include <atomic>
 #include <functional>
 
 class QThread;
@@ -39,4 +40,10 @@ private:
     Hook m_onStart;
     Hook m_onFinish;
     QThread* m_thread = nullptr;
+    // The worker's thread sets it as the last thing it does with this
+    // object; stop() reads it once the thread has ended. QThread::wait()
+    // synchronises inside Qt, where thread checkers cannot see it: this
+    // pair makes the hand-back of the task, the hooks and everything they
+    // touched visible to them as well.
+    std::atomic<bool> m_handedBack { false };
 };
