@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -18,6 +19,10 @@ const QString kCannotRead = QStringLiteral("Cannot read data from file!");
 // The longest a waiting fetch goes without looking at its thread's stop
 // request.
 constexpr auto kWaitSlice = std::chrono::milliseconds(50);
+// The longest frame period a recording may state. Only a damaged header
+// says more (or no number at all), and converting such a period to the
+// clock's nanoseconds would overflow.
+constexpr float kMaxFramePeriodS = 3600.0f;
 } // namespace
 
 RadarPlayback::RadarPlayback(const Vrn* vrn, IRadarConfiguration* configuration, IRadarDataProcessing* processing,
@@ -67,7 +72,8 @@ bool RadarPlayback::open(const QString& basePath)
         m_fileOpen = true;
     }
     const quint32 perChannel = header.chirpsPerFrame * header.samplesPerChirp;
-    if (perChannel == 0 || header.samplesPerFrame == 0 || header.samplesPerFrame % perChannel != 0) {
+    if (perChannel == 0 || header.samplesPerFrame == 0 || header.samplesPerFrame % perChannel != 0
+        || !std::isfinite(header.framePeriodSec) || header.framePeriodSec > kMaxFramePeriodS) {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_file.close();
         m_fileOpen = false;

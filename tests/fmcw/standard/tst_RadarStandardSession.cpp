@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <limits>
+
 namespace {
 
 const char* const kBoard = "1f3c-0001";
@@ -67,6 +69,8 @@ private slots:
     void recordingStopsAtItsLimit();
     void playbackReproducesTheRecordedFramesInOrder();
     void pausedPlaybackStepsOneFrameAtATime();
+    void playbackOfAFramePeriodTheClockCannotHold_data();
+    void playbackOfAFramePeriodTheClockCannotHold();
     void unplugWhileRecordingKeepsEveryFrameBefore();
     void applyDuringAcquisitionRestartsFrameNumbering();
     void refusedConfigurationFileLeavesTheRunningOne();
@@ -312,6 +316,46 @@ void TestRadarStandardSession::pausedPlaybackStepsOneFrameAtATime()
     QVERIFY(!playback.isPaused());
     QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
     QCOMPARE(highest(), 8);
+}
+
+void TestRadarStandardSession::playbackOfAFramePeriodTheClockCannotHold_data()
+{
+    QTest::addColumn<float>("framePeriodS");
+    QTest::addColumn<bool>("playable");
+    QTest::newRow("an hour") << 3600.0f << true;
+    QTest::newRow("more than an hour") << 1.0e30f << false;
+    QTest::newRow("infinite") << std::numeric_limits<float>::infinity() << false;
+    QTest::newRow("not a number") << std::numeric_limits<float>::quiet_NaN() << false;
+}
+
+void TestRadarStandardSession::playbackOfAFramePeriodTheClockCannotHold()
+{
+    QFETCH(float, framePeriodS);
+    QFETCH(bool, playable);
+    connectBoard(QStringLiteral("unpaced"));
+    const QString name = QStringLiteral("period-%1").arg(QTest::currentDataTag()).replace(' ', '-');
+    record(name, 3);
+    // The same frames behind a damaged frame period.
+    Recording recording;
+    const QString base = m_dir.filePath(name);
+    QVERIFY(readRecording(base, recording));
+    recording.header.framePeriodSec = framePeriodS;
+    RadarBinFile file;
+    QVERIFY(file.open(base + QStringLiteral(".raw.bin"), QIODevice::WriteOnly | QIODevice::Truncate));
+    QVERIFY(file.writeHeader(recording.header));
+    QVERIFY(file.writeFrames(quint32(recording.frames.size()), recording.header.samplesPerFrame, recording.frames));
+    file.close();
+
+    IPlayback& playback = *m_host->playbackRegister().playbacks().first();
+    QSignalSpy messages(&playback, SIGNAL(enqueueUserMessage(QString, QString)));
+    QCOMPARE(playback.open(base), playable);
+    if (playable) {
+        QCOMPARE(playback.totalFramesNumber(), 3u);
+        QVERIFY(messages.isEmpty());
+    } else {
+        QCOMPARE(messages.count(), 1);
+        QCOMPARE(messages.first().at(0).toString(), QStringLiteral("This file for playback is not supported"));
+    }
 }
 
 void TestRadarStandardSession::unplugWhileRecordingKeepsEveryFrameBefore()
