@@ -34,6 +34,8 @@
 
 namespace {
 constexpr int kRecorderBufferFrames = 32;
+// The frame count's half of the numbering word.
+constexpr quint64 kCountMask = 0xffffffffu;
 // Objects with signal connections to this thread die on this thread, even
 // when the worker held the last reference.
 template <typename T>
@@ -96,14 +98,15 @@ bool RadarDataProcessing::isRecordingActive() const
 
 void RadarDataProcessing::resetFrameCounter()
 {
-    ++m_numbering;
-    m_frameCounter = 0;
+    quint64 current = m_numbering.load();
+    while (!m_numbering.compare_exchange_weak(current, ((current >> 32) + 1) << 32)) {
+    }
     emit frameNumberChanged(0);
 }
 
 void RadarDataProcessing::onFrameCounted(quint32 generation, int frameNumber)
 {
-    if (generation == m_numbering.load())
+    if (generation == quint32(m_numbering.load() >> 32))
         emit frameNumberChanged(frameNumber);
 }
 
@@ -127,10 +130,13 @@ bool RadarDataProcessing::processCycle()
         std::lock_guard<std::mutex> lock(m_frameMutex);
         m_latestFrame = result.owner;
     }
-    const quint32 number = m_frameCounter.load();
+    // Takes the frame's number; the count wraps within its own half.
+    quint64 taken = m_numbering.load();
+    while (!m_numbering.compare_exchange_weak(taken, (taken & ~kCountMask) | ((taken + 1) & kCountMask))) {
+    }
+    const quint32 number = quint32(taken & kCountMask);
     processFrame(result.owner, number);
-    m_frameCounter = number + 1;
-    emit frameCounted(m_numbering.load(), int(number + 1));
+    emit frameCounted(quint32(taken >> 32), int(number + 1));
 
     if (m_refreshTimer.elapsed() > m_refreshIntervalMs.load()) {
         emit updateChartsData();

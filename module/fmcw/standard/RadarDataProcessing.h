@@ -50,7 +50,7 @@ public:
     bool isRecordingActive() const override;
     void startAcquisition() override;
     void stopAcquisition() override;
-    quint32 frameNumber() const override { return m_frameCounter.load(); }
+    quint32 frameNumber() const override { return quint32(m_numbering.load()); }
     void resetFrameCounter() override;
     void resetCalculators() override;
     void attachChartItem(Constants::Chart chartType, QObject* item) override;
@@ -118,10 +118,12 @@ private:
 
     std::mutex m_frameMutex;
     SharedFrame m_latestFrame;
-    std::atomic<quint32> m_frameCounter { 0 };
-    // Bumped by every reset, so counts still queued from before it are
-    // dropped instead of reaching the pages after the new 0.
-    std::atomic<quint32> m_numbering { 0 };
+    // Frames counted in the low half, the numbering in the high half; every
+    // reset starts a new numbering, so counts still queued from before it
+    // are dropped instead of reaching the pages after the new 0. One word,
+    // so that the worker takes a frame's number and its numbering in one
+    // step and a reset cannot be undone by a frame already under way.
+    std::atomic<quint64> m_numbering { 0 };
     QPixmap m_rangeDopplerPixmap;
 
     std::mutex m_chainMutex; // guards the five below

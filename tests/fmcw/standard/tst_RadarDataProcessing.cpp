@@ -14,9 +14,17 @@
 #include "fmcw/standard/RadarUserSettings.h"
 #include "host/CoreUserSettings.h"
 
+#include "host/RecordingUserSettings.h"
+#include "recording/RadarRecorder.h"
+
 #include <QMutex>
+#include <QScopeGuard>
+#include <QSemaphore>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <atomic>
 
 Q_DECLARE_METATYPE(RadarConstants::Application)
 
@@ -57,6 +65,36 @@ RadarFrameResult delivered(SharedFrame frame)
     return RadarFrameResult { true, frame.get(), frame };
 }
 
+// Records one frame per buffer and holds the worker inside the chosen
+// frames' hand-over until the test lets it go: the owner's thread can then
+// act while a frame is under way.
+class HoldingProcessing : public RadarDataProcessing
+{
+public:
+    using RadarDataProcessing::RadarDataProcessing;
+    QVector<int> heldFrames;
+    QSemaphore held;
+    QSemaphore released;
+
+    std::shared_ptr<RadarRecorder> createRecorder(quint32 frameLimit, int) override
+    {
+        std::shared_ptr<RadarRecorder> recorder = RadarDataProcessing::createRecorder(frameLimit, 1);
+        connect(
+            recorder.get(), &RadarRecorder::bufferReady, recorder.get(),
+            [this](RadarBufferPtr) {
+                if (heldFrames.contains(m_handedOver++)) {
+                    held.release();
+                    released.acquire();
+                }
+            },
+            Qt::DirectConnection);
+        return recorder;
+    }
+
+private:
+    std::atomic<int> m_handedOver { 0 };
+};
+
 } // namespace
 
 class TestRadarDataProcessing : public QObject
@@ -70,6 +108,7 @@ private slots:
     void calculatorsThatCannotBeBuiltAreReported_data();
     void calculatorsThatCannotBeBuiltAreReported();
     void emptyFramesAreNotCounted();
+    void resetWhileAFrameIsUnderWayRestartsTheCount();
     void chartsRefreshNoMoreOftenThanTheInterval_data();
     void chartsRefreshNoMoreOftenThanTheInterval();
     void virtualAntennaIndex_data();
@@ -160,6 +199,36 @@ void TestRadarDataProcessing::emptyFramesAreNotCounted()
     QCOMPARE(numbers.at(0).at(0).toInt(), 0);
     QCOMPARE(numbers.at(1).at(0).toInt(), 1);
     QCOMPARE(numbers.at(2).at(0).toInt(), 2);
+}
+
+void TestRadarDataProcessing::resetWhileAFrameIsUnderWayRestartsTheCount()
+{
+    QTemporaryDir dir;
+    m_core->recordingUserSettings()->setRecordingPath(dir.path());
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+    QVERIFY(m_configuration->applyGuiConfiguration());
+    HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
+    processing.heldFrames = { 2, 3 };
+    QVector<RadarFrameResult> script;
+    for (int i = 0; i < 6; ++i)
+        script.append(delivered(makeFrame()));
+    ScriptedProvider provider(script);
+    processing.setDataProvider(&provider);
+    // A failed check must not leave the worker held with the chain locked.
+    const auto letGo = qScopeGuard([&processing] { processing.released.release(100); });
+    processing.startRecording();
+    QVERIFY(processing.isRecordingActive());
+    processing.startAcquisition();
+
+    // The third frame has its number and is being recorded.
+    QVERIFY(processing.held.tryAcquire(1, 5000));
+    processing.resetFrameCounter();
+    processing.released.release();
+    // The fourth frame is the first of the new count.
+    QVERIFY(processing.held.tryAcquire(1, 5000));
+    QCOMPARE(processing.frameNumber(), 1u);
+    processing.released.release();
+    processing.stopAcquisition();
 }
 
 void TestRadarDataProcessing::chartsRefreshNoMoreOftenThanTheInterval_data()
