@@ -30,6 +30,7 @@
 #include "recording/RadarRecorder.h"
 
 #include <QDebug>
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -42,6 +43,17 @@ template <typename T>
 std::shared_ptr<T> makeQObjectShared(T* object)
 {
     return std::shared_ptr<T>(object, [](T* o) { o->deleteLater(); });
+}
+
+// Durations and frame times are decimal values the user typed, held as
+// floats: 30 s / 0.3 s comes out as 99.9999..., 7 s / 0.7 s as 10.0000002.
+// A quotient within a millionth of a whole number is that number, so the
+// floor and ceiling taken of it count the periods the user meant.
+double periodsIn(double seconds, float periodS)
+{
+    const double quotient = seconds / double(periodS);
+    const double whole = std::round(quotient);
+    return std::abs(quotient - whole) <= 1.0e-6 * whole ? whole : quotient;
 }
 } // namespace
 
@@ -209,11 +221,17 @@ void RadarDataProcessing::onUpdateChartsData()
 quint32 RadarDataProcessing::virtualAntennaIndex(int txIndex, int rxIndex, quint32 txMask, quint32 rxMask,
                                                  int numRxAntennas)
 {
+    // The masks hold 32 antennas; the page may hand over any index, and one
+    // beyond the masks names no enabled antenna (shifting by it is undefined).
+    constexpr int kMaskBits = 32;
+    if (txIndex < 0 || txIndex >= kMaskBits || rxIndex < 0 || rxIndex >= kMaskBits)
+        return 0;
+    const int receivers = std::min(numRxAntennas, kMaskBits);
     quint32 index = 0;
     for (int tx = 0; tx <= txIndex; ++tx) {
         if (!(txMask & (1u << tx)))
             continue;
-        for (int rx = 0; rx < numRxAntennas; ++rx) {
+        for (int rx = 0; rx < receivers; ++rx) {
             if (tx == txIndex && rx == rxIndex)
                 return index;
             if (rxMask & (1u << rx))
@@ -371,7 +389,7 @@ void RadarDataProcessing::resetPresenceChart()
     // Called with the chain mutex held (cycle) or while the worker is stopped.
     if (!m_presenceCalculator || m_frameRepetitionTimeS <= 0.0f)
         return;
-    m_presenceChartData->setCapacity(int(std::floor(30.0 / double(m_frameRepetitionTimeS))) + 1);
+    m_presenceChartData->setCapacity(presenceHistoryCapacity(m_frameRepetitionTimeS));
 }
 
 void RadarDataProcessing::attachChartItem(Constants::Chart chartType, QObject* item)
@@ -441,7 +459,15 @@ quint32 RadarDataProcessing::recordingFrameLimit(const RecordingUserSettings& se
         return settings.numOfFrames();
     const double seconds = settings.milliseconds() * 0.001 + settings.seconds() + settings.minutes() * 60.0
         + settings.hours() * 3600.0;
-    return quint32(std::ceil(seconds * (1.0 / double(frameRepetitionTimeS))));
+    return quint32(std::ceil(periodsIn(seconds, frameRepetitionTimeS)));
+}
+
+int RadarDataProcessing::presenceHistoryCapacity(float frameRepetitionTimeS)
+{
+    if (!(frameRepetitionTimeS > 0.0f))
+        return 0;
+    // Thirty seconds of history, both ends included.
+    return int(std::floor(periodsIn(30.0, frameRepetitionTimeS))) + 1;
 }
 
 std::shared_ptr<RadarRecorder> RadarDataProcessing::createRecorder(quint32 frameLimit, int bufferSize)

@@ -77,6 +77,8 @@ public:
     static quint32 virtualAntennaIndex(int txIndex, int rxIndex, quint32 txMask, quint32 rxMask, int numRxAntennas);
     // The frame limit of a recording from the host's settings.
     static quint32 recordingFrameLimit(const RecordingUserSettings& settings, float frameRepetitionTimeS);
+    // Points of the presence history: 30 s of frames, both ends included.
+    static int presenceHistoryCapacity(float frameRepetitionTimeS);
 
 signals:
     void updateChartsData();

@@ -115,6 +115,8 @@ private slots:
     void virtualAntennaIndex();
     void recordingFrameLimit_data();
     void recordingFrameLimit();
+    void presenceHistorySpansThirtySeconds_data();
+    void presenceHistorySpansThirtySeconds();
     void chartDataByType_data();
     void chartDataByType();
     void polarChartMustExist();
@@ -273,6 +275,9 @@ void TestRadarDataProcessing::virtualAntennaIndex_data()
     QTest::newRow("Tx2 after three receivers") << 1 << 0 << 0x3u << 0x7u << 3u;
     QTest::newRow("Tx2 Rx2 with Rx1 off") << 1 << 1 << 0x3u << 0x6u << 2u;
     QTest::newRow("disabled transmitter") << 1 << 0 << 0x1u << 0x7u << 0u;
+    QTest::newRow("transmitter beyond the masks") << 32 << 0 << 0x1u << 0x7u << 0u;
+    QTest::newRow("receiver beyond the masks") << 0 << 33 << 0x1u << 0x7u << 0u;
+    QTest::newRow("negative transmitter") << -1 << 0 << 0x1u << 0x7u << 0u;
 }
 
 void TestRadarDataProcessing::virtualAntennaIndex()
@@ -296,6 +301,9 @@ void TestRadarDataProcessing::recordingFrameLimit_data()
     QTest::newRow("2 s at 0.1 s") << true << 2 << 0 << 0.1f << 20u;
     QTest::newRow("1.5 s at 0.5 s") << true << 1 << 500 << 0.5f << 3u;
     QTest::newRow("250 ms at 0.1 s rounds up") << true << 0 << 250 << 0.1f << 3u;
+    QTest::newRow("7 s at 0.7 s") << true << 7 << 0 << 0.7f << 10u;
+    QTest::newRow("9 s at 0.9 s") << true << 9 << 0 << 0.9f << 10u;
+    QTest::newRow("7 s at 0.35 s") << true << 7 << 0 << 0.35f << 20u;
 }
 
 void TestRadarDataProcessing::recordingFrameLimit()
@@ -310,6 +318,25 @@ void TestRadarDataProcessing::recordingFrameLimit()
     settings.setTimeLimitOnRecording(timeLimit);
     settings.setDuration(0, 0, quint32(seconds), quint32(milliseconds));
     QCOMPARE(RadarDataProcessing::recordingFrameLimit(settings, frameTime), frames);
+}
+
+void TestRadarDataProcessing::presenceHistorySpansThirtySeconds_data()
+{
+    QTest::addColumn<float>("frameTime");
+    QTest::addColumn<int>("points");
+    QTest::newRow("0.5 s") << 0.5f << 61;
+    QTest::newRow("0.1 s") << 0.1f << 301;
+    QTest::newRow("0.3 s") << 0.3f << 101;
+    QTest::newRow("0.15 s") << 0.15f << 201;
+    QTest::newRow("0.7 s") << 0.7f << 43;
+    QTest::newRow("no frame time") << 0.0f << 0;
+}
+
+void TestRadarDataProcessing::presenceHistorySpansThirtySeconds()
+{
+    QFETCH(float, frameTime);
+    QFETCH(int, points);
+    QCOMPARE(RadarDataProcessing::presenceHistoryCapacity(frameTime), points);
 }
 
 void TestRadarDataProcessing::chartDataByType_data()
