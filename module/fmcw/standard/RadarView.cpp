@@ -1,6 +1,9 @@
 #include "fmcw/standard/RadarView.h"
 
+#include "fmcw/common/Metrics.h"
+#include "fmcw/common/PresenceSensingConfig.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/common/SegmentationConfiguration.h"
 #include "fmcw/standard/IRadarConfiguration.h"
 #include "fmcw/standard/IRadarDataProcessing.h"
 #include "fmcw/standard/IRadarSCoordinator.h"
@@ -48,6 +51,19 @@ RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* confi
         changeRevertApplyAvailability();
         emit radarConfigurationUpdated();
     });
+
+    // The pages write into the edited copy directly: every edit may make it
+    // differ from the applied copy, or match it again. The derived scene
+    // values are compared too but announce no edit of their own.
+    RadarDeviceConfiguration* edited = m_configuration->editedConfiguration();
+    connect(edited, &RadarDeviceConfiguration::applicationChanged, this, &RadarView::changeRevertApplyAvailability);
+    connect(edited->metrics(), &Metrics::guiParamChanged, this, &RadarView::changeRevertApplyAvailability);
+    connect(edited->metrics(), &Metrics::sampleRateHzChanged, this, &RadarView::changeRevertApplyAvailability);
+    connect(edited->metrics(), &Metrics::centerFrequencyHzChanged, this, &RadarView::changeRevertApplyAvailability);
+    connect(edited->presenceSensing(), &PresenceSensingConfig::guiParamChanged, this,
+            &RadarView::changeRevertApplyAvailability);
+    connect(edited->segmentation(), &SegmentationConfiguration::guiParamChanged, this,
+            &RadarView::changeRevertApplyAvailability);
 
     if (m_playback) {
         connect(m_playback, &IPlayback::isActiveChanged, this, &RadarView::playbackActiveChanged);

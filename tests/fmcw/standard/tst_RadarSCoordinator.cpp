@@ -14,6 +14,7 @@
 #include "fmcw/standard/RadarConfiguration.h"
 #include "fmcw/standard/RadarSCoordinator.h"
 #include "fmcw/standard/RadarUserSettings.h"
+#include "fmcw/standard/RadarView.h"
 #include "host/CoreUserSettings.h"
 #include "recording/RadarFileParsing.h"
 #include "recording/RadarFileRecording.h"
@@ -93,6 +94,8 @@ private slots:
     void applyDuringAcquisitionRestartsIt_data();
     void applyDuringAcquisitionRestartsIt();
     void refusedFileDoesNotInterruptAcquisition();
+    void revertApplyFollowsEdits_data();
+    void revertApplyFollowsEdits();
 
 private:
     std::unique_ptr<FakeVrn> m_fake;
@@ -235,6 +238,51 @@ void TestRadarSCoordinator::refusedFileDoesNotInterruptAcquisition()
     QVERIFY(!m_coordinator->applyConfiguration(QStringLiteral("/nonexistent/settings.json")));
     QCOMPARE(m_processing->calls, QStringList { "start" });
     QVERIFY(m_coordinator->isAcquisitionActive());
+}
+
+void TestRadarSCoordinator::revertApplyFollowsEdits_data()
+{
+    QTest::addColumn<QString>("edit");
+    QTest::addColumn<bool>("available");
+    QTest::newRow("frame time") << "frame" << true;
+    QTest::newRow("frame time within tolerance") << "frameTolerance" << false;
+    QTest::newRow("maximum range") << "range" << true;
+    QTest::newRow("derived sample rate") << "sampleRate" << true;
+    QTest::newRow("application") << "application" << true;
+}
+
+void TestRadarSCoordinator::revertApplyFollowsEdits()
+{
+    QFETCH(QString, edit);
+    QFETCH(bool, available);
+    QVERIFY(m_coordinator->applyGuiConfiguration());
+    RadarView view(m_coordinator.get(), m_configuration.get(), m_processing.get(), nullptr, m_settings.get());
+    QSignalSpy changes(&view, &RadarView::revertApplyAvailableChanged);
+
+    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+    Metrics& metrics = *edited.metrics();
+    const float frameTime = metrics.frameRepetitionTimeS();
+    const float maxRange = metrics.maxRangeM();
+    const quint32 sampleRate = metrics.sampleRateHz();
+    auto change = [&](bool undo) {
+        if (edit == QLatin1String("frame"))
+            metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.01f);
+        else if (edit == QLatin1String("frameTolerance"))
+            metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.0005f);
+        else if (edit == QLatin1String("range"))
+            metrics.setMaxRangeM(undo ? maxRange : maxRange + 1.0f);
+        else if (edit == QLatin1String("sampleRate"))
+            metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
+        else
+            edited.setApplication(undo ? RadarConstants::None : RadarConstants::PresenceSensing);
+    };
+
+    change(false);
+    QCOMPARE(view.revertApplyAvailable(), available);
+    QCOMPARE(changes.count(), available ? 1 : 0);
+    change(true);
+    QVERIFY(!view.revertApplyAvailable());
+    QCOMPARE(changes.count(), available ? 2 : 0);
 }
 
 QTEST_MAIN(TestRadarSCoordinator)
