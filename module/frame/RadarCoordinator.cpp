@@ -44,13 +44,33 @@ QSet<QString> RadarCoordinator::modesOf(vrn_Device_Shield_Type_t type) const
     return modes;
 }
 
+bool RadarCoordinator::forwardConnect(IRadarSubmoduleCoordinator* coordinator, const QString& uuid,
+                                      vrn_Device_Shield_Type_t type)
+{
+    const bool connected = coordinator->connectDevice(uuid, type);
+    if (connected && coordinator->isConnected() && m_active != coordinator) {
+        // A mode coordinator that still held a board lets it go before it
+        // takes the new one; that disconnection cleared the active
+        // coordinator here and its "connected" went unheard. Take it back,
+        // or the pages would show no board while this one streams.
+        activate(coordinator);
+        emit userModesChanged(modesOf(type));
+        emit isConnectedChanged(true);
+    } else if (!connected && m_active == coordinator && !coordinator->isConnected()) {
+        // A board that could not be opened leaves nothing active, so the
+        // next board is routed by its own type and a mode cannot be chosen
+        // without a board.
+        deactivate();
+        emit userModesChanged({});
+    }
+    refreshConnectedDevice();
+    return connected;
+}
+
 bool RadarCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type)
 {
-    if (m_active) {
-        const bool connected = m_active->connectDevice(uuid, type);
-        refreshConnectedDevice();
-        return connected;
-    }
+    if (m_active)
+        return forwardConnect(m_active, uuid, type);
 
     IRadarSubmoduleCoordinator* coordinator = nullptr;
     const Key key { type, m_userMode };
@@ -67,9 +87,7 @@ bool RadarCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Type
 
     if (!m_active)
         return false;
-    const bool connected = m_active->connectDevice(uuid, type);
-    refreshConnectedDevice();
-    return connected;
+    return forwardConnect(m_active, uuid, type);
 }
 
 void RadarCoordinator::disconnectDevice()
@@ -130,6 +148,10 @@ void RadarCoordinator::setUserMode(const QString& mode)
     // A mode is chosen for a connected board; without one there is nothing
     // to switch and the mode stays as it is.
     if (!m_active)
+        return;
+    // Choosing the mode already in use must not reset the board and its
+    // acquisition; like every property, nothing changes, nothing is said.
+    if (mode == m_userMode)
         return;
 
     IRadarSubmoduleCoordinator* next = coordinatorFor({ m_active->deviceType(), mode });

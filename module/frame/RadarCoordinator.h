@@ -50,6 +50,10 @@ public slots:
 
 private:
     IRadarSubmoduleCoordinator* coordinatorFor(const Key& key);
+    // Hands the board to a mode coordinator and keeps the active
+    // coordinator in step with what that coordinator then reports.
+    bool forwardConnect(IRadarSubmoduleCoordinator* coordinator, const QString& uuid,
+                        vrn_Device_Shield_Type_t type);
     QSet<QString> modesOf(vrn_Device_Shield_Type_t type) const;
     void activate(IRadarSubmoduleCoordinator* coordinator);
     void deactivate();

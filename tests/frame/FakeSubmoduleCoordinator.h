@@ -22,6 +22,12 @@ public:
     bool connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type) override
     {
         calls << QStringLiteral("connect %1").arg(uuid);
+        // As the real mode coordinators do: the board held so far goes
+        // first, with its own "disconnected".
+        if (releasesHeldBoard && m_connected) {
+            m_connected = false;
+            emit isConnectedChanged(false);
+        }
         if (refuse)
             return false;
         m_uuid = uuid;
@@ -54,6 +60,7 @@ public:
     QStringList calls;
     QStringList events;
     bool refuse = false;
+    bool releasesHeldBoard = false;
 
 public slots:
     void onRadarEvent(RadarEventCode code, QString message, QString) override

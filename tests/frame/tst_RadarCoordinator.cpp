@@ -122,6 +122,67 @@ private slots:
         QVERIFY(!bench.coordinator.isDeviceConnected("uuid-1"));
     }
 
+    void refusedBoardLeavesNothingActive()
+    {
+        Bench bench;
+        bench.standardMode.refuse = true;
+        QSignalSpy modes(&bench.coordinator, &RadarCoordinator::userModesChanged);
+        QVERIFY(!bench.coordinator.connectDevice("fmcw-1", fmcw));
+
+        // The announced modes are taken back and no mode can be chosen.
+        QCOMPARE(modes.count(), 2);
+        QVERIFY(modes.last().first().value<QSet<QString>>().isEmpty());
+        bench.coordinator.setUserMode(cw);
+        QCOMPARE(bench.coordinator.userMode(), standard);
+        QVERIFY(bench.cwMode.calls.isEmpty());
+
+        // The next board is routed by its own type.
+        QVERIFY(bench.coordinator.connectDevice("zp7-1", zp7));
+        QCOMPARE(bench.standardMode.calls, QStringList { "connect fmcw-1" });
+        QCOMPARE(bench.zp7Mode.calls, QStringList { "connect zp7-1" });
+        QVERIFY(bench.coordinator.isDeviceConnected("zp7-1"));
+    }
+
+    void secondBoardStaysActive_data()
+    {
+        QTest::addColumn<bool>("releasesHeldBoard");
+        QTest::newRow("mode keeps the held board until told") << false;
+        QTest::newRow("mode lets the held board go first") << true;
+    }
+
+    void secondBoardStaysActive()
+    {
+        QFETCH(bool, releasesHeldBoard);
+        Bench bench;
+        bench.standardMode.releasesHeldBoard = releasesHeldBoard;
+        QVERIFY(bench.coordinator.connectDevice("uuid-1", fmcw));
+        QSignalSpy connected(&bench.coordinator, &RadarCoordinator::isConnectedChanged);
+
+        QVERIFY(bench.coordinator.connectDevice("uuid-2", fmcw));
+
+        QVERIFY(bench.coordinator.isConnected());
+        QVERIFY(bench.coordinator.isDeviceConnected("uuid-2"));
+        QVERIFY(!bench.coordinator.isDeviceConnected("uuid-1"));
+        if (!connected.isEmpty())
+            QCOMPARE(connected.last().first().toBool(), true);
+        bench.coordinator.startAcquisition();
+        QVERIFY(bench.standardMode.isAcquisitionActive());
+        QVERIFY(bench.coordinator.isAcquisitionActive());
+    }
+
+    void choosingTheModeInUseKeepsTheBoard()
+    {
+        Bench bench;
+        QVERIFY(bench.coordinator.connectDevice("uuid-1", fmcw));
+        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
+
+        bench.coordinator.setUserMode(standard);
+
+        QCOMPARE(bench.standardMode.calls, QStringList { "connect uuid-1" });
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(bench.coordinator.isDeviceConnected("uuid-1"));
+    }
+
     void userModeWithoutDeviceIsIgnored()
     {
         Bench bench;
