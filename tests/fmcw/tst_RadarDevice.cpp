@@ -197,10 +197,12 @@ void TestRadarDevice::setConfigurationSteps_data()
     QTest::addColumn<bool>("result");
     QTest::addColumn<QString>("message");
     QTest::addColumn<int>("setCalls");
-    QTest::newRow("all well") << "" << true << "" << 1;
-    QTest::newRow("limits") << "limits" << true << "Failed to get metric limits" << 1;
-    QTest::newRow("translate") << "translate" << false << "Cannot translate metrics to config" << 0;
-    QTest::newRow("set") << "set" << false << "Cannot set device config" << 1;
+    QTest::addColumn<QString>("details");
+    QTest::newRow("all well") << "" << true << "" << 1 << "";
+    QTest::newRow("limits") << "limits" << true << "Failed to get metric limits" << 1 << "limits unavailable";
+    QTest::newRow("translate") << "translate" << false << "Cannot translate metrics to config" << 0
+                               << "speed resolution too fine";
+    QTest::newRow("set") << "set" << false << "Cannot set device config" << 1 << "board refused";
 }
 
 void TestRadarDevice::setConfigurationSteps()
@@ -209,6 +211,7 @@ void TestRadarDevice::setConfigurationSteps()
     QFETCH(bool, result);
     QFETCH(QString, message);
     QFETCH(int, setCalls);
+    QFETCH(QString, details);
     FakeVrn fake;
     fake.limits.max_range_m_min = 0.84f;
     fake.limits.max_range_m_max = 19.27f;
@@ -236,6 +239,7 @@ void TestRadarDevice::setConfigurationSteps()
     if (!message.isEmpty()) {
         QCOMPARE(eventAt(events, 0).code, RadarEventCode::Error);
         QCOMPARE(eventAt(events, 0).message, message);
+        QCOMPARE(eventAt(events, 0).details, details);
     }
     if (failing.isEmpty()) {
         QCOMPARE(config.limits()->maxRangeMMin(), 0.8f);

@@ -117,12 +117,14 @@ bool RadarConfigurationUtils::convertConfiguration(RadarDeviceBase* const& devic
                                                    vrn_Device_Config_t& out)
 {
     if (!config.metrics()) {
+        m_lastTranslationError = QStringLiteral("Metrics are NULL");
         qCritical() << "Cannot translate metrics to config" << "Metrics are NULL";
         return false;
     }
     const vrn_Metrics_t metrics = sdkMetrics(config);
     const vrn_Error_t error
         = m_vrn->device_translate_metrics(device ? device->sdkHandle() : nullptr, &metrics, &out);
+    m_lastTranslationError = text(error);
     if (error) {
         qCritical() << "Cannot translate metrics to config" << error;
         return false;

@@ -29,6 +29,10 @@ public:
     void fillDefaultPresenceSensing(RadarDeviceConfiguration& config);
     void fillPresenceSensingRecord(RadarDeviceConfiguration& config, vrn_PresenceSensing_Config_t& out);
 
+    // The SDK's reason for the last failed metrics translation; empty after
+    // a translation that succeeded.
+    QString lastTranslationError() const { return m_lastTranslationError; }
+
     static float bandwidth(const RadarDeviceParameters& parameters);
     static int activeAntennaCount(quint32 mask);
     // The scene with the maximum range raised to what the SDK accepts.
@@ -37,4 +41,5 @@ public:
 private:
     const Vrn* m_vrn;
     bool m_segmentationUserDefaults;
+    QString m_lastTranslationError;
 };

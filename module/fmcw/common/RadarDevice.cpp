@@ -178,9 +178,13 @@ bool RadarDevice::applyConfiguration(RadarDeviceConfiguration& configuration, bo
     RadarDeviceBase* self = this;
     // The conversion raises the maximum range to the exact SDK minimum.
     const bool translated = m_utils->convertConfiguration(self, configuration, deviceConfig);
+    // The user is told the SDK's reason (which scene value it cannot meet),
+    // as with every other refusal of the device.
+    const QString translationError = m_utils->lastTranslationError();
     locker.unlock();
     if (!translated) {
-        emit triggerEvent(RadarEventCode::Error, QStringLiteral("Cannot translate metrics to config"), QString());
+        emit triggerEvent(RadarEventCode::Error, QStringLiteral("Cannot translate metrics to config"),
+                          translationError);
         return false;
     }
 
