@@ -177,8 +177,12 @@ void RadarCoordinator::setUserMode(const QString& mode)
 
 void RadarCoordinator::onSubmoduleCoordinatorIsConnectedChanged(bool isConnected)
 {
+    // The rescan asked for below runs on the detection thread and may ask
+    // isDeviceConnected before this slot returns: the board must already
+    // count as gone, or it would be kept in the host's list.
     if (!isConnected) {
         deactivate();
+        refreshConnectedDevice();
         emit userModesChanged({});
         emit triggerDetectDevices();
     }

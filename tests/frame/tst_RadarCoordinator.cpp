@@ -216,9 +216,15 @@ private slots:
         QSignalSpy modes(&bench.coordinator, &RadarCoordinator::userModesChanged);
         QSignalSpy rescans(&bench.coordinator, &RadarCoordinator::triggerDetectDevices);
         QSignalSpy connected(&bench.coordinator, &RadarCoordinator::isConnectedChanged);
+        // What the detection thread would see when the rescan starts.
+        QVector<bool> connectedAtRescan;
+        connect(&bench.coordinator, &RadarCoordinator::triggerDetectDevices,
+                [&] { connectedAtRescan << bench.coordinator.isDeviceConnected("uuid-1"); });
 
         // The board goes away on its own (e.g. unplugged).
         bench.standardMode.disconnectDevice();
+
+        QCOMPARE(connectedAtRescan, QVector<bool> { false });
 
         QCOMPARE(modes.count(), 1);
         QVERIFY(modes.first().first().value<QSet<QString>>().isEmpty());
