@@ -8,6 +8,7 @@
 #include "fmcw/common/RadarDevice.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/RadarDeviceParameters.h"
+#include "fmcw/common/SegmentationConfiguration.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -45,6 +46,8 @@ private slots:
     void recalculationDoesNotTouchTheDevice();
     void deviceInformation();
     void applicationDefaults();
+    void segmentationDefaultsKeepUserSettingsOnRequest_data();
+    void segmentationDefaultsKeepUserSettingsOnRequest();
 };
 
 void TestRadarDevice::fetchByStatus_data()
@@ -335,6 +338,40 @@ void TestRadarDevice::applicationDefaults()
     device.updateApplicationDefaults(config);
     QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
     QCOMPARE(events.count(), 2);
+}
+
+void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest_data()
+{
+    QTest::addColumn<bool>("chirpValuesOnly");
+    QTest::addColumn<quint32>("tracks");
+    QTest::addColumn<float>("range");
+    QTest::newRow("everything") << false << 10u << 5.0f;
+    QTest::newRow("chirp values only") << true << 7u << 2.5f;
+}
+
+void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest()
+{
+    QFETCH(bool, chirpValuesOnly);
+    QFETCH(quint32, tracks);
+    QFETCH(float, range);
+    FakeVrn fake;
+    fake.segDefaults.max_num_tracks = 10;
+    fake.segDefaults.max_detection_range_m = 5.0f;
+    fake.segDefaults.num_chirps_per_frame = 64;
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    config.setApplication(RadarConstants::Segmentation);
+    config.segmentation()->setMaxNumTracks(7);
+    config.segmentation()->setMaxDetectionRangeM(2.5f);
+
+    device.updateApplicationDefaults(config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
+                                                             : RadarDevice::SegmentationDefaults::Everything);
+
+    QCOMPARE(config.segmentation()->maxNumTracks(), tracks);
+    QCOMPARE(config.segmentation()->maxDetectionRangeM(), range);
+    QCOMPARE(config.segmentation()->numChirpsPerFrame(), 64u);
 }
 
 QTEST_GUILESS_MAIN(TestRadarDevice)

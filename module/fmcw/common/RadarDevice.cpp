@@ -427,14 +427,23 @@ void RadarDevice::updateTxPower(RadarDeviceConfiguration& configuration)
     info->setDeviceTxPower(powers);
 }
 
-void RadarDevice::updateApplicationDefaults(RadarDeviceConfiguration& configuration)
+void RadarDevice::updateApplicationDefaults(RadarDeviceConfiguration& configuration,
+                                            SegmentationDefaults segmentation)
 {
     switch (configuration.application()) {
     case RadarConstants::Segmentation: {
         QMutexLocker locker(&m_mutex);
         m_deferringThread.store(QThread::currentThread());
         RadarDeviceBase* self = this;
-        const bool ok = m_utils->getDefaultSegmentationConfig(self, configuration, *configuration.segmentation());
+        // The user's range, tracks, segments and levels must survive an
+        // apply: the defaults then land in a scratch copy and only the
+        // derived chirp values are taken over.
+        SegmentationConfiguration scratch;
+        SegmentationConfiguration& target
+            = segmentation == SegmentationDefaults::Everything ? *configuration.segmentation() : scratch;
+        const bool ok = m_utils->getDefaultSegmentationConfig(self, configuration, target);
+        if (ok && &target == &scratch)
+            configuration.segmentation()->setFromSdk(scratch.toSdk(), false);
         m_deferringThread.store(nullptr);
         locker.unlock();
         const QVector<PendingEvent> pending = std::exchange(m_pendingEvents, {});

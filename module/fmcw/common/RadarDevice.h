@@ -61,7 +61,12 @@ public:
     QString getFirmwareVersion();
     void updateDeviceInfo(DeviceInfo& info);
     void updateTxPower(RadarDeviceConfiguration& configuration);
-    void updateApplicationDefaults(RadarDeviceConfiguration& configuration);
+    // What the SDK's segmentation defaults may replace: everything when an
+    // application is chosen afresh, only the chirp values it derives from
+    // the scene when the user's own segmentation settings go to the board.
+    enum class SegmentationDefaults { Everything, ChirpValuesOnly };
+    void updateApplicationDefaults(RadarDeviceConfiguration& configuration,
+                                   SegmentationDefaults segmentation = SegmentationDefaults::Everything);
 
     bool isFetchInProgress() const { return m_fetchInProgress.load(); }
     RadarConfigurationUtils& utils() const { return *m_utils; }

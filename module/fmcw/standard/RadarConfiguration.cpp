@@ -348,7 +348,7 @@ bool RadarConfiguration::applyGuiConfiguration()
     if (m_device) {
         // The SDK derives the segmentation chirp values from the scene.
         if (m_edited->application() == RadarConstants::Segmentation)
-            m_device->updateApplicationDefaults(*m_edited);
+            m_device->updateApplicationDefaults(*m_edited, RadarDevice::SegmentationDefaults::ChirpValuesOnly);
         if (!m_device->setConfiguration(*m_edited))
             return false;
     }

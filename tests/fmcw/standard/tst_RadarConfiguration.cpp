@@ -9,6 +9,8 @@
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
 #include "fmcw/common/PresenceSensingConfig.h"
+#include "fmcw/common/SegmentationConfiguration.h"
+#include "fmcw/common/RadarDevice.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/standard/RadarConfiguration.h"
 #include "fmcw/standard/RadarUserSettings.h"
@@ -43,6 +45,7 @@ private slots:
     void applicationChecksRefuseUnsuitableSettings_data();
     void applicationChecksRefuseUnsuitableSettings();
     void switchingApplicationLoadsItsDefault();
+    void applyKeepsTheUsersSegmentationSettings();
     void optimalCheckToleratesSmallDifferences_data();
     void optimalCheckToleratesSmallDifferences();
     void invalidFileIsRefusedAndNothingChanges_data();
@@ -213,6 +216,34 @@ void TestRadarConfiguration::switchingApplicationLoadsItsDefault()
     QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
     QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.2f);
     QCOMPARE(applied.metrics()->rangeResolutionM(), 0.15f);
+}
+
+void TestRadarConfiguration::applyKeepsTheUsersSegmentationSettings()
+{
+    qstrncpy(m_fake->info.name, "KMR7A", sizeof m_fake->info.name);
+    m_fake->info.num_rx_antennas = 3;
+    m_fake->info.num_tx_antennas = 1;
+    m_fake->segDefaults.max_num_tracks = 10;
+    m_fake->segDefaults.max_detection_range_m = 5.0f;
+    m_fake->segDefaults.num_segments = 1;
+    m_fake->segDefaults.segments_degrees[0] = 60.0f;
+    RadarDevice device(&m_fake->table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    m_configuration->bindDevice(&device);
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::Segmentation));
+    QCOMPARE(m_configuration->editedConfiguration()->segmentation()->maxNumTracks(), 10u);
+    QVERIFY(m_configuration->applyGuiConfiguration());
+
+    SegmentationConfiguration& edited = *m_configuration->editedConfiguration()->segmentation();
+    edited.setMaxNumTracks(7);
+    edited.setSegmentsDegrees({ 30.0f, 90.0f });
+    QVERIFY(m_configuration->applyGuiConfiguration());
+
+    const SegmentationConfiguration& applied = *m_configuration->appliedConfiguration()->segmentation();
+    QCOMPARE(applied.maxNumTracks(), 7u);
+    QCOMPARE(applied.segmentsDegrees(), QVector<float>({ 30.0f, 90.0f }));
+    QCOMPARE(edited.maxNumTracks(), 7u);
+    m_configuration->bindDevice(nullptr);
 }
 
 void TestRadarConfiguration::optimalCheckToleratesSmallDifferences_data()
