@@ -41,7 +41,7 @@ FakeVrn::FakeVrn()
     };
     table.device_get_chirp_time = [](vrn_Device_Handle, const vrn_Device_Config_t*, float* chirpTime) -> vrn_Error_t {
         *chirpTime = current()->chirpTime;
-        return nullptr;
+        return current()->chirpTimeError;
     };
     table.config_get_pulse_repetition_time = [](const vrn_Device_Config_t*, float* prt) -> vrn_Error_t {
         if (current()->prtError)

@@ -32,6 +32,7 @@ struct FakeVrn {
     const char* prtError = nullptr;
     float prt = 0.0f;
     float chirpTime = 64e-6f;
+    const char* chirpTimeError = nullptr;
 
     // frames: statuses are answered in order, the last one repeats
     QVector<vrn_Status_t> frameStatuses { VRN_STATUS_OK };

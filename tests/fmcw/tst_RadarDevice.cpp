@@ -46,6 +46,7 @@ private slots:
     void recalculationDoesNotTouchTheDevice();
     void deviceInformation();
     void applicationDefaults();
+    void chirpTimeFailureFindsTheDeviceUnlocked();
     void segmentationDefaultsKeepUserSettingsOnRequest_data();
     void segmentationDefaultsKeepUserSettingsOnRequest();
 };
@@ -338,6 +339,27 @@ void TestRadarDevice::applicationDefaults()
     device.updateApplicationDefaults(config);
     QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
     QCOMPARE(events.count(), 2);
+}
+
+void TestRadarDevice::chirpTimeFailureFindsTheDeviceUnlocked()
+{
+    FakeVrn fake;
+    fake.chirpTimeError = "no chirp time";
+    RadarDevice device(&fake.table);
+    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+    RadarDeviceConfiguration config;
+    smallScene(config, 0.1f);
+    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    // A receiver that asks the device for more must find it unlocked.
+    float temperatureSeen = -1.0f;
+    connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+
+    QVERIFY(device.setConfiguration(config));
+
+    QCOMPARE(events.count(), 1);
+    QCOMPARE(eventAt(events, 0).message, QString("Cannot get chirp time"));
+    QCOMPARE(eventAt(events, 0).details, QString("no chirp time"));
+    QCOMPARE(temperatureSeen, 0.0f);
 }
 
 void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest_data()

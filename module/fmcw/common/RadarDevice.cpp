@@ -58,6 +58,13 @@ void RadarDevice::forwardUtilsEvent(RadarEventCode code, QString message, QStrin
     emit triggerEvent(code, message, details);
 }
 
+void RadarDevice::emitDeferredEvents()
+{
+    const QVector<PendingEvent> pending = std::exchange(m_pendingEvents, {});
+    for (const PendingEvent& event : pending)
+        emit triggerEvent(event.code, event.message, event.details);
+}
+
 RadarDevice::~RadarDevice()
 {
     if (isConnected())
@@ -204,8 +211,11 @@ bool RadarDevice::applyConfiguration(RadarDeviceConfiguration& configuration, bo
     // their header, so it is read whenever the chirp timing changes.
     if (sendToDevice && configuration.parameters()) {
         locker.relock();
+        m_deferringThread.store(QThread::currentThread());
         const float chirpTime = m_utils->getChirpTime(self, deviceConfig);
+        m_deferringThread.store(nullptr);
         locker.unlock();
+        emitDeferredEvents();
         configuration.parameters()->setChirpTime(chirpTime);
     }
     return true;
@@ -446,9 +456,7 @@ void RadarDevice::updateApplicationDefaults(RadarDeviceConfiguration& configurat
             configuration.segmentation()->setFromSdk(scratch.toSdk(), false);
         m_deferringThread.store(nullptr);
         locker.unlock();
-        const QVector<PendingEvent> pending = std::exchange(m_pendingEvents, {});
-        for (const PendingEvent& event : pending)
-            emit triggerEvent(event.code, event.message, event.details);
+        emitDeferredEvents();
         if (!ok) {
             emit triggerEvent(RadarEventCode::Error,
                               QStringLiteral("Failed to get default configuration for Segmentation calculations"),

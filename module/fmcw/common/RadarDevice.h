@@ -89,6 +89,8 @@ private:
     };
 
     bool applyConfiguration(RadarDeviceConfiguration& configuration, bool sendToDevice);
+    // Emits, in order, the events held back while m_mutex was locked.
+    void emitDeferredEvents();
     QString statusText(vrn_Status_t status) const;
 
     const Vrn* m_vrn;
