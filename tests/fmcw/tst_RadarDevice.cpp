@@ -293,7 +293,11 @@ void TestRadarDevice::deviceInformation()
     RadarDevice device(&fake.table);
     QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
     RadarDeviceConfiguration config;
+    // A page that asks the device for more on a change must find it unlocked.
+    int rxSeen = -1;
+    connect(config.deviceInfo(), &DeviceInfo::deviceNameChanged, this, [&] { rxSeen = device.getNumRxAntennas(); });
     device.updateDeviceInfo(*config.deviceInfo());
+    QCOMPARE(rxSeen, 3);
     const DeviceInfo& info = *config.deviceInfo();
     QCOMPARE(info.deviceName(), QString("KMR7C"));
     QCOMPARE(config.radarType(), RadarConstants::KMR7C);

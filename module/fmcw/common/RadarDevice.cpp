@@ -375,10 +375,19 @@ QString RadarDevice::getFirmwareVersion()
 
 void RadarDevice::updateDeviceInfo(DeviceInfo& info)
 {
+    // Read everything under the lock, publish after it: the change signals
+    // reach the pages, and a receiver may ask the device for more.
     QMutexLocker locker(&m_mutex);
     vrn_Device_Info_t device {};
-    if (vrn_Error_t error = m_vrn->device_get_info(m_handle, &device)) {
-        qCritical() << "Failed to get device info:" << error;
+    const vrn_Error_t infoError = m_vrn->device_get_info(m_handle, &device);
+    vrn_Firmware_Info_t firmware {};
+    const vrn_Error_t firmwareError = m_vrn->device_get_firmware_info(m_handle, &firmware);
+    vrn_Device_Type_t type = VRN_DEVICE_TYPE_UNKNOWN;
+    const vrn_Error_t typeError = m_vrn->device_get_type(m_handle, &type);
+    locker.unlock();
+
+    if (infoError) {
+        qCritical() << "Failed to get device info:" << infoError;
     } else {
         const QString name = QString::fromUtf8(device.name, int(qstrnlen(device.name, sizeof device.name)));
         info.setDeviceName(name);
@@ -391,9 +400,8 @@ void RadarDevice::updateDeviceInfo(DeviceInfo& info)
         qDebug() << "rxAntennas" << device.num_rx_antennas;
     }
 
-    vrn_Firmware_Info_t firmware {};
-    if (vrn_Error_t error = m_vrn->device_get_firmware_info(m_handle, &firmware)) {
-        qCritical() << "Failed to get firmware info:" << error;
+    if (firmwareError) {
+        qCritical() << "Failed to get firmware info:" << firmwareError;
     } else {
         const QString version = QStringLiteral("v%1.%2.%3")
                                     .arg(firmware.version_major)
@@ -407,9 +415,8 @@ void RadarDevice::updateDeviceInfo(DeviceInfo& info)
         qDebug() << "firmwareDescription" << description;
     }
 
-    vrn_Device_Type_t type = VRN_DEVICE_TYPE_UNKNOWN;
-    if (vrn_Error_t error = m_vrn->device_get_type(m_handle, &type))
-        qCritical() << "Failed to get device type:" << error;
+    if (typeError)
+        qCritical() << "Failed to get device type:" << typeError;
     else
         info.setDeviceType(int(type));
 }
