@@ -391,6 +391,12 @@ void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest()
     config.setApplication(RadarConstants::Segmentation);
     config.segmentation()->setMaxNumTracks(7);
     config.segmentation()->setMaxDetectionRangeM(2.5f);
+    // A page that asks the device for more on a change must find it unlocked.
+    int changesSeen = 0;
+    connect(config.segmentation(), &SegmentationConfiguration::numChirpsPerFrameChanged, this, [&] {
+        device.getNumRxAntennas();
+        ++changesSeen;
+    });
 
     device.updateApplicationDefaults(config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
                                                              : RadarDevice::SegmentationDefaults::Everything);
@@ -398,6 +404,7 @@ void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest()
     QCOMPARE(config.segmentation()->maxNumTracks(), tracks);
     QCOMPARE(config.segmentation()->maxDetectionRangeM(), range);
     QCOMPARE(config.segmentation()->numChirpsPerFrame(), 64u);
+    QCOMPARE(changesSeen, 1);
 }
 
 QTEST_GUILESS_MAIN(TestRadarDevice)

@@ -452,17 +452,16 @@ void RadarDevice::updateApplicationDefaults(RadarDeviceConfiguration& configurat
         QMutexLocker locker(&m_mutex);
         m_deferringThread.store(QThread::currentThread());
         RadarDeviceBase* self = this;
-        // The user's range, tracks, segments and levels must survive an
-        // apply: the defaults then land in a scratch copy and only the
-        // derived chirp values are taken over.
+        // The defaults land in a scratch copy and reach the configuration
+        // after the lock is released, since its change signals go to the
+        // pages. The user's range, tracks, segments and levels survive an
+        // apply: then only the derived chirp values are taken over.
         SegmentationConfiguration scratch;
-        SegmentationConfiguration& target
-            = segmentation == SegmentationDefaults::Everything ? *configuration.segmentation() : scratch;
-        const bool ok = m_utils->getDefaultSegmentationConfig(self, configuration, target);
-        if (ok && &target == &scratch)
-            configuration.segmentation()->setFromSdk(scratch.toSdk(), false);
+        const bool ok = m_utils->getDefaultSegmentationConfig(self, configuration, scratch);
         m_deferringThread.store(nullptr);
         locker.unlock();
+        if (ok)
+            configuration.segmentation()->setFromSdk(scratch.toSdk(), segmentation == SegmentationDefaults::Everything);
         emitDeferredEvents();
         if (!ok) {
             emit triggerEvent(RadarEventCode::Error,
