@@ -47,7 +47,11 @@ QSet<QString> RadarCoordinator::modesOf(vrn_Device_Shield_Type_t type) const
 bool RadarCoordinator::forwardConnect(IRadarSubmoduleCoordinator* coordinator, const QString& uuid,
                                       vrn_Device_Shield_Type_t type)
 {
+    // The SDK stops listing a board once it is opened, which happens inside
+    // the call below; a rescan running meanwhile must keep it in the list.
+    setConnectingDevice(uuid);
     const bool connected = coordinator->connectDevice(uuid, type);
+    setConnectingDevice(QString());
     if (connected && coordinator->isConnected() && m_active != coordinator) {
         // A mode coordinator that still held a board lets it go before it
         // takes the new one; that disconnection cleared the active
@@ -105,7 +109,7 @@ bool RadarCoordinator::isConnected() const
 bool RadarCoordinator::isDeviceConnected(const QString& uuid) const
 {
     QMutexLocker lock(&m_connectedMutex);
-    return !m_connectedUuid.isEmpty() && m_connectedUuid == uuid;
+    return !uuid.isEmpty() && (m_connectedUuid == uuid || m_connectingUuid == uuid);
 }
 
 void RadarCoordinator::startAcquisition()
@@ -218,4 +222,10 @@ void RadarCoordinator::refreshConnectedDevice()
     const QString uuid = (m_active && m_active->isConnected()) ? m_active->deviceUuid() : QString();
     QMutexLocker lock(&m_connectedMutex);
     m_connectedUuid = uuid;
+}
+
+void RadarCoordinator::setConnectingDevice(const QString& uuid)
+{
+    QMutexLocker lock(&m_connectedMutex);
+    m_connectingUuid = uuid;
 }

@@ -60,6 +60,7 @@ private:
     // Copies the active coordinator's connection into the snapshot that the
     // detection thread reads.
     void refreshConnectedDevice();
+    void setConnectingDevice(const QString& uuid);
 
     QMap<Key, IRadarSubmoduleCoordinator*> m_table;
     IRadarSubmoduleCoordinator* m_active = nullptr;
@@ -68,4 +69,5 @@ private:
 
     mutable QMutex m_connectedMutex;
     QString m_connectedUuid; // empty when no board is connected
+    QString m_connectingUuid; // the board being opened, empty otherwise
 };

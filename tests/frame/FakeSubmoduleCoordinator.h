@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 // A mode coordinator that records what it was asked and connects any board
 // unless told to refuse.
 class FakeSubmoduleCoordinator : public IRadarSubmoduleCoordinator
@@ -22,6 +24,8 @@ public:
     bool connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type) override
     {
         calls << QStringLiteral("connect %1").arg(uuid);
+        if (whileConnecting)
+            whileConnecting(uuid);
         // As the real mode coordinators do: the board held so far goes
         // first, with its own "disconnected".
         if (releasesHeldBoard && m_connected) {
@@ -61,6 +65,8 @@ public:
     QStringList events;
     bool refuse = false;
     bool releasesHeldBoard = false;
+    // Runs inside connectDevice, as the board is being opened.
+    std::function<void(const QString&)> whileConnecting;
 
 public slots:
     void onRadarEvent(RadarEventCode code, QString message, QString) override

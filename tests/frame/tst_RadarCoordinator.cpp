@@ -170,6 +170,33 @@ private slots:
         QVERIFY(bench.coordinator.isAcquisitionActive());
     }
 
+    void boardBeingOpenedCountsAsConnected_data()
+    {
+        QTest::addColumn<bool>("refuse");
+        QTest::newRow("opened") << false;
+        QTest::newRow("refused") << true;
+    }
+
+    void boardBeingOpenedCountsAsConnected()
+    {
+        QFETCH(bool, refuse);
+        Bench bench;
+        bench.standardMode.refuse = refuse;
+        // What a rescan on the detection thread would see meanwhile.
+        QStringList seen;
+        bench.standardMode.whileConnecting = [&](const QString& uuid) {
+            if (bench.coordinator.isDeviceConnected(uuid))
+                seen << uuid;
+            if (bench.coordinator.isDeviceConnected("other"))
+                seen << "other";
+        };
+
+        QCOMPARE(bench.coordinator.connectDevice("uuid-1", fmcw), !refuse);
+
+        QCOMPARE(seen, QStringList { "uuid-1" });
+        QCOMPARE(bench.coordinator.isDeviceConnected("uuid-1"), !refuse);
+    }
+
     void choosingTheModeInUseKeepsTheBoard()
     {
         Bench bench;
