@@ -1,9 +1,12 @@
 #include "TestFrames.h"
 
 #include "recording/RadarBinFile.h"
+#include "recording/WordSwap.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <algorithm>
 
 class TestRadarBinFile : public QObject
 {
@@ -18,6 +21,8 @@ private slots:
     void truncatedLastFrameFailsRead();
     void shortHeaderFailsButCopiesWhatWasRead();
     void writesFailWithoutOpenFile();
+    void wordSwapReversesEveryWord_data();
+    void wordSwapReversesEveryWord();
 
 private:
     QString writeFile(const RadarRecordingHeader& header, const std::vector<RadarFrameRecord>& rows);
@@ -202,6 +207,39 @@ void TestRadarBinFile::writesFailWithoutOpenFile()
     QVERIFY(file.close());
     QVERIFY(file.open(path, QIODevice::ReadOnly));
     QVERIFY(!file.writeFrames(0, 4, {}));
+}
+
+void TestRadarBinFile::wordSwapReversesEveryWord_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("offset");
+    // Counts around the four-word vector steps; odd byte offsets for
+    // unaligned buffers.
+    for (int count : { 0, 1, 3, 4, 5, 7, 8, 9, 67 }) {
+        for (int offset : { 0, 1 })
+            QTest::addRow("%d words at +%d", count, offset) << count << offset;
+    }
+}
+
+void TestRadarBinFile::wordSwapReversesEveryWord()
+{
+    QFETCH(int, count);
+    QFETCH(int, offset);
+    QByteArray source(offset + count * 4, Qt::Uninitialized);
+    for (int i = 0; i < source.size(); ++i)
+        source[i] = char(i * 37 + 11);
+    QByteArray expected = source.mid(offset);
+    for (int word = 0; word < count; ++word)
+        std::reverse(expected.begin() + word * 4, expected.begin() + word * 4 + 4);
+
+    QByteArray copied(offset + count * 4, '\0');
+    WordSwap::copyToBigEndian(copied.data() + offset, source.constData() + offset, size_t(count));
+    QCOMPARE(copied.mid(offset), expected);
+
+    QByteArray inPlace = source;
+    WordSwap::toFromBigEndian(inPlace.data() + offset, size_t(count));
+    QCOMPARE(inPlace.mid(offset), expected);
+    QCOMPARE(inPlace.left(offset), source.left(offset));
 }
 
 QTEST_GUILESS_MAIN(TestRadarBinFile)
