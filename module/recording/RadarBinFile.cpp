@@ -1,4 +1,5 @@
 #include "recording/RadarBinFile.h"
+#include "recording/RecordingFileAccess.h"
 
 #include "recording/WordSwap.h"
 
@@ -147,24 +148,12 @@ bool RadarBinFile::writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row
 bool RadarBinFile::close()
 {
     m_stream.setDevice(nullptr);
-    if (!m_file)
-        return true;
-    // The last few kilobytes sit in the file's buffer; a full disk shows
-    // only here, so the flush is checked instead of left to close().
-    bool flushed = true;
-    if (m_file->openMode() & QIODevice::WriteOnly) {
-        flushed = m_file->flush();
-        if (!flushed)
-            qCritical() << "Cannot flush recording file" << m_file->fileName() << ":" << m_file->errorString();
-    }
-    m_file->close();
-    m_file.reset();
-    return flushed;
+    return RecordingFileAccess::flushAndClose(m_file);
 }
 
 bool RadarBinFile::isOpenFor(QIODevice::OpenModeFlag mode) const
 {
-    return m_file && m_file->isOpen() && (m_file->openMode() & mode) == mode;
+    return RecordingFileAccess::isOpenFor(m_file.get(), mode);
 }
 
 void RadarBinFile::skipHeaderIfAtStart()

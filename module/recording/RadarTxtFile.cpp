@@ -1,4 +1,5 @@
 #include "recording/RadarTxtFile.h"
+#include "recording/RecordingFileAccess.h"
 
 #include <QDebug>
 
@@ -245,22 +246,12 @@ bool RadarTxtFile::writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row
 
 bool RadarTxtFile::close()
 {
-    if (!m_file)
-        return true;
-    bool flushed = true;
-    if (m_file->openMode() & QIODevice::WriteOnly) {
-        flushed = m_file->flush();
-        if (!flushed)
-            qCritical() << "Cannot flush text recording" << m_file->fileName() << ":" << m_file->errorString();
-    }
-    m_file->close();
-    m_file.reset();
-    return flushed;
+    return RecordingFileAccess::flushAndClose(m_file);
 }
 
 bool RadarTxtFile::isOpenFor(QIODevice::OpenModeFlag mode) const
 {
-    return m_file && m_file->isOpen() && (m_file->openMode() & mode) == mode;
+    return RecordingFileAccess::isOpenFor(m_file.get(), mode);
 }
 
 bool RadarTxtFile::writeLine(const QByteArray& text)
