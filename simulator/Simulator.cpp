@@ -127,22 +127,20 @@ bool Simulator::unplug(const std::string& uuid, std::string& error)
 
 void Simulator::setChangeCallback(VrnSimChangeCallback callback, void* user)
 {
-    std::lock_guard<std::mutex> lock(m_mutex);
+    // Waits for a callback in flight on another thread, so that once this
+    // returns the previous callback's user data may be destroyed.
+    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
     m_callback = callback;
     m_callbackUser = user;
 }
 
 void Simulator::notifyChange()
 {
-    VrnSimChangeCallback callback;
-    void* user;
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        callback = m_callback;
-        user = m_callbackUser;
-    }
-    if (callback)
-        callback(user);
+    // Held while the callback runs (not the registry lock, so the callback
+    // may call into the SDK); recursive so it may also replace itself.
+    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
+    if (m_callback)
+        m_callback(m_callbackUser);
 }
 
 bool Simulator::injectFault(const char* uuid, const VrnSimFault& fault, std::string& error)

@@ -47,6 +47,7 @@ private:
     bool m_loaded = false;
     std::string m_loadError;
     std::vector<std::shared_ptr<Board>> m_boards;
+    std::recursive_mutex m_callbackMutex; // guards the callback and its calls
     VrnSimChangeCallback m_callback = nullptr;
     void* m_callbackUser = nullptr;
     bool m_listFaultArmed = false;

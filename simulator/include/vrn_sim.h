@@ -44,7 +44,9 @@ typedef struct VrnSimFault {
     uint32_t index;  /* list entry, VRNSIM_FAULT_LIST_ENTRY only */
 } VrnSimFault;
 
-/* Fired from the thread that changed the board set (any thread). */
+/* Fired from the thread that changed the board set (any thread). Once
+   set_change_callback returns, the previous callback is neither running nor
+   called again, so its user data may be released. */
 typedef void (*VrnSimChangeCallback)(void* user);
 
 typedef struct VrnSimControl {

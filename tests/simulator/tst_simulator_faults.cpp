@@ -1,5 +1,6 @@
 #include "SimulatorSdk.h"
 
+#include <QSemaphore>
 #include <QtTest>
 
 #include <atomic>
@@ -220,6 +221,42 @@ private slots:
         QCOMPARE(changes.load(), 2);
         QVERIFY(!sdk.listedUuids().contains("f-new"));
         QVERIFY(sdk.sim->unplug_board("f-new") != nullptr);
+    }
+
+    void removingTheCallbackWaitsForOneInFlight()
+    {
+        // A host removes its callback and then frees what the callback
+        // uses: the removal must not return while the callback still runs.
+        struct Blocking {
+            QSemaphore entered;
+            QSemaphore gate;
+            std::atomic<bool> done{false};
+        } blocking;
+        sdk.sim->set_change_callback(
+            [](void* user) {
+                auto* b = static_cast<Blocking*>(user);
+                b->entered.release();
+                b->gate.acquire();
+                b->done = true;
+            },
+            &blocking);
+        std::thread plugger([this] { sdk.sim->plug_board(R"({ "uuid": "f-cb", "pacing": "unpaced" })"); });
+        QVERIFY(blocking.entered.tryAcquire(1, 5000));
+
+        std::atomic<bool> removing{false};
+        std::atomic<bool> doneWhenRemoved{false};
+        std::thread remover([&] {
+            removing = true;
+            sdk.sim->set_change_callback(nullptr, nullptr);
+            doneWhenRemoved = blocking.done.load();
+        });
+        while (!removing)
+            std::this_thread::yield();
+        blocking.gate.release();
+        remover.join();
+        plugger.join();
+        QVERIFY(doneWhenRemoved);
+        QVERIFY(!sdk.sim->unplug_board("f-cb"));
     }
 
     void unpluggedOpenBoardAnswersCommunicationLost()
