@@ -77,11 +77,17 @@ bool RadarSCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Typ
     return true;
 }
 
-void RadarSCoordinator::stopTemperatureMonitor()
+void RadarSCoordinator::stopTemperatureMonitor(MonitorRelease release)
 {
     if (!m_temperatureMonitor)
         return;
     m_temperatureMonitor->stop();
+    if (release == MonitorRelease::Deferred) {
+        // The monitor's own reading reported it: it is still inside its
+        // update call, so it goes once that call has returned.
+        m_temperatureMonitor.release()->deleteLater();
+        return;
+    }
     m_temperatureMonitor.reset();
 }
 
@@ -191,7 +197,7 @@ void RadarSCoordinator::onRadarEvent(RadarEventCode code, QString message, QStri
         emit enqueueUserMessage(Constants::Error, message, details);
         break;
     case RadarEventCode::TemperatureNotSupported:
-        stopTemperatureMonitor();
+        stopTemperatureMonitor(MonitorRelease::Deferred);
         break;
     default:
         break;

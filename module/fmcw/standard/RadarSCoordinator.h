@@ -56,7 +56,8 @@ public slots:
 private:
     // Stops acquisition around `operation` and restarts it when it ran.
     bool aroundAcquisition(const std::function<bool()>& operation);
-    void stopTemperatureMonitor();
+    enum class MonitorRelease { Now, Deferred };
+    void stopTemperatureMonitor(MonitorRelease release = MonitorRelease::Now);
     void setChartSeriesCount(int count);
 
     IRadarDataProcessing* m_processing;

@@ -9,6 +9,8 @@
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/IRadarDataProvider.h"
 #include "fmcw/common/Metrics.h"
+#include "fmcw/common/RadarDevice.h"
+#include "fmcw/common/RadarTemperatureMonitor.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/standard/IRadarDataProcessing.h"
 #include "fmcw/standard/RadarConfiguration.h"
@@ -21,8 +23,11 @@
 #include "recording/RadarPresenceSensingRecorder.h"
 #include "recording/RadarRecorder.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 #include <QtTest>
+
+#include <cstring>
 
 namespace {
 
@@ -96,6 +101,7 @@ private slots:
     void refusedFileDoesNotInterruptAcquisition();
     void revertApplyFollowsEdits_data();
     void revertApplyFollowsEdits();
+    void unsupportedTemperatureDropsTheMonitorAfterItsReading();
 
 private:
     std::unique_ptr<FakeVrn> m_fake;
@@ -283,6 +289,34 @@ void TestRadarSCoordinator::revertApplyFollowsEdits()
     change(true);
     QVERIFY(!view.revertApplyAvailable());
     QCOMPARE(changes.count(), available ? 2 : 0);
+}
+
+void TestRadarSCoordinator::unsupportedTemperatureDropsTheMonitorAfterItsReading()
+{
+    // The board answers the monitor's reading with "not supported": the
+    // event reaches the coordinator while the monitor is still inside that
+    // reading, so the monitor must outlive the call and go afterwards.
+    m_fake->temperatureStatus = VRN_STATUS_NOT_SUPPORTED;
+    std::strcpy(m_fake->info.name, "KMR7A");
+    m_fake->info.num_rx_antennas = 3;
+    m_fake->info.num_tx_antennas = 1;
+    RadarDevice device(&m_fake->table);
+    RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
+    connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
+    QPointer<IRadarTemperatureMonitor> monitor;
+    coordinator.setMonitorFactory([&](RadarDevice& board) -> std::unique_ptr<IRadarTemperatureMonitor> {
+        auto made = std::make_unique<RadarTemperatureMonitor>(&board, m_configuration->appliedConfiguration()->deviceInfo());
+        monitor = made.get();
+        return made;
+    });
+    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+    QVERIFY(monitor);
+
+    monitor->update();
+    QVERIFY(monitor);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!monitor);
+    coordinator.disconnectDevice();
 }
 
 QTEST_MAIN(TestRadarSCoordinator)
