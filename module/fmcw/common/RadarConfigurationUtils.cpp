@@ -63,6 +63,10 @@ bool RadarConfigurationUtils::createFrame(const RadarDeviceConfiguration& config
     const vrn_Error_t error = m_vrn->frame_r_create(channels, parameters->numChirpsPerFrame(),
                                                     parameters->numSamplesPerChirp(), &created);
     if (error || !created) {
+        // An SDK that hands out a frame together with an error still owns
+        // nothing of it afterwards: give it back rather than leak it.
+        if (created)
+            destroyFrame(created);
         emit triggerEvent(RadarEventCode::Error, QStringLiteral("Failed to create frame"), text(error));
         return false;
     }
