@@ -11,7 +11,7 @@ class IRadarDataProvider;
 class IRadarRecordingSource;
 class IRangeDopplerChartData;
 class ISeriesChartData;
-class QObject;
+class PolarChart;
 class RadarDeviceConfiguration;
 class RadarFileParsing;
 class RadarFileRecording;
@@ -35,7 +35,8 @@ public:
     virtual quint32 frameNumber() const = 0;
     virtual void resetFrameCounter() = 0;
     virtual void resetCalculators() = 0;
-    virtual void attachChartItem(Constants::Chart chartType, QObject* item) = 0;
+    // Only the polar chart (type 4) is attached; not owned.
+    virtual void attachChartItem(Constants::Chart chartType, PolarChart* item) = 0;
     virtual IRangeDopplerChartData* rangeDopplerChartData() = 0;
     virtual ISeriesChartData* chartData(Constants::Chart chartType) = 0;
     virtual void resetPresenceChart() = 0;

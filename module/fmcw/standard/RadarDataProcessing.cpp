@@ -18,7 +18,7 @@
 #include "fmcw/processing/RadarRangeDopplerMapCalculator.h"
 #include "fmcw/processing/RadarSegmentationCalculator.h"
 #include "fmcw/processing/RangeDopplerUserSettings.h"
-#include "fmcw/standard/IPolarChart.h"
+#include "fmcw/standard/items/PolarChart.h"
 #include "fmcw/standard/IRadarConfiguration.h"
 #include "fmcw/standard/IRadarUserSettings.h"
 #include "fmcw/standard/RadarRecordingSource.h"
@@ -210,8 +210,8 @@ void RadarDataProcessing::onUpdateChartsData()
             segments = m_segments;
         }
         if (objects && segments) {
-            m_polarChart->setTrackedObjects(objects);
-            m_polarChart->setActiveSegments(segments);
+            m_polarChart->setTargets(objects);
+            m_polarChart->setSegmentHighlights(*segments);
         }
     }
     ++m_refreshCount;
@@ -392,11 +392,10 @@ void RadarDataProcessing::resetPresenceChart()
     m_presenceChartData->setCapacity(presenceHistoryCapacity(m_frameRepetitionTimeS));
 }
 
-void RadarDataProcessing::attachChartItem(Constants::Chart chartType, QObject* item)
+void RadarDataProcessing::attachChartItem(Constants::Chart chartType, PolarChart* chart)
 {
     if (chartType != Constants::Chart::Polar)
         return;
-    auto* chart = qobject_cast<IPolarChart*>(item);
     if (!chart) {
         emit triggerEvent(RadarEventCode::Error, QStringLiteral("Cannot connect data from GUI to radar."),
                           QStringLiteral("Polar chart pointer is NULL"));

@@ -16,9 +16,9 @@ struct vrn_PresenceSensing_Result_t;
 class CoreUserSettings;
 class CyclicTaskWorker;
 class IBroker;
-class IPolarChart;
 class IRadarConfiguration;
 class IRadarUserSettings;
+class PolarChart;
 class RadarConfigurationUtils;
 class RadarFrequencyDomainChartData;
 class RadarPresenceSensingCalculator;
@@ -53,7 +53,7 @@ public:
     quint32 frameNumber() const override { return quint32(m_numbering.load()); }
     void resetFrameCounter() override;
     void resetCalculators() override;
-    void attachChartItem(Constants::Chart chartType, QObject* item) override;
+    void attachChartItem(Constants::Chart chartType, PolarChart* item) override;
     IRangeDopplerChartData* rangeDopplerChartData() override;
     ISeriesChartData* chartData(Constants::Chart chartType) override;
     void resetPresenceChart() override;
@@ -149,7 +149,7 @@ private:
     std::mutex m_segmentationMutex; // guards the two latest results
     RadarTrackedObjects m_trackedObjects;
     std::shared_ptr<const QVector<int>> m_segments;
-    QPointer<IPolarChart> m_polarChart;
+    QPointer<PolarChart> m_polarChart;
 
     std::unique_ptr<RadarRecordingSource> m_recordingSource;
     std::unique_ptr<RadarFileRecording> m_fileRecording;

@@ -22,6 +22,8 @@
 #include "fmcw/standard/RadarSCoordinator.h"
 #include "fmcw/standard/RadarUserSettings.h"
 #include "fmcw/standard/RadarView.h"
+#include "fmcw/standard/items/PixmapImage.h"
+#include "fmcw/standard/items/PolarChart.h"
 #include "host/CoreUserSettings.h"
 #include "host/IBroker.h"
 #include "host/ICoreConfiguration.h"
@@ -120,6 +122,8 @@ void RadarS::registerTypes()
     qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
     qRegisterMetaType<Constants::Chart>("Constants::Chart");
     qRegisterMetaType<RadarConstants::RadarType>("RadarConstants::RadarType");
+    qmlRegisterType<PixmapImage>("Radar", 1, 0, "PixmapImage");
+    qmlRegisterType<PolarChart>("Radar", 1, 0, "PolarChart");
     qmlRegisterUncreatableType<RadarView>("cpp.RadarView", 1, 0, "RadarView", QStringLiteral("Error: view only"));
     qmlRegisterUncreatableType<RadarDeviceConfiguration>("cpp.RadarDeviceConfiguration", 1, 0,
                                                          "RadarDeviceConfiguration",

@@ -204,7 +204,7 @@ QString RadarView::suggestGeneralConfigFileName()
     return m_configuration->suggestGeneralConfigFileName();
 }
 
-void RadarView::setDataForPolarChart(Constants::Chart chartType, QObject* chart)
+void RadarView::setDataForPolarChart(Constants::Chart chartType, PolarChart* chart)
 {
     m_processing->attachChartItem(chartType, chart);
 }

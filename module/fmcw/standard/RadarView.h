@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/RadarConstants.h"
+#include "fmcw/standard/items/PolarChart.h"
 #include "host/Constants.h"
 
 #include <QElapsedTimer>
@@ -63,7 +64,7 @@ public:
     Q_INVOKABLE void applyRangeSpectrumConfigurationRuntime();
     Q_INVOKABLE void applyRangeDopplerMapConfigurationRuntime();
     Q_INVOKABLE QString suggestGeneralConfigFileName();
-    Q_INVOKABLE void setDataForPolarChart(Constants::Chart chartType, QObject* chart);
+    Q_INVOKABLE void setDataForPolarChart(Constants::Chart chartType, PolarChart* chart);
     Q_INVOKABLE IRangeDopplerChartData* getRangeDopplerChartData();
     Q_INVOKABLE ISeriesChartData* getChartData(int chartType);
     Q_INVOKABLE void startRecording();

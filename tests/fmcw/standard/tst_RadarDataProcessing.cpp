@@ -9,9 +9,11 @@
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/IRadarDataProvider.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/common/SegmentationConfiguration.h"
 #include "fmcw/standard/RadarConfiguration.h"
 #include "fmcw/standard/RadarDataProcessing.h"
 #include "fmcw/standard/RadarUserSettings.h"
+#include "fmcw/standard/items/PolarChart.h"
 #include "host/CoreUserSettings.h"
 
 #include "host/RecordingUserSettings.h"
@@ -120,6 +122,8 @@ private slots:
     void chartDataByType_data();
     void chartDataByType();
     void polarChartMustExist();
+    void polarChartReceivesTheSegments_data();
+    void polarChartReceivesTheSegments();
 
 private:
     std::unique_ptr<FakeVrn> m_fake;
@@ -369,6 +373,41 @@ void TestRadarDataProcessing::polarChartMustExist()
     QCOMPARE(events.count(), 1);
     QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot connect data from GUI to radar."));
     QCOMPARE(events.at(0).at(2).toString(), QStringLiteral("Polar chart pointer is NULL"));
+}
+
+void TestRadarDataProcessing::polarChartReceivesTheSegments_data()
+{
+    QTest::addColumn<RadarConstants::Application>("application");
+    QTest::addColumn<bool>("attachFirst");
+    QTest::addColumn<bool>("segmented");
+    QTest::newRow("attached, then segmentation applied") << RadarConstants::Segmentation << true << true;
+    QTest::newRow("segmentation applied, then attached") << RadarConstants::Segmentation << false << true;
+    QTest::newRow("no segmentation") << RadarConstants::None << true << false;
+}
+
+void TestRadarDataProcessing::polarChartReceivesTheSegments()
+{
+    QFETCH(RadarConstants::Application, application);
+    QFETCH(bool, attachFirst);
+    QFETCH(bool, segmented);
+    PolarChart chart;
+    QVERIFY(m_configuration->applyDefaultConfiguration(application));
+    const QVector<float> widths { 20.5f, 35.0f, 15.9f };
+    m_configuration->editedConfiguration()->segmentation()->setSegmentsDegrees(widths);
+    if (attachFirst)
+        m_processing->attachChartItem(Constants::Chart::Polar, &chart);
+    // The segmentation calculator cannot be built without the SDK; the
+    // chart gets the configured segments all the same.
+    QVERIFY(m_configuration->applyGuiConfiguration());
+    if (!attachFirst)
+        m_processing->attachChartItem(Constants::Chart::Polar, &chart);
+
+    const QVector<PolarChart::Segment> segments = chart.segments();
+    QCOMPARE(segments.size(), segmented ? widths.size() : 0);
+    for (int i = 0; i < segments.size(); ++i) {
+        QCOMPARE(segments.at(i).label, QStringLiteral("S%1").arg(i + 1));
+        QCOMPARE(segments.at(i).width, qint32(widths.at(i)));
+    }
 }
 
 QTEST_MAIN(TestRadarDataProcessing)

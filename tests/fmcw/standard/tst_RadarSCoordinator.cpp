@@ -60,7 +60,7 @@ public:
     quint32 frameNumber() const override { return 0; }
     void resetFrameCounter() override {}
     void resetCalculators() override { calls << QStringLiteral("reset"); }
-    void attachChartItem(Constants::Chart, QObject*) override {}
+    void attachChartItem(Constants::Chart, PolarChart*) override {}
     IRangeDopplerChartData* rangeDopplerChartData() override { return nullptr; }
     ISeriesChartData* chartData(Constants::Chart) override { return nullptr; }
     void resetPresenceChart() override {}
