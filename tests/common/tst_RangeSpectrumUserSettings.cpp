@@ -216,21 +216,16 @@ void TestRangeSpectrumUserSettings::jsonRoundTrip()
     QCOMPARE(top["range_spectrum"].toObject().keys(),
              (QStringList { "axis_y_max", "fft_config", "is_linear_magnitude", "is_polygon_line_type" }));
 
+    // Loaded into fresh settings and saved again, every value set above
+    // comes back unchanged.
     RangeSpectrumUserSettings loaded;
     JSONConfigurationObject loadedRoot("root");
     loadedRoot.addChild(loaded.configurationNode());
     QCOMPARE(loadFromText(loadedRoot, QJsonDocument(top).toJson()), QString());
-    QCOMPARE(loaded.isLinearFftMagnitude(), true);
-    QCOMPARE(loaded.axisYMax(), -12.5f);
-    QCOMPARE(loaded.isPolygonLineType(), true);
     QCOMPARE(loaded.fftSize(), 1024u);
-    QCOMPARE(loaded.fftConfig()->type(), QString("FFT_TYPE_C2C"));
-    QCOMPARE(loaded.fftConfig()->meanRemoval(), true);
-    QCOMPARE(loaded.fftConfig()->normalizedWindow(), false);
-    QCOMPARE(loaded.fftConfig()->window()->type(), QString("Hamming"));
-    QCOMPARE(loaded.fftConfig()->window()->size(), 300u);
-    QCOMPARE(loaded.fftConfig()->window()->attenuationDB(), -80.0f);
-    QCOMPARE(loaded.fftConfig()->window()->scale(), 1.0f);
+    QJsonObject resaved;
+    loadedRoot.writeChildren(resaved);
+    QCOMPARE(resaved, top);
 }
 
 QTEST_GUILESS_MAIN(TestRangeSpectrumUserSettings)

@@ -10,17 +10,9 @@ class TestTimeDomainUserSettings : public QObject
 {
     Q_OBJECT
 private slots:
-    void defaultsCoverNormalisedSamples();
     void jsonRoundTripAndReset();
     void mathAxisAnnouncesOnlyChanges();
 };
-
-void TestTimeDomainUserSettings::defaultsCoverNormalisedSamples()
-{
-    TimeDomainUserSettings settings;
-    QCOMPARE(settings.axisYMin(), 0.0f);
-    QCOMPARE(settings.axisYMax(), 1.0f);
-}
 
 void TestTimeDomainUserSettings::jsonRoundTripAndReset()
 {
