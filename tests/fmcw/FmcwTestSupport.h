@@ -5,6 +5,7 @@
 #include "frame/RadarEventCode.h"
 
 #include <QString>
+#include <QVector>
 
 class QSignalSpy;
 class RadarDeviceConfiguration;
@@ -22,3 +23,6 @@ struct RadarEvent {
 };
 
 RadarEvent eventAt(const QSignalSpy& spy, int index);
+// Every event a spy recorded, in order, for one comparison of the lot.
+QVector<RadarEvent> eventsOf(const QSignalSpy& spy);
+bool operator==(const RadarEvent& a, const RadarEvent& b);

@@ -1,4 +1,5 @@
 #include "FakeVrn.h"
+#include "FmcwTestSupport.h"
 
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
@@ -86,10 +87,7 @@ void TestRadarConfigurationUtils::frameCreationFailureIsReported()
     vrn_Frame_R_t* frame = nullptr;
     QVERIFY(!utils.createFrame(config, frame));
     QCOMPARE(frame, nullptr);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), RadarEventCode::Error);
-    QCOMPARE(events.at(0).at(1).toString(), QString("Failed to create frame"));
-    QCOMPARE(events.at(0).at(2).toString(), QString("out of memory"));
+    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to create frame", "out of memory" } }));
 }
 
 void TestRadarConfigurationUtils::clearFrameGoesOnAfterAFailedChannel()
@@ -252,9 +250,8 @@ void TestRadarConfigurationUtils::pulseRepetitionFailureIsReported()
     parameters.setPulseRepetitionTimeS(1.0f);
     vrn_Device_Config_t record {};
     utils.parseDeviceConfig(&parameters, record);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QString("Failed to get Pulse Repetition Time"));
-    QCOMPARE(events.at(0).at(2).toString(), QString("no chirps"));
+    QCOMPARE(eventsOf(events),
+             QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to get Pulse Repetition Time", "no chirps" } }));
     // The value the SDK left behind is stored all the same.
     QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0f);
 }
@@ -282,9 +279,8 @@ void TestRadarConfigurationUtils::segmentationDefaults()
 
     fake.segError = "no segmentation on this chip";
     QVERIFY(!utils.getDefaultSegmentationConfig(base, config, *config.segmentation()));
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QString("Cannot get default config for segmentation"));
-    QCOMPARE(events.at(0).at(2).toString(), QString("no segmentation on this chip"));
+    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get default config for segmentation",
+                                                      "no segmentation on this chip" } }));
 }
 
 void TestRadarConfigurationUtils::presenceSensingDefaults()
@@ -316,8 +312,9 @@ void TestRadarConfigurationUtils::presenceSensingDefaults()
     fake.psError = "unknown chip";
     QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
     utils.fillDefaultPresenceSensing(config);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QString("Failed to get default presence sensing configuration from SDK"));
+    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error,
+                                                      "Failed to get default presence sensing configuration from SDK",
+                                                      "unknown chip" } }));
 }
 
 void TestRadarConfigurationUtils::bandwidthIsUpperMinusLower()
