@@ -168,6 +168,8 @@ void TestRadarProcessingSimulator::rangeDopplerMapPeaksAtRangeAndSpeed_data()
     QTest::newRow("2 m receding 1 m/s") << 2.0 << 1.0;
     QTest::newRow("4.5 m approaching 1.5 m/s") << 4.5 << -1.5;
     QTest::newRow("3.3 m receding 0.4 m/s beside a wall") << 3.3 << 0.4;
+    QTest::newRow("7.2 m receding 2 m/s beside a wall") << 7.2 << 2.0;
+    QTest::newRow("2.5 m approaching 0.3 m/s beside a wall") << 2.5 << -0.3;
 }
 
 void TestRadarProcessingSimulator::rangeDopplerMapPeaksAtRangeAndSpeed()
