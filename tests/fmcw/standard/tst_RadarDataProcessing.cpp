@@ -370,9 +370,8 @@ void TestRadarDataProcessing::polarChartMustExist()
 {
     QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
     m_processing->attachChartItem(Constants::Chart::Polar, nullptr);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot connect data from GUI to radar."));
-    QCOMPARE(events.at(0).at(2).toString(), QStringLiteral("Polar chart pointer is NULL"));
+    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot connect data from GUI to radar.",
+                                                      "Polar chart pointer is NULL" } }));
 }
 
 void TestRadarDataProcessing::polarChartReceivesTheSegments_data()
