@@ -3,6 +3,7 @@
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
 #include "frame/RadarCoordinator.h"
+#include "frame/UnavailableModeCoordinator.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -318,6 +319,21 @@ private slots:
         QCOMPARE(bench.coordinator.userMode(), standard);
         QCOMPARE(loadFromText(root, R"({"radar": {"userMode": ""}})"),
                  QString("Field radar.userMode validation error: User mode must not be empty"));
+    }
+
+    void modeNotInThisBuildRefusesBoardsButOffersTheMode()
+    {
+        UnavailableModeCoordinator pulsed { { { zp7, standard } } };
+        RadarCoordinator coordinator;
+        coordinator.registerSubmoduleCoordinator(&pulsed);
+        QSignalSpy connected(&coordinator, &RadarCoordinator::isConnectedChanged);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^Standard mode cannot open zp7-1 of type 768"));
+
+        QVERIFY(!coordinator.connectDevice("zp7-1", zp7));
+        QCOMPARE(coordinator.userModes(), QStringList { standard });
+        QVERIFY(!coordinator.isConnected());
+        QVERIFY(!coordinator.isDeviceConnected("zp7-1"));
+        QCOMPARE(connected.count(), 0);
     }
 };
 

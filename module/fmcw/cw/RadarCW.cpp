@@ -1,40 +1,9 @@
 #include "fmcw/cw/RadarCW.h"
 
-#include "sdk/vrn.h"
-
 RadarCW::RadarCW(QObject* parent)
-    : QObject(parent)
-{
-}
-
-RadarCW::~RadarCW() = default;
-
-void RadarCW::hostNotice(const QVariant&)
-{
-}
-
-void RadarCW::initialise(ServiceRegistry& registry)
-{
-    m_sdk = lookupService<Vrn>(registry);
-}
-
-void RadarCW::registerTypes()
-{
-}
-
-void RadarCW::initialiseResources()
-{
-}
-
-void RadarCW::shutdown()
-{
-    m_coordinator.disconnectDevice();
-}
-
-void RadarCW::setupEngine(QQmlEngine*)
-{
-}
-
-void RadarCW::addConfiguration(JSONConfigurationObject&)
+    : UnavailableSubmodule({ { VRN_SHIELD_FMCW_512, QStringLiteral("CW") },
+                             { VRN_SHIELD_FMCW_513, QStringLiteral("CW") },
+                             { VRN_SHIELD_FMCW_514, QStringLiteral("CW") } },
+                           parent)
 {
 }
