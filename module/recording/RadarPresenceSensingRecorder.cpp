@@ -1,4 +1,5 @@
 #include "recording/RadarPresenceSensingRecorder.h"
+#include "recording/RecordingFiles.h"
 
 #include <QDebug>
 
@@ -38,7 +39,7 @@ RadarPresenceSensingRecorder::~RadarPresenceSensingRecorder()
 
 QString RadarPresenceSensingRecorder::filePathFor(const QString& basePath)
 {
-    return basePath + QStringLiteral(".presence.txt");
+    return RecordingFiles::presencePath(basePath);
 }
 
 bool RadarPresenceSensingRecorder::start()
