@@ -1,5 +1,6 @@
 #include "DeviceListing.h"
 
+#include "ExitCodes.h"
 #include "ModuleHost.h"
 
 #include "sdk/vrn.h"
@@ -95,13 +96,36 @@ int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err)
     const QString error = awaitBoards(host);
     if (!error.isEmpty()) {
         err << error << Qt::endl;
-        return 3;
+        return ExitCode::StartError;
     }
     const Vrn* sdk = host.sdkLibrary().sdk();
-    for (const auto& device : host.deviceRegister().devices()) {
+    const auto devices = host.deviceRegister().devices();
+    // Standard output holds only board lines, for scripts to read.
+    if (devices.isEmpty())
+        err << "No radar board was found." << Qt::endl;
+    for (const auto& device : devices) {
         const QString uuid = device->property("uuid").toString();
         const int shield = device->property("shieldType").toInt();
         out << device->name() << '\t' << uuid << '\t' << shield << '\t' << chipOf(*sdk, uuid, shield) << Qt::endl;
     }
-    return 0;
+    return ExitCode::Success;
+}
+
+std::shared_ptr<IDevice> findBoard(ModuleHost& host, const QString& nameOrUuid)
+{
+    if (auto device = host.deviceRegister().device(nameOrUuid))
+        return device;
+    for (const auto& device : host.deviceRegister().devices()) {
+        if (device->property("uuid").toString() == nameOrUuid)
+            return device;
+    }
+    return nullptr;
+}
+
+QString boardNames(ModuleHost& host)
+{
+    QStringList names;
+    for (const auto& device : host.deviceRegister().devices())
+        names << QStringLiteral("\"%1\" (%2)").arg(device->name(), device->property("uuid").toString());
+    return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
 }

@@ -1,15 +1,23 @@
 #pragma once
 
-#include <QTextStream>
-
-class ModuleHost;
-
 #include <QString>
+#include <QTextStream>
+#include <memory>
+
+class IDevice;
+class ModuleHost;
 
 // Asks the module to detect boards and waits until it has announced every
 // board the SDK lists. Empty text on success, otherwise why not.
 QString awaitBoards(ModuleHost& host, int timeoutMs = 10000);
 
 // Runs one detection through the module and prints a line per board:
-// display name, uuid, shield type, chip. Returns the process exit code.
+// display name, uuid, shield type, chip. Says so on err when there is none.
+// Returns the process exit code.
 int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err);
+
+// The announced board with this display name or, failing that, this uuid.
+std::shared_ptr<IDevice> findBoard(ModuleHost& host, const QString& nameOrUuid);
+
+// The announced boards as "\"NAME\" (UUID), ...", or "none".
+QString boardNames(ModuleHost& host);

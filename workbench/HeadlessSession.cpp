@@ -2,34 +2,27 @@
 
 #include "ChartSnapshot.h"
 #include "DeviceListing.h"
+#include "ExitCodes.h"
 #include "ModuleHost.h"
+#include "SessionRecording.h"
+#include "ViewConnection.h"
 
 #include "host/IDevice.h"
 #include "host/IPlayback.h"
+#include "recording/RecordingFiles.h"
 
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QMetaMethod>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QTimer>
+#include <csignal>
 
 namespace {
 
-enum ExitCode { Success = 0, SessionFailed = 4 };
-
-// Signals of the module's view are matched by name at run time, as QML
-// does: the host does not compile against the module's classes.
-bool connectByName(QObject* sender, const char* signal, QObject* receiver, const char* slot)
-{
-    const int signalIndex = sender->metaObject()->indexOfSignal(QMetaObject::normalizedSignature(signal));
-    const int slotIndex = receiver->metaObject()->indexOfSlot(QMetaObject::normalizedSignature(slot));
-    if (signalIndex < 0 || slotIndex < 0)
-        return false;
-    return QObject::connect(sender, sender->metaObject()->method(signalIndex), receiver,
-                            receiver->metaObject()->method(slotIndex));
-}
+// A source that delivers nothing for this long has stalled.
+constexpr int kStallMs = 10000;
 
 const char* typeName(Constants::UserMessageType type)
 {
@@ -40,6 +33,18 @@ const char* typeName(Constants::UserMessageType type)
         return "warning";
     default:
         return "info";
+    }
+}
+
+QString signalName(int signalNumber)
+{
+    switch (signalNumber) {
+    case SIGINT:
+        return QStringLiteral("SIGINT");
+    case SIGTERM:
+        return QStringLiteral("SIGTERM");
+    default:
+        return QStringLiteral("signal %1").arg(signalNumber);
     }
 }
 
@@ -58,11 +63,16 @@ HeadlessSession::~HeadlessSession() = default;
 int HeadlessSession::fail(const QString& reason)
 {
     m_err << "Session failed: " << reason << Qt::endl;
-    if (m_device)
-        m_device->disconnectDevice();
-    if (m_playback)
-        m_playback->close();
-    return SessionFailed;
+    stopSource();
+    return ExitCode::SessionFailed;
+}
+
+void HeadlessSession::quitLoops()
+{
+    if (m_loop)
+        m_loop->quit();
+    if (m_refreshLoop)
+        m_refreshLoop->quit();
 }
 
 QString HeadlessSession::prepareView()
@@ -73,37 +83,45 @@ QString HeadlessSession::prepareView()
         return QStringLiteral("the module offers no standard-mode view");
     if (!connectByName(m_view, "frameNumberChanged(int)", this, "onFrameNumberChanged(int)")
         || !connectByName(m_view, "enqueueUserMessage(Constants::UserMessageType,QString,QString)", this,
-                          "onUserMessage(Constants::UserMessageType,QString,QString)"))
-        return QStringLiteral("the module's view lacks the frame or message signals");
+                          "onUserMessage(Constants::UserMessageType,QString,QString)")
+        || !connectByName(m_view, "chartsDataUpdated()", this, "onChartsDataUpdated()"))
+        return QStringLiteral("the module's view lacks the frame, chart or message signals");
     return {};
 }
 
 void HeadlessSession::onFrameNumberChanged(int frameNumber)
 {
     // The counter restarts at 0 when a configuration is applied; count
-    // every advance, not the counter itself.
-    if (frameNumber > m_lastFrameNumber && frameNumber > 0)
+    // every advance, not the counter itself, and only while acquiring:
+    // frames of the set-up and of the snapshot's wait are not the session's.
+    if (m_loop && frameNumber > m_lastFrameNumber && frameNumber > 0)
         m_frames += quint64(frameNumber - qMax(m_lastFrameNumber, 0));
     m_lastFrameNumber = frameNumber;
     // While recording, the recorder's own frame limit ends the session, so
     // the file holds exactly the frames asked for.
-    if (m_loop && !m_recording && m_options.frames > 0 && m_frames >= m_options.frames)
+    const quint32 limit = m_options.limits.frames;
+    if (m_loop && !m_recording && limit > 0 && m_frames >= limit)
         m_loop->quit();
-}
-
-void HeadlessSession::onRecordingActiveChanged(bool active)
-{
-    if (!active && m_recording) {
-        m_recording = false;
-        if (m_loop)
-            m_loop->quit();
-    }
 }
 
 void HeadlessSession::onChartsDataUpdated()
 {
+    if (m_loop)
+        ++m_chartRefreshes;
     if (m_refreshLoop)
         m_refreshLoop->quit();
+}
+
+void HeadlessSession::onInterrupted(int signalNumber)
+{
+    if (m_signal != 0) {
+        if (m_recording)
+            m_recording->abandonTextCopy();
+        return;
+    }
+    m_signal = signalNumber;
+    m_out << "Interrupted by " << signalName(signalNumber) << ": finishing the session" << Qt::endl;
+    quitLoops();
 }
 
 void HeadlessSession::awaitChartRefresh()
@@ -111,9 +129,7 @@ void HeadlessSession::awaitChartRefresh()
     // Charts are refreshed at most once per refresh interval; a short
     // session may end before the first one. While the source still runs,
     // wait for the next refresh so the snapshot shows the newest frame.
-    if (m_sourceEnded || !m_failure.isEmpty())
-        return;
-    if (!connectByName(m_view, "chartsDataUpdated()", this, "onChartsDataUpdated()"))
+    if (m_sourceEnded || !m_failure.isEmpty() || m_signal != 0)
         return;
     QEventLoop loop;
     m_refreshLoop = &loop;
@@ -125,7 +141,7 @@ void HeadlessSession::awaitChartRefresh()
 void HeadlessSession::checkStalled()
 {
     if (m_frames == m_framesAtLastCheck && m_failure.isEmpty()) {
-        m_failure = QStringLiteral("no frame arrived for 10 s");
+        m_failure = QStringLiteral("no frame arrived for %1 s").arg(kStallMs / 1000);
         if (m_loop)
             m_loop->quit();
     }
@@ -153,9 +169,10 @@ QString HeadlessSession::connectBoard()
     const auto devices = m_host.deviceRegister().devices();
     if (devices.isEmpty())
         return QStringLiteral("no board is attached");
-    m_device = m_options.device.isEmpty() ? devices.first() : m_host.deviceRegister().device(m_options.device);
+    m_device = m_options.device.isEmpty() ? devices.first() : findBoard(m_host, m_options.device);
     if (!m_device)
-        return QStringLiteral("no board is named \"%1\"").arg(m_options.device);
+        return QStringLiteral("no board is named \"%1\" or has that uuid; the boards are: %2")
+            .arg(m_options.device, boardNames(m_host));
 
     connect(m_device.get(), &IDevice::isConnectedChanged, this, [this](bool connected) {
         if (!connected && m_loop) {
@@ -192,41 +209,16 @@ QString HeadlessSession::applyConfiguration()
     return {};
 }
 
-QString HeadlessSession::startRecording()
-{
-    if (m_options.record.isEmpty())
-        return {};
-    const QFileInfo base(m_options.record);
-    if (!QDir().mkpath(base.absolutePath()))
-        return QStringLiteral("cannot create the directory %1").arg(base.absolutePath());
-    RecordingUserSettings* recording = m_host.coreConfiguration().coreUserSettings()->recordingUserSettings();
-    recording->setRecordingPath(base.absolutePath());
-    recording->setFileName(base.fileName());
-    recording->setTxtFile(m_options.txt);
-    if (m_options.frames > 0) {
-        recording->setTimeLimitOnRecording(false);
-        recording->setNumOfFrames(m_options.frames);
-    } else {
-        const double seconds = m_options.seconds > 0 ? m_options.seconds : 5.0;
-        const auto whole = quint32(seconds);
-        recording->setTimeLimitOnRecording(true);
-        recording->setDuration(whole / 3600, (whole / 60) % 60, whole % 60, quint32((seconds - whole) * 1000 + 0.5));
-    }
-    if (!connectByName(m_view, "isRecordingActiveChanged(bool)", this, "onRecordingActiveChanged(bool)"))
-        return QStringLiteral("the module's view lacks the recording signal");
-    QMetaObject::invokeMethod(m_view, "startRecording", Qt::DirectConnection);
-    m_recording = m_view->property("isRecordingActive").toBool();
-    if (!m_recording)
-        return m_failure.isEmpty() ? QStringLiteral("recording to %1 did not start").arg(m_options.record) : m_failure;
-    m_out << "Recording to " << base.absoluteFilePath() << ".raw.bin" << Qt::endl;
-    return {};
-}
-
-QString HeadlessSession::startPlayback()
+QString HeadlessSession::openPlayback()
 {
     const auto playbacks = m_host.playbackRegister().playbacks();
     if (playbacks.isEmpty())
         return QStringLiteral("the module offers no playback");
+    const QString base = QFileInfo(RecordingFiles::baseOf(m_options.play)).absoluteFilePath();
+    for (const QString& path : { RecordingFiles::binPath(base), RecordingFiles::jsonPath(base) }) {
+        if (!QFileInfo::exists(path))
+            return QStringLiteral("the recording %1 is missing: no such file %2").arg(m_options.play, path);
+    }
     m_playback = playbacks.first();
     connect(m_playback.get(), &IPlayback::isActiveChanged, this, [this](bool active) {
         if (!active && m_loop) {
@@ -234,11 +226,40 @@ QString HeadlessSession::startPlayback()
             m_loop->quit();
         }
     });
-    if (!m_playback->open(QFileInfo(m_options.play).absoluteFilePath()))
+    if (!m_playback->open(base))
         return m_failure.isEmpty() ? QStringLiteral("%1 cannot be played").arg(m_options.play) : m_failure;
-    m_out << "Playing " << m_options.play << " (" << m_playback->totalFramesNumber() << " frames)" << Qt::endl;
-    m_playback->play();
+    const quint32 total = m_playback->totalFramesNumber();
+    m_out << "Playing " << base << " (" << total << " frames)" << Qt::endl;
+    if (total == 0)
+        return QStringLiteral("the recording %1 holds no whole frame").arg(base);
+    // Without a limit a playback runs to its end.
+    if (m_options.limits.frames == 0 && m_options.limits.seconds == 0)
+        m_options.limits.frames = total;
     return {};
+}
+
+QString HeadlessSession::startRecording()
+{
+    if (m_options.record.isEmpty())
+        return {};
+    m_recording = std::make_unique<SessionRecording>(
+        m_view, *m_host.coreConfiguration().coreUserSettings()->recordingUserSettings(),
+        SessionRecording::Options { QFileInfo(m_options.record).absoluteFilePath(), m_options.txt,
+                                    m_options.overwrite },
+        m_out);
+    // The recorder's own limit ends a recording session.
+    connect(m_recording.get(), &SessionRecording::ended, this, [this] {
+        if (m_loop)
+            m_loop->quit();
+    });
+    const QString error = m_recording->start(m_options.limits.frames, m_options.limits.milliseconds());
+    if (error.isEmpty())
+        return {};
+    // The module's message has been printed as it came; the session's own
+    // text says what to do about an earlier recording.
+    if (m_failure.isEmpty() || m_recording->refusedForEarlierRecording())
+        return error;
+    return m_failure;
 }
 
 void HeadlessSession::printProgress()
@@ -255,9 +276,6 @@ void HeadlessSession::printProgress()
 
 void HeadlessSession::acquire()
 {
-    // Frames that arrived while the board was being set up do not count.
-    m_frames = 0;
-    const double seconds = m_options.frames == 0 ? (m_options.seconds > 0 ? m_options.seconds : 5.0) : 0.0;
     QEventLoop loop;
     m_loop = &loop;
     QTimer progress;
@@ -267,71 +285,97 @@ void HeadlessSession::acquire()
     end.setSingleShot(true);
     connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
     // A recording is ended by the recorder at its limit; the timer only
-    // ends sessions that do not record.
-    if (seconds > 0 && !m_recording)
-        end.start(int(seconds * 1000));
+    // ends sessions that do not record. The duration is at most a day, well
+    // within the timer's range.
+    if (m_options.limits.seconds > 0 && !m_recording)
+        end.start(int(m_options.limits.milliseconds()));
     QTimer watchdog;
     connect(&watchdog, &QTimer::timeout, this, &HeadlessSession::checkStalled);
-    watchdog.start(10000);
+    watchdog.start(kStallMs);
     m_clock.start();
-    if (m_failure.isEmpty() && !m_sourceEnded)
+    const bool recordingEnded = m_recording && !m_recording->isActive();
+    if (m_failure.isEmpty() && !m_sourceEnded && m_signal == 0 && !recordingEnded)
         loop.exec();
     m_loop = nullptr;
+    m_acquiredMs = m_clock.elapsed();
 }
 
-void HeadlessSession::finishRecording()
+QString HeadlessSession::saveSnapshot()
 {
-    if (m_options.record.isEmpty())
-        return;
-    // The recorder stops by itself at its frame limit; a session that ended
-    // early stops it here, which writes what is buffered.
-    QMetaObject::invokeMethod(m_view, "stopRecording", Qt::DirectConnection);
+    if (m_options.snapshot.isEmpty())
+        return {};
+    awaitChartRefresh();
+    QString error;
+    const QStringList saved = writeChartSnapshot(m_view, m_options.snapshot, error);
+    for (const QString& file : saved)
+        m_out << "Snapshot: " << file << Qt::endl;
+    return error;
+}
+
+void HeadlessSession::stopSource()
+{
+    if (m_recording)
+        m_recording->stop();
+    if (m_device)
+        m_device->disconnectDevice();
+    if (m_playback)
+        m_playback->close();
+}
+
+void HeadlessSession::printSummary(quint32 overflows)
+{
+    const double elapsed = m_acquiredMs / 1000.0;
+    m_out << "Summary: frames acquired " << m_frames;
+    if (m_recording)
+        m_out << ", recorded " << m_recording->recordedFrames() << " (in the file)";
+    m_out << ", charts refreshed " << m_chartRefreshes << "; " << QString::number(elapsed, 'f', 1) << " s ("
+          << QString::number(elapsed > 0 ? m_frames / elapsed : 0.0, 'f', 1) << " fps), " << overflows
+          << " fifo overflows" << Qt::endl;
+    if (m_recording) {
+        m_out << "Recording: " << m_recording->binPath() << Qt::endl;
+        if (m_options.txt)
+            m_out << "Text copy: " << m_recording->txtPath() << Qt::endl;
+    }
 }
 
 int HeadlessSession::run()
 {
     QString error = prepareView();
     if (error.isEmpty())
-        error = m_options.play.isEmpty() ? connectBoard() : QString();
+        error = m_options.play.isEmpty() ? connectBoard() : openPlayback();
     if (error.isEmpty() && m_options.play.isEmpty())
         error = applyConfiguration();
-    if (error.isEmpty())
+    if (error.isEmpty() && m_options.limits.frames == 0 && m_options.limits.seconds == 0)
+        m_options.limits.seconds = SessionLimits::kDefaultSeconds;
+    // A playback loads its recorded configuration when it opens: the
+    // recording starts after that, so its header describes the played
+    // frames, and before play(), so it holds every one of them.
+    if (error.isEmpty() && m_signal == 0)
         error = startRecording();
-    if (error.isEmpty() && !m_options.play.isEmpty())
-        error = startPlayback();
+    if (error.isEmpty() && m_playback && m_signal == 0)
+        m_playback->play();
     if (!error.isEmpty())
         return fail(error);
 
     acquire();
-    finishRecording();
-
-    QStringList saved;
-    if (!m_options.snapshot.isEmpty()) {
-        awaitChartRefresh();
-        QString snapshotError;
-        saved = writeChartSnapshot(m_view, m_options.snapshot, snapshotError);
-        if (!snapshotError.isEmpty())
-            m_err << snapshotError << Qt::endl;
-    }
-
+    // Everything acquired so far goes to the file before the source stops.
+    if (m_recording)
+        m_recording->stop();
+    const QString snapshotError = saveSnapshot();
     const quint32 overflows = m_view->property("fifoOverflowCounter").toUInt();
-    if (m_device)
-        m_device->disconnectDevice();
-    if (m_playback)
-        m_playback->close();
-
-    const double elapsed = m_clock.elapsed() / 1000.0;
-    m_out << "Summary: " << m_frames << " frames in " << QString::number(elapsed, 'f', 1) << " s ("
-          << QString::number(elapsed > 0 ? m_frames / elapsed : 0.0, 'f', 1) << " fps), " << overflows
-          << " fifo overflows" << Qt::endl;
-    if (!m_options.record.isEmpty())
-        m_out << "Recording: " << QFileInfo(m_options.record).absoluteFilePath() << ".raw.bin" << Qt::endl;
-    for (const QString& file : qAsConst(saved))
-        m_out << "Snapshot: " << file << Qt::endl;
+    stopSource();
+    const QString recordingError = m_recording ? m_recording->finish() : QString();
+    printSummary(overflows);
 
     if (!m_failure.isEmpty())
         return fail(m_failure);
+    if (!recordingError.isEmpty())
+        return fail(recordingError);
+    if (!snapshotError.isEmpty())
+        return fail(snapshotError);
+    if (m_signal != 0)
+        return ExitCode::interruptedBy(m_signal);
     if (m_frames == 0)
         return fail(QStringLiteral("no frame arrived"));
-    return Success;
+    return ExitCode::Success;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SessionLimits.h"
+
 #include "host/Constants.h"
 
 #include <QElapsedTimer>
@@ -12,6 +14,7 @@ class IDevice;
 class IPlayback;
 class ModuleHost;
 class QEventLoop;
+class SessionRecording;
 
 // A scripted session without a window: connect a board (or play a
 // recording), apply a configuration, acquire for a number of frames or
@@ -22,13 +25,13 @@ class HeadlessSession : public QObject
     Q_OBJECT
 public:
     struct Options {
-        QString device;       // display name; empty: the first board
+        QString device;       // display name or uuid; empty: the first board
         QString config;       // configuration file to apply
         QString application;  // None, PresenceSensing or Segmentation
-        quint32 frames = 0;   // stop after this many frames (0: use seconds)
-        double seconds = 0;   // stop after this long (0 with no frames: 5 s)
+        SessionLimits limits; // neither set: 5 s of a board, all of a playback
         QString record;       // recording base path
         bool txt = false;     // also convert the recording to text
+        bool overwrite = false; // replace an earlier recording under the base
         QString play;         // recording base path to play back
         QString snapshot;     // directory for the last chart data
     };
@@ -42,20 +45,25 @@ public:
 public slots:
     void onFrameNumberChanged(int frameNumber);
     void onUserMessage(Constants::UserMessageType type, QString message, QString details);
-    void onRecordingActiveChanged(bool active);
     void onChartsDataUpdated();
+    // SIGINT or SIGTERM: the first ends the session cleanly, a second one
+    // also gives up the text copy.
+    void onInterrupted(int signalNumber);
 
 private:
     QString prepareView();
     QString connectBoard();
     QString applyConfiguration();
+    QString openPlayback();
     QString startRecording();
-    QString startPlayback();
     void acquire();
     void printProgress();
     void checkStalled();
     void awaitChartRefresh();
-    void finishRecording();
+    QString saveSnapshot();
+    void stopSource();
+    void printSummary(quint32 overflows);
+    void quitLoops();
     int fail(const QString& reason);
 
     ModuleHost& m_host;
@@ -65,15 +73,18 @@ private:
     QObject* m_view = nullptr;
     std::shared_ptr<IDevice> m_device;
     std::shared_ptr<IPlayback> m_playback;
+    std::unique_ptr<SessionRecording> m_recording;
     QEventLoop* m_loop = nullptr;
+    QEventLoop* m_refreshLoop = nullptr;
     QElapsedTimer m_clock;
-    quint64 m_frames = 0;
+    qint64 m_acquiredMs = 0;
+    quint64 m_frames = 0;          // frames the source delivered while acquiring
+    quint64 m_chartRefreshes = 0;  // times the charts were redrawn meanwhile
     quint64 m_framesAtLastProgress = 0;
     qint64 m_msAtLastProgress = 0;
+    quint64 m_framesAtLastCheck = 0;
     int m_lastFrameNumber = -1;
     QString m_failure;   // first error the module reported, ends the session
     bool m_sourceEnded = false;
-    bool m_recording = false;
-    quint64 m_framesAtLastCheck = 0;
-    QEventLoop* m_refreshLoop = nullptr;
+    int m_signal = 0;    // the signal that interrupted the session, if any
 };

@@ -1,7 +1,12 @@
 #include "RecordingCommands.h"
 
+#include "ConsoleProgress.h"
+#include "ExitCodes.h"
+#include "RecordingCheck.h"
+
 #include "recording/RadarBinFile.h"
 #include "recording/RadarFileParsing.h"
+#include "recording/RecordingFiles.h"
 
 #include <QEventLoop>
 #include <QFileInfo>
@@ -50,50 +55,38 @@ void printHeader(const RadarRecordingHeader& h, QTextStream& out)
         << "Frame_Period_sec = " << fixed(h.framePeriodSec) << '\n';
 }
 
-void drawProgress(QTextStream& out, int percent)
-{
-    constexpr int kWidth = 40;
-    const int done = percent * kWidth / 100;
-    out << "\r[" << QString(done, u'#') << QString(kWidth - done, u' ') << "] " << qSetFieldWidth(3) << percent
-        << qSetFieldWidth(0) << '%';
-    out.flush();
 }
 
-}
-
-int inspectRecording(const QString& rawBinPath, QTextStream& out, QTextStream& err)
+int inspectRecording(const QString& path, QTextStream& out, QTextStream& err)
 {
-    RadarBinFile file;
-    if (!file.checkFile(rawBinPath)) {
-        err << rawBinPath << ": not a binary recording (expected \"VNRB\" and version 1.0)" << Qt::endl;
-        return 1;
-    }
-    RadarRecordingHeader header;
-    if (!file.open(rawBinPath, QIODevice::ReadOnly) || !file.readHeader(header)) {
-        err << rawBinPath << ": the header is incomplete" << Qt::endl;
-        return 1;
-    }
-    file.close();
-    out << "File = " << rawBinPath << '\n';
-    printHeader(header, out);
-    if (header.samplesPerFrame == 0) {
+    const QString binPath = RecordingFiles::binPath(RecordingFiles::baseOf(path));
+    const RecordingCheck::BinaryFrames frames = RecordingCheck::binaryFrames(binPath);
+    if (frames.headerRead) {
+        out << "File = " << binPath << '\n';
+        printHeader(frames.header, out);
         out.flush();
-        err << rawBinPath << ": Samples_per_Frame is 0, frames cannot be counted" << Qt::endl;
-        return 1;
     }
-    const qint64 recordSize = RadarBinFile::recordSize(header.samplesPerFrame);
-    const qint64 payload = qMax<qint64>(0, QFileInfo(rawBinPath).size() - RadarRecordingHeader::kHeaderSize);
-    out << "Frames = " << payload / recordSize << '\n';
-    if (payload % recordSize != 0)
-        out << "Last frame truncated: " << payload % recordSize << " of " << recordSize << " bytes present\n";
+    if (!frames.error.isEmpty()) {
+        err << frames.error << Qt::endl;
+        return ExitCode::UsageError;
+    }
+    out << "Frames = " << frames.wholeFrames << '\n';
+    if (frames.tornBytes != 0)
+        out << "Last frame truncated: " << frames.tornBytes << " of "
+            << RadarBinFile::recordSize(frames.header.samplesPerFrame) << " bytes present\n";
     out.flush();
-    return 0;
+    return ExitCode::Success;
 }
 
-int convertRecording(const QString& basePath, QTextStream& out, QTextStream& err)
+int convertRecording(const QString& path, QTextStream& out, QTextStream& err)
 {
-    const QString binPath = basePath + QStringLiteral(".raw.bin");
-    const QString txtPath = basePath + QStringLiteral(".raw.txt");
+    const QString base = RecordingFiles::baseOf(path);
+    const QString binPath = RecordingFiles::binPath(base);
+    const QString txtPath = RecordingFiles::txtPath(base);
+    if (!QFileInfo::exists(binPath)) {
+        err << binPath << " is missing (no such file)" << Qt::endl;
+        return ExitCode::UsageError;
+    }
     RadarFileParsing parsing;
     QEventLoop loop;
     int errors = 0;
@@ -115,12 +108,19 @@ int convertRecording(const QString& basePath, QTextStream& out, QTextStream& err
     QObject::connect(&parsing, &RadarFileParsing::finished, &loop, &QEventLoop::quit);
     if (!parsing.start(binPath, txtPath)) {
         err << "Cannot start the conversion of " << binPath << Qt::endl;
-        return 1;
+        return ExitCode::UsageError;
     }
     loop.exec();
     if (barDrawn)
         out << Qt::endl;
+    if (errors == 0) {
+        const QString incomplete = RecordingCheck::checkTextCopy(binPath, txtPath);
+        if (!incomplete.isEmpty()) {
+            err << incomplete << Qt::endl;
+            ++errors;
+        }
+    }
     if (errors == 0)
         out << "Written " << txtPath << Qt::endl;
-    return errors == 0 ? 0 : 1;
+    return errors == 0 ? ExitCode::Success : ExitCode::UsageError;
 }

@@ -1,16 +1,20 @@
 // tavrin-workbench: the reference host of the radar module, with a command
 // line for scripted, headless sessions.
 #include "DeviceListing.h"
+#include "ExitCodes.h"
 #include "HeadlessSession.h"
+#include "InterruptWatcher.h"
 #include "ModuleHost.h"
 #include "RecordingCommands.h"
 
 #include "host/IModule.h"
+#include "recording/RecordingFiles.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QTextStream>
 #include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <cerrno>
 #include <cstdio>
@@ -20,8 +24,6 @@
 namespace {
 
 constexpr const char* workbenchVersion = "1.0.0";
-
-enum ExitCode { Success = 0, UsageError = 1, SettingsError = 2, StartError = 3 };
 
 QTextStream& out()
 {
@@ -35,19 +37,55 @@ QTextStream& err()
     return stream;
 }
 
+// Every command that loads the module says the same about a settings file
+// it cannot read; the host leaves such a file as it is on disk.
+void reportSettingsError(const ModuleHost& host)
+{
+    if (host.settingsError().isEmpty())
+        return;
+    err() << host.settingsError() << Qt::endl;
+    err() << "The settings file is left unchanged; going on with the default settings." << Qt::endl;
+}
+
 int runCheck(ModuleHost& host)
 {
     const auto info = host.module()->moduleInfo();
     out() << info.first << ' ' << info.second << Qt::endl;
-    if (!host.settingsError().isEmpty()) {
-        err() << host.settingsError() << Qt::endl;
-        return SettingsError;
-    }
+    if (!host.settingsError().isEmpty())
+        return ExitCode::SettingsError;
     if (!host.saveSettings()) {
         err() << "Cannot write settings file " << host.settingsPath() << Qt::endl;
-        return SettingsError;
+        return ExitCode::SettingsError;
     }
-    return Success;
+    return ExitCode::Success;
+}
+
+// Options of a headless session that can be judged before the module is
+// loaded. Empty text when they are usable.
+QString readSessionOptions(const QCommandLineParser& parser, HeadlessSession::Options& options)
+{
+    auto valueIfSet = [&parser](const QString& name) {
+        return parser.isSet(name) ? parser.value(name) : QString();
+    };
+    const QString limitsError =
+        SessionLimits::parse(valueIfSet(QStringLiteral("frames")), valueIfSet(QStringLiteral("seconds")), options.limits);
+    if (!limitsError.isEmpty())
+        return limitsError;
+    options.device = parser.value(QStringLiteral("device"));
+    options.config = parser.value(QStringLiteral("config"));
+    options.application = parser.value(QStringLiteral("application"));
+    options.record = parser.value(QStringLiteral("record"));
+    options.txt = parser.isSet(QStringLiteral("txt"));
+    options.overwrite = parser.isSet(QStringLiteral("overwrite"));
+    options.play = parser.value(QStringLiteral("play"));
+    options.snapshot = parser.value(QStringLiteral("snapshot"));
+    if (options.record.isEmpty() && (options.txt || options.overwrite))
+        return QStringLiteral("--txt and --overwrite go with --record BASE.");
+    if (!options.record.isEmpty() && !options.play.isEmpty()
+        && QFileInfo(RecordingFiles::baseOf(options.record)).absoluteFilePath()
+            == QFileInfo(RecordingFiles::baseOf(options.play)).absoluteFilePath())
+        return QStringLiteral("--record cannot write over the recording that --play reads.");
+    return {};
 }
 
 } // namespace
@@ -89,33 +127,39 @@ int main(int argc, char* argv[])
     const QCommandLineOption listDevicesOption(QStringLiteral("list-devices"),
         QStringLiteral("Run one detection through the module and print a line per board: name, uuid, shield type, chip."));
     const QCommandLineOption inspectOption(QStringLiteral("inspect"),
-        QStringLiteral("Print the header and frame count of a binary recording (BASE.raw.bin)."), QStringLiteral("FILE"));
+        QStringLiteral("Print the header and frame count of a binary recording (BASE or BASE.raw.bin)."),
+        QStringLiteral("FILE"));
     const QCommandLineOption convertOption(QStringLiteral("convert"),
-        QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin."), QStringLiteral("BASE"));
+        QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin (give BASE or any of its files)."),
+        QStringLiteral("BASE"));
     const QCommandLineOption headlessOption(QStringLiteral("headless"),
         QStringLiteral("Run a session without a window: connect a board (or play a recording), acquire, record, report."));
     const QCommandLineOption deviceOption(QStringLiteral("device"),
-        QStringLiteral("Board to connect, by its display name (default: the first)."), QStringLiteral("NAME"));
+        QStringLiteral("Board to connect, by its display name or uuid (default: the first)."), QStringLiteral("NAME"));
     const QCommandLineOption configOption(QStringLiteral("config"),
         QStringLiteral("Configuration file to apply after connecting."), QStringLiteral("FILE"));
     const QCommandLineOption applicationOption(QStringLiteral("application"),
         QStringLiteral("Application to run: None, PresenceSensing or Segmentation."), QStringLiteral("NAME"));
     const QCommandLineOption framesOption(QStringLiteral("frames"),
-        QStringLiteral("Acquire this many frames."), QStringLiteral("N"));
+        QStringLiteral("Acquire this many frames (1 to 10000000)."), QStringLiteral("N"));
     const QCommandLineOption secondsOption(QStringLiteral("seconds"),
-        QStringLiteral("Acquire for this many seconds (default 5)."), QStringLiteral("S"));
+        QStringLiteral("Acquire for this many seconds, above 0 and up to 86400 (default 5; a playback: to its end)."),
+        QStringLiteral("S"));
     const QCommandLineOption recordOption(QStringLiteral("record"),
         QStringLiteral("Record the session to BASE.raw.bin (and BASE.json)."), QStringLiteral("BASE"));
     const QCommandLineOption txtOption(QStringLiteral("txt"),
         QStringLiteral("With --record: also write the text copy BASE.raw.txt."));
+    const QCommandLineOption overwriteOption(QStringLiteral("overwrite"),
+        QStringLiteral("With --record: remove the files of an earlier recording under BASE first."));
     const QCommandLineOption playOption(QStringLiteral("play"),
-        QStringLiteral("Play the recording BASE instead of connecting a board."), QStringLiteral("BASE"));
+        QStringLiteral("Play the recording BASE (or any of its files) instead of connecting a board."),
+        QStringLiteral("BASE"));
     const QCommandLineOption snapshotOption(QStringLiteral("snapshot"),
         QStringLiteral("Write the last chart data (CSV) and the range-Doppler image (PNG) into DIR."),
         QStringLiteral("DIR"));
     parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
-                        playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
+                        overwriteOption, playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
     const QCommandLineOption verboseOption(QStringLiteral("verbose"), QStringLiteral("Also print debug log lines."));
     parser.addOption(verboseOption);
     parser.process(app);
@@ -130,44 +174,43 @@ int main(int argc, char* argv[])
     if (parser.isSet(convertOption))
         return convertRecording(parser.value(convertOption), out(), err());
 
+    const bool headless = parser.isSet(headlessOption);
+    if (!parser.isSet(checkOption) && !parser.isSet(listDevicesOption) && !headless) {
+        err() << "Nothing to do: give --check, --list-devices, --headless, --inspect or --convert (see --help)." << Qt::endl;
+        return ExitCode::UsageError;
+    }
+    HeadlessSession::Options sessionOptions;
+    if (headless) {
+        const QString usage = readSessionOptions(parser, sessionOptions);
+        if (!usage.isEmpty()) {
+            err() << usage << Qt::endl;
+            return ExitCode::UsageError;
+        }
+    }
+    // Taken over before the module starts: a signal that comes while the
+    // board is being set up still ends the session cleanly.
+    std::unique_ptr<InterruptWatcher> interrupts;
+    if (headless)
+        interrupts = std::make_unique<InterruptWatcher>();
+
     ModuleHost host;
     const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption),
                                        parser.value(settingsOption), parser.value(benchOption) });
     if (!error.isEmpty()) {
         err() << error << Qt::endl;
-        return StartError;
+        return ExitCode::StartError;
     }
+    reportSettingsError(host);
 
-    int code = Success;
+    int code = ExitCode::Success;
     if (parser.isSet(checkOption)) {
         code = runCheck(host);
     } else if (parser.isSet(listDevicesOption)) {
         code = listDevices(host, out(), err());
-    } else if (parser.isSet(headlessOption)) {
-        HeadlessSession::Options options;
-        options.device = parser.value(deviceOption);
-        options.config = parser.value(configOption);
-        options.application = parser.value(applicationOption);
-        options.record = parser.value(recordOption);
-        options.txt = parser.isSet(txtOption);
-        options.play = parser.value(playOption);
-        options.snapshot = parser.value(snapshotOption);
-        bool framesOk = true;
-        bool secondsOk = true;
-        if (parser.isSet(framesOption))
-            options.frames = parser.value(framesOption).toUInt(&framesOk);
-        if (parser.isSet(secondsOption))
-            options.seconds = parser.value(secondsOption).toDouble(&secondsOk);
-        if (!framesOk || !secondsOk || options.seconds < 0) {
-            err() << "--frames takes a whole number and --seconds a positive number." << Qt::endl;
-            code = UsageError;
-        } else {
-            HeadlessSession session(host, options, out(), err());
-            code = session.run();
-        }
     } else {
-        err() << "Nothing to do: give --check, --list-devices, --headless, --inspect or --convert (see --help)." << Qt::endl;
-        code = UsageError;
+        HeadlessSession session(host, sessionOptions, out(), err());
+        QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &HeadlessSession::onInterrupted);
+        code = session.run();
     }
     host.stop();
     return code;

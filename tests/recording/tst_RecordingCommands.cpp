@@ -55,7 +55,9 @@ void TestRecordingCommands::inspect_data()
                                << QStringList { "Frames = 2", "Last frame truncated: 14 of 20 bytes present" }
                                << QString();
     QTest::newRow("foreign") << "foreign.raw.bin" << 1 << QStringList() << "not a binary recording";
-    QTest::newRow("absent") << "absent.raw.bin" << 1 << QStringList() << "not a binary recording";
+    QTest::newRow("absent") << "absent.raw.bin" << 1 << QStringList() << "absent.raw.bin is missing (no such file)";
+    QTest::newRow("by its base") << "small" << 0 << QStringList { "Frames = 3" } << QString();
+    QTest::newRow("by its configuration") << "small.json" << 0 << QStringList { "Frames = 3" } << QString();
 }
 
 void TestRecordingCommands::inspect()
@@ -79,7 +81,8 @@ void TestRecordingCommands::convertWritesTheTextBesideTheRecording()
 {
     QString outText, errorText;
     QTextStream out(&outText), err(&errorText);
-    QCOMPARE(convertRecording(m_base, out, err), 0);
+    // Named by its binary file, as --inspect takes it.
+    QCOMPARE(convertRecording(m_base + ".raw.bin", out, err), 0);
     QVERIFY(outText.contains(QStringLiteral("] 100%")));
     QCOMPARE(errorText, QString());
     QFile written(m_base + ".raw.txt"), expected(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt"));

@@ -190,18 +190,23 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bench");
         QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<QString>("errText");
         QTest::newRow("default bench") << QByteArray()
-                                       << QStringList { "Radar\t1f3c-0001\t512\tKMR7A" };
+                                       << QStringList { "Radar\t1f3c-0001\t512\tKMR7A" } << QString();
         QTest::newRow("two boards") << QByteArray(R"({ "boards": [
                 { "uuid": "aa-01", "shield": 513, "chip": "KMR7C" },
                 { "uuid": "bb-02", "shield": 768, "chip": "ZP7" } ] })")
-                                    << QStringList { "Radar\taa-01\t513\tKMR7C", "Radar #2\tbb-02\t768\tZP7" };
+                                    << QStringList { "Radar\taa-01\t513\tKMR7C", "Radar #2\tbb-02\t768\tZP7" }
+                                    << QString();
+        QTest::newRow("no board") << QByteArray(R"({ "boards": [] })") << QStringList()
+                                  << "No radar board was found.\n";
     }
 
     void listDevicesNamesEveryBoard()
     {
         QFETCH(QByteArray, bench);
         QFETCH(QStringList, lines);
+        QFETCH(QString, errText);
         QStringList arguments { "--list-devices", "--settings", m_dir.filePath("list.json") };
         if (!bench.isEmpty()) {
             const QString path = m_dir.filePath("bench.json");
@@ -214,9 +219,42 @@ private slots:
         QProcess workbench;
         workbench.start(WORKBENCH, arguments);
         QVERIFY(workbench.waitForFinished(60000));
-        QVERIFY2(workbench.exitCode() == 0, workbench.readAllStandardError().constData());
+        const QString err = QString::fromUtf8(workbench.readAllStandardError());
+        QVERIFY2(workbench.exitCode() == 0, qPrintable(err));
         const QString output = QString::fromUtf8(workbench.readAllStandardOutput());
         QCOMPARE(output.split('\n', Qt::SkipEmptyParts), lines);
+        QCOMPARE(err, errText);
+    }
+
+    void badSettingsFileIsReportedByEveryCommand_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("check") << QStringList { "--check" } << 2;
+        QTest::newRow("list-devices") << QStringList { "--list-devices" } << 0;
+        QTest::newRow("headless") << QStringList { "--headless", "--frames", "2" } << 0;
+    }
+
+    void badSettingsFileIsReportedByEveryCommand()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        const QByteArray content = R"({"radar": {"userMode": "Standard"}})";
+        const QString path = m_dir.filePath("every-command.json");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
+
+        QProcess workbench;
+        workbench.start(WORKBENCH, arguments << "--settings" << path);
+        QVERIFY(workbench.waitForFinished(60000));
+        const QString err = QString::fromUtf8(workbench.readAllStandardError());
+        QVERIFY2(workbench.exitCode() == exitCode, qPrintable(err));
+        QVERIFY2(err.contains("Settings file " + path + ": Mandatory field radar.common is missing\n"
+                              "The settings file is left unchanged; going on with the default settings."),
+                 qPrintable(err));
+        QCOMPARE(readBytes(path), content);
     }
 
     void badBenchIsRefusedWithTheField()

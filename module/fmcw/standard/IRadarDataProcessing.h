@@ -62,6 +62,10 @@ signals:
     void convertingToTxt(int progress);
     void frameNumberChanged(int frameNumber);
     void isRecordingActiveChanged(bool value);
+    // The processing cycle ended by itself (the provider has no more
+    // frames) and the pipeline is idle again; not emitted for
+    // stopAcquisition().
+    void acquisitionEnded();
 
 public slots:
     virtual void onRadarConfigurationUpdated(RadarDeviceConfiguration* configuration) = 0;

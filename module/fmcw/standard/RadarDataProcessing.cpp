@@ -71,6 +71,9 @@ RadarDataProcessing::RadarDataProcessing(IBroker* broker, CoreUserSettings* core
     , m_presenceChartData(std::make_unique<RadarPresenceSensingChartData>())
     , m_rangeDopplerChartData(std::make_unique<RadarRangeDopplerChartData>())
 {
+    // What the calculators' set-up could not get from the SDK (a presence
+    // default, say) reaches the user like the pipeline's own failures.
+    connect(m_utils.get(), &IRadarConfigurationUtils::triggerEvent, this, &IRadarDataProcessing::triggerEvent);
     if (m_configuration) {
         connect(m_configuration, &IRadarConfiguration::deviceConfigurationUpdated, this,
                 &RadarDataProcessing::onRadarConfigurationUpdated);
@@ -263,7 +266,10 @@ void RadarDataProcessing::updateRangeDopplerChartData(const SharedFrame& frame)
         ? virtualAntennaIndex(settings->currentTxIndex(), settings->currentRxIndex(), txMask, rxMask,
                               RadarAntennas::kMaxAntennas)
         : 0;
-    m_rangeDopplerChartData->setMap(m_rangeDopplerCalculator->processData(frame, antenna));
+    // A map that could not be computed leaves the last one on screen rather
+    // than blanking the image for one frame.
+    if (SharedMatrix map = m_rangeDopplerCalculator->processData(frame, antenna))
+        m_rangeDopplerChartData->setMap(std::move(map));
 }
 
 void RadarDataProcessing::resetCalculators()
@@ -434,7 +440,16 @@ void RadarDataProcessing::startAcquisition()
         resetPresenceChart();
     }
     resetFrameCounter();
-    m_worker = std::make_unique<CyclicTaskWorker>([this] { return processCycle(); });
+    const quint32 run = ++m_workerRun;
+    // The hook runs on the worker as its loop ends, after a stop() as well
+    // as when the provider has no more frames; only a run still current
+    // when the call arrives here ended by itself.
+    m_worker = std::make_unique<CyclicTaskWorker>([this] { return processCycle(); }, CyclicTaskWorker::Hook(),
+                                                  [this, run] {
+                                                      QMetaObject::invokeMethod(
+                                                          this, [this, run] { onCycleEnded(run); },
+                                                          Qt::QueuedConnection);
+                                                  });
     // Started before the worker, which owns it from then on.
     m_refreshTimer.start();
     m_worker->start();
@@ -450,6 +465,19 @@ void RadarDataProcessing::stopAcquisition()
     m_worker.reset();
     resetFrameCounter();
     qInfo() << "Acquisition stopped";
+}
+
+void RadarDataProcessing::onCycleEnded(quint32 run)
+{
+    if (!m_worker || run != m_workerRun)
+        return;
+    // Idle again, so that a start runs; unlike a stop, the count stays on
+    // show as the number of frames the run delivered.
+    stopRecording();
+    m_worker->stop();
+    m_worker.reset();
+    qInfo() << "Acquisition ended: the provider has no more frames";
+    emit acquisitionEnded();
 }
 
 quint32 RadarDataProcessing::recordingFrameLimit(const RecordingUserSettings& settings, float frameRepetitionTimeS)

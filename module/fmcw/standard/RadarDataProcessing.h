@@ -106,6 +106,9 @@ private:
     void onRecorderFinished();
     void onFileRecordingFinished();
     void clearLatestFrame();
+    // The worker of `run` left its loop; idles the pipeline when that run
+    // is still the current one.
+    void onCycleEnded(quint32 run);
 
     IBroker* m_broker;
     CoreUserSettings* m_coreSettings;
@@ -157,4 +160,5 @@ private:
     QString m_recordingBasePath;
 
     std::unique_ptr<CyclicTaskWorker> m_worker;
+    quint32 m_workerRun = 0; // owner's thread only
 };
