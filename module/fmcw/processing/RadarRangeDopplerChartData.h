@@ -15,6 +15,8 @@ public:
     void setMap(SharedMatrix map) override { m_map = std::move(map); }
     bool render(QPixmap& pixmap) override;
 
+    // The map the next render draws; kept until a newer one arrives.
+    const SharedMatrix& map() const { return m_map; }
     quint32 width() const { return m_width; }
     quint32 height() const { return m_height; }
     const RangeDopplerColorMap& colorMap() const { return m_colorMap; }

@@ -2,14 +2,18 @@
 // SDK's processing: frame counting, the refresh interval, calculators that
 // cannot be built, the virtual-antenna choice and the recording limit.
 
+#include "FakeProcessingVrn.h"
 #include "FakeVrn.h"
 #include "FmcwTestSupport.h"
 
 #include "common/ISeriesChartData.h"
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/IRadarDataProvider.h"
+#include "fmcw/common/Metrics.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/SegmentationConfiguration.h"
+#include "fmcw/processing/RadarRangeDopplerChartData.h"
+#include "fmcw/processing/RangeDopplerUserSettings.h"
 #include "fmcw/standard/RadarConfiguration.h"
 #include "fmcw/standard/RadarDataProcessing.h"
 #include "fmcw/standard/RadarUserSettings.h"
@@ -124,8 +128,19 @@ private slots:
     void polarChartMustExist();
     void polarChartReceivesTheSegments_data();
     void polarChartReceivesTheSegments();
+    void rangeDopplerMapComesFromTheChosenAntenna_data();
+    void rangeDopplerMapComesFromTheChosenAntenna();
+    void failedRangeDopplerMapKeepsThePreviousImage();
+    void presenceDefaultsTheSdkRefusesReachTheUser();
 
 private:
+    // A pipeline on the scripted processing SDK, with a KMR7C of four
+    // receivers and two transmitters (one radiating at a time) described
+    // to the configuration.
+    std::unique_ptr<RadarDataProcessing> processingOnSdk(FakeBroker& broker);
+    // Runs `frame` through the worker and waits for the charts it refreshes.
+    void refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame);
+
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<CoreUserSettings> m_core;
     std::unique_ptr<RadarUserSettings> m_settings;
@@ -407,6 +422,113 @@ void TestRadarDataProcessing::polarChartReceivesTheSegments()
         QCOMPARE(segments.at(i).label, QStringLiteral("S%1").arg(i + 1));
         QCOMPARE(segments.at(i).width, qint32(widths.at(i)));
     }
+}
+
+std::unique_ptr<RadarDataProcessing> TestRadarDataProcessing::processingOnSdk(FakeBroker& broker)
+{
+    describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
+    describeBoard(*m_configuration->appliedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
+    m_core->setMinimumRefreshInterval(-1);
+    return std::make_unique<RadarDataProcessing>(&broker, m_core.get(), m_configuration.get(), m_settings.get());
+}
+
+void TestRadarDataProcessing::refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame)
+{
+    ScriptedProvider provider({ delivered(frame) });
+    processing.setDataProvider(&provider);
+    QSignalSpy updated(&processing, &IRadarDataProcessing::chartsDataUpdated);
+    QSignalSpy ended(&processing, &IRadarDataProcessing::acquisitionEnded);
+    processing.startAcquisition();
+    QTRY_COMPARE(updated.count(), 1);
+    QTRY_COMPARE(ended.count(), 1);
+    processing.setDataProvider(nullptr);
+}
+
+void TestRadarDataProcessing::rangeDopplerMapComesFromTheChosenAntenna_data()
+{
+    // Antennas as the pages number them; the shown pair as the settings
+    // hold it, 0-based; the channel of the frame the map must come from.
+    QTest::addColumn<QVector<int>>("txAntennas");
+    QTest::addColumn<QVector<int>>("rxAntennas");
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<int>("shownTx");
+    QTest::addColumn<int>("shownRx");
+    QTest::addColumn<int>("channel");
+    QTest::newRow("Tx2 with Rx2 and Rx4, as applied") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 0 << 1 << 1
+                                                      << 0;
+    QTest::newRow("Tx2, one step on to Rx4") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 1 << 1 << 3 << 1;
+    QTest::newRow("Tx1 with every receiver, two steps on") << QVector<int> { 1 } << QVector<int> { 1, 2, 3, 4 } << 2
+                                                           << 0 << 2 << 2;
+}
+
+void TestRadarDataProcessing::rangeDopplerMapComesFromTheChosenAntenna()
+{
+    QFETCH(QVector<int>, txAntennas);
+    QFETCH(QVector<int>, rxAntennas);
+    QFETCH(int, steps);
+    QFETCH(int, shownTx);
+    QFETCH(int, shownRx);
+    QFETCH(int, channel);
+    FakeProcessingVrn sdk;
+    FakeBroker broker(&sdk.table);
+    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+    Metrics& metrics = *m_configuration->editedConfiguration()->metrics();
+    metrics.tx()->setActiveAntennas(txAntennas);
+    metrics.rx()->setActiveAntennas(rxAntennas);
+    QVERIFY(m_configuration->applyGuiConfiguration());
+
+    RangeDopplerUserSettings& shown = *m_settings->rangeDoppler();
+    for (int i = 0; i < steps; ++i)
+        shown.switchToAnotherAntenna();
+    QCOMPARE(shown.currentTxIndex(), shownTx);
+    QCOMPARE(shown.currentRxIndex(), shownRx);
+    refreshCharts(*processing, sdk.newFrame(quint32(rxAntennas.size()), 2, 4));
+
+    // Every sample of channel c is 10 × (c + 1), and the scripted map
+    // repeats its input's first sample.
+    auto* chart = static_cast<RadarRangeDopplerChartData*>(processing->rangeDopplerChartData());
+    QVERIFY(chart->map());
+    QCOMPARE(chart->map()->data[0], 10.0f * float(channel + 1));
+}
+
+void TestRadarDataProcessing::failedRangeDopplerMapKeepsThePreviousImage()
+{
+    FakeProcessingVrn sdk;
+    FakeBroker broker(&sdk.table);
+    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+    QVERIFY(m_configuration->applyGuiConfiguration());
+    refreshCharts(*processing, sdk.newFrame(1, 2, 4));
+    IRangeDopplerChartData* chart = processing->rangeDopplerChartData();
+    QPixmap before;
+    QVERIFY(chart->render(before));
+
+    sdk.rdmRunError = "no map this time";
+    QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data no map this time");
+    processing->onUpdateChartsData();
+
+    QPixmap after;
+    QVERIFY(chart->render(after));
+    QCOMPARE(after.toImage(), before.toImage());
+}
+
+void TestRadarDataProcessing::presenceDefaultsTheSdkRefusesReachTheUser()
+{
+    FakeProcessingVrn sdk;
+    sdk.table.ps_default_config = [](vrn_Device_Type_t, vrn_PresenceSensing_Config_t*) -> vrn_Error_t {
+        return "no presence defaults";
+    };
+    FakeBroker broker(&sdk.table);
+    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
+    QSignalSpy events(processing.get(), &IRadarDataProcessing::triggerEvent);
+    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::PresenceSensing));
+    QVERIFY(m_configuration->applyGuiConfiguration());
+
+    const RadarEvent refused { RadarEventCode::Error,
+                               QStringLiteral("Failed to get default presence sensing configuration from SDK"),
+                               QStringLiteral("no presence defaults") };
+    QVERIFY(eventsOf(events).contains(refused));
 }
 
 QTEST_MAIN(TestRadarDataProcessing)
