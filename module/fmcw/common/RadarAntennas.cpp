@@ -38,6 +38,16 @@ QVector<int> RadarAntennas::activeAntennas() const
     return antennas;
 }
 
+QVector<int> RadarAntennas::activePositions() const
+{
+    QVector<int> positions;
+    for (int position = 0; position < kMaxAntennas; ++position) {
+        if (isActive(position))
+            positions.append(position);
+    }
+    return positions;
+}
+
 void RadarAntennas::setActiveAntennas(const QVector<int>& antennas)
 {
     quint32 mask = 0;

@@ -28,6 +28,9 @@ public:
     int activeCount() const;
     // 1-based antenna numbers, ascending.
     QVector<int> activeAntennas() const;
+    // 0-based positions, ascending: the bit positions of the mask, which is
+    // how the processing counts channels.
+    QVector<int> activePositions() const;
     void setActiveAntennas(const QVector<int>& antennas);
 
     // QML: antennaNum is the 0-based position, as the pages' repeaters count.

@@ -67,8 +67,10 @@ public:
     Q_INVOKABLE bool checkOptimalSettings(quint32 rangeFftSize, quint32 dopplerFftSize) const;
 
 public slots:
-    // The antennas the scene enables; a shown antenna that is no longer
-    // among them is replaced by the first one that is.
+    // The antennas the scene enables as 0-based positions (bit i of the
+    // mask is position i, like currentRxIndex and currentTxIndex); a shown
+    // antenna that is no longer among them is replaced by the first one
+    // that is.
     void updateRxActiveIndexes(QVector<int> activeRx);
     void updateTxActiveIndexes(QVector<int> activeTx);
     // Steps to the next enabled virtual antenna: the next receiver, and after

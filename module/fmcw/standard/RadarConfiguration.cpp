@@ -164,8 +164,6 @@ bool RadarConfiguration::loadConfiguration(const QString& fileName, bool asAppli
         return false;
     }
     copyConfiguration(scratch, *m_edited);
-    if (!asApplicationDefault)
-        m_userDocumentLoaded = true;
     return true;
 }
 
@@ -192,9 +190,10 @@ bool RadarConfiguration::validateApplication()
 {
     const RadarConstants::Application application = m_edited->application();
     bool result = true;
-    // A document the user loaded stands for the application it names: its
-    // settings are checked, not replaced by that application's defaults.
-    if (application != m_applied->application() && !m_userDocumentLoaded) {
+    // Another application starts from its own defaults, whatever the edited
+    // copy held before (a loaded file, an apply that was refused): settings
+    // made for one application are no basis for another.
+    if (application != m_applied->application()) {
         result = applyDefaultConfiguration(application);
     } else if (application == RadarConstants::Segmentation) {
         const RadarAntennas& rx = *m_edited->metrics()->rx();
@@ -280,8 +279,10 @@ void RadarConfiguration::adaptRangeDopplerSettings(const RadarDeviceConfiguratio
     if (RangeDopplerUserSettings* settings = m_userSettings ? m_userSettings->rangeDoppler() : nullptr) {
         settings->updateDeviceParameters(configuration.parameters()->numSamplesPerChirp(),
                                          configuration.parameters()->numChirpsPerFrame());
-        settings->updateRxActiveIndexes(configuration.metrics()->rx()->activeAntennas());
-        settings->updateTxActiveIndexes(configuration.metrics()->tx()->activeAntennas());
+        // The shown antenna is a bit position of the masks, not the
+        // antenna number the pages print.
+        settings->updateRxActiveIndexes(configuration.metrics()->rx()->activePositions());
+        settings->updateTxActiveIndexes(configuration.metrics()->tx()->activePositions());
     }
 }
 
@@ -345,6 +346,11 @@ bool RadarConfiguration::applyGuiConfiguration()
 {
     if (!validateApplication())
         return false;
+    return applyEdited();
+}
+
+bool RadarConfiguration::applyEdited()
+{
     if (m_device) {
         // The SDK derives the segmentation chirp values from the scene.
         if (m_edited->application() == RadarConstants::Segmentation)
@@ -352,7 +358,6 @@ bool RadarConfiguration::applyGuiConfiguration()
         if (!m_device->setConfiguration(*m_edited))
             return false;
     }
-    m_userDocumentLoaded = false;
     copyConfiguration(*m_edited, *m_applied);
     m_isApplied = true;
     // The chart settings follow the new chirps before the pipeline builds
@@ -365,7 +370,6 @@ bool RadarConfiguration::applyGuiConfiguration()
 
 bool RadarConfiguration::revertConfiguration()
 {
-    m_userDocumentLoaded = false;
     copyConfiguration(*m_applied, *m_edited);
     notifyListener();
     return true;
@@ -448,6 +452,8 @@ bool RadarConfiguration::loadRecordingDocument(const QByteArray& document, QStri
         break;
     }
     copyConfiguration(scratch, *m_edited);
-    m_userDocumentLoaded = true;
-    return applyGuiConfiguration();
+    // The recording ran with exactly these settings: they are what its
+    // frames need, not the defaults of its application nor the checks
+    // for a board.
+    return applyEdited();
 }

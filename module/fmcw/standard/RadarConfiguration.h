@@ -77,6 +77,9 @@ private:
     void adaptRangeSpectrumSettings(const RadarDeviceConfiguration& configuration);
     void adaptRangeDopplerSettings(const RadarDeviceConfiguration& configuration);
     void notifyListener();
+    // Edited → device (when bound) → applied, without the application
+    // checks.
+    bool applyEdited();
 
     const Vrn* m_vrn;
     IRadarUserSettings* m_userSettings;
@@ -87,5 +90,4 @@ private:
     std::function<void()> m_listener;
     bool m_isApplied = false;
     bool m_playbackActive = false;
-    bool m_userDocumentLoaded = false;
 };

@@ -45,6 +45,8 @@ private slots:
     void applicationChecksRefuseUnsuitableSettings_data();
     void applicationChecksRefuseUnsuitableSettings();
     void switchingApplicationLoadsItsDefault();
+    void applicationChosenAfterALoadedFileStartsFromItsDefaults_data();
+    void applicationChosenAfterALoadedFileStartsFromItsDefaults();
     void applyKeepsTheUsersSegmentationSettings();
     void optimalCheckToleratesSmallDifferences_data();
     void optimalCheckToleratesSmallDifferences();
@@ -216,6 +218,44 @@ void TestRadarConfiguration::switchingApplicationLoadsItsDefault()
     QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
     QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.2f);
     QCOMPARE(applied.metrics()->rangeResolutionM(), 0.15f);
+}
+
+void TestRadarConfiguration::applicationChosenAfterALoadedFileStartsFromItsDefaults_data()
+{
+    QTest::addColumn<QVector<int>>("fileRx");
+    QTest::addColumn<bool>("fileRefused");
+    QTest::addColumn<RadarConstants::Application>("chosen");
+    QTest::addColumn<QVector<int>>("appliedRx");
+    QTest::newRow("file refused, then Segmentation") << QVector<int> { 1, 3 } << true << RadarConstants::Segmentation
+                                                     << QVector<int> { 1, 3 };
+    QTest::newRow("file loaded, then None") << QVector<int> { 3 } << false << RadarConstants::None
+                                            << QVector<int> { 3 };
+}
+
+void TestRadarConfiguration::applicationChosenAfterALoadedFileStartsFromItsDefaults()
+{
+    QFETCH(QVector<int>, fileRx);
+    QFETCH(bool, fileRefused);
+    QFETCH(RadarConstants::Application, chosen);
+    QFETCH(QVector<int>, appliedRx);
+    applyApplication(RadarConstants::PresenceSensing);
+    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+    edited.metrics()->setFrameRepetitionTimeS(0.25f);
+    edited.metrics()->rx()->setActiveAntennas(fileRx);
+    const QString path = m_dir.filePath(QStringLiteral("presence.json"));
+    QVERIFY(m_configuration->saveConfiguration(path));
+    QVERIFY(m_configuration->revertConfiguration());
+
+    QVERIFY(m_configuration->loadConfiguration(path, false));
+    if (fileRefused)
+        QVERIFY(!m_configuration->applyGuiConfiguration());
+    edited.setApplication(chosen);
+
+    QVERIFY(m_configuration->applyGuiConfiguration());
+    const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
+    QCOMPARE(applied.application(), chosen);
+    QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.1f);
+    QCOMPARE(applied.metrics()->rx()->activeAntennas(), appliedRx);
 }
 
 void TestRadarConfiguration::applyKeepsTheUsersSegmentationSettings()
@@ -400,6 +440,10 @@ void TestRadarConfiguration::revertCopiesTheAppliedConfigurationBack()
 void TestRadarConfiguration::recordingDocumentRunsWithoutTheBoard()
 {
     applyApplication(RadarConstants::PresenceSensing, QStringLiteral("KMR7C"));
+    // Settings of the user's, not the application's defaults: the player
+    // must run what was recorded.
+    m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
+    QVERIFY(m_configuration->applyGuiConfiguration());
     const QByteArray document = m_configuration->recordingDocument();
 
     RadarUserSettings settings(nullptr, nullptr);
@@ -413,6 +457,7 @@ void TestRadarConfiguration::recordingDocumentRunsWithoutTheBoard()
     // The presence algorithm's defaults are looked up by chip family.
     QCOMPARE(applied.deviceInfo()->deviceType(), int(VRN_DEVICE_TYPE_KMR7C));
     QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
+    QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.25f);
     QVERIFY(!RadarConfiguration::configurationsDiffer(applied, *m_configuration->appliedConfiguration()));
 
     QByteArray broken = document;
