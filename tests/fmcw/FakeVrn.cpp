@@ -57,6 +57,7 @@ FakeVrn::FakeVrn()
         return f.frameStatuses.value(call, f.frameStatuses.last());
     };
     table.device_stop_acquisition = [](vrn_Device_Handle, uint8_t* stopped) -> vrn_Error_t {
+        ++current()->stopCalls;
         if (current()->stopError)
             return current()->stopError;
         *stopped = current()->stopped;

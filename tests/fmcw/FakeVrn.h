@@ -47,6 +47,7 @@ struct FakeVrn {
     // stop, queries
     const char* stopError = nullptr;
     uint8_t stopped = 1;
+    int stopCalls = 0;
     vrn_Status_t temperatureStatus = VRN_STATUS_OK;
     float temperature = 0.0f;
     vrn_Device_Info_t info {};

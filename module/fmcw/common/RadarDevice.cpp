@@ -135,6 +135,7 @@ bool RadarDevice::destroyDeviceHandle()
     // The handle is unusable either way; keeping it would only invite a
     // second close.
     m_handle = nullptr;
+    m_acquiring.store(false);
     if (error) {
         qCritical() << "Failed to gracefully disconnect from the device" << error;
         return false;
@@ -248,6 +249,8 @@ RadarFrameResult RadarDevice::getNextFrame(const RadarDeviceConfiguration& confi
         QMutexLocker locker(&m_mutex);
         if (!m_handle)
             return RadarFrameResult();
+        // The board starts acquiring on the first frame asked of it.
+        m_acquiring.store(true);
         const vrn_Status_t status
             = m_vrn->device_get_next_frame(m_handle, const_cast<vrn_Frame_R_t*>(frame.get()), kFrameWaitMs);
         locker.unlock();
@@ -287,6 +290,9 @@ void RadarDevice::stopAcquisition()
     QMutexLocker locker(&m_mutex);
     if (!m_handle)
         return;
+    // Cleared whatever the answer: a board that cannot be stopped is
+    // reported once, not asked again.
+    m_acquiring.store(false);
     uint8_t stopped = 0;
     const vrn_Error_t error = m_vrn->device_stop_acquisition(m_handle, &stopped);
     locker.unlock();

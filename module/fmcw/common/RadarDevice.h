@@ -69,6 +69,9 @@ public:
                                    SegmentationDefaults segmentation = SegmentationDefaults::Everything);
 
     bool isFetchInProgress() const { return m_fetchInProgress.load(); }
+    // True from the first frame asked of the board until it is stopped or
+    // closed; an idle board has nothing to stop.
+    bool isAcquiring() const { return m_acquiring.load(); }
     RadarConfigurationUtils& utils() const { return *m_utils; }
 
     // How long one fetch may wait in total before the device counts as
@@ -99,6 +102,7 @@ private:
     QString m_uuid;
     vrn_Device_Shield_Type_t m_shieldType = VRN_SHIELD_UNKNOWN;
     std::atomic<int> m_fetchInProgress { 0 };
+    std::atomic<bool> m_acquiring { false };
     RadarConfigurationUtils* m_utils;
     // Events the conversion raises while this thread holds m_mutex wait
     // here until it is released: a receiver calling back into the device

@@ -2,6 +2,7 @@
 
 #include "fmcw/common/IRadarTemperatureMonitor.h"
 
+#include <QPointer>
 #include <QTimer>
 
 class DeviceInfo;
@@ -11,8 +12,9 @@ class RadarTemperatureMonitor : public IRadarTemperatureMonitor
 {
     Q_OBJECT
 public:
-    // Neither the provider nor the info is owned; both must outlive the
-    // monitor.
+    // Neither the provider nor the info is owned. The provider must outlive
+    // the timer's run; the info may go first, as when a monitor released
+    // after its own reading is deleted late.
     RadarTemperatureMonitor(IRadarTemperatureProvider* provider, DeviceInfo* info, QObject* parent = nullptr);
     // Clears the temperature so the pages show no stale reading.
     ~RadarTemperatureMonitor() override;
@@ -27,5 +29,5 @@ public slots:
 private:
     QTimer m_timer;
     IRadarTemperatureProvider* m_provider;
-    DeviceInfo* m_info;
+    QPointer<DeviceInfo> m_info;
 };

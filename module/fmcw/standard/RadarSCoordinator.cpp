@@ -24,6 +24,10 @@ RadarSCoordinator::RadarSCoordinator(IRadarDataProcessing* processing, CoreUserS
     , m_configuration(configuration)
     , m_device(device)
 {
+    // A pipeline whose provider ran dry is idle: the pages and a later
+    // start must know that acquisition is over.
+    if (m_processing)
+        connect(m_processing, &IRadarDataProcessing::acquisitionEnded, this, &RadarSCoordinator::stopAcquisition);
 }
 
 RadarSCoordinator::~RadarSCoordinator() = default;
@@ -93,12 +97,17 @@ void RadarSCoordinator::stopTemperatureMonitor(MonitorRelease release)
 
 void RadarSCoordinator::disconnectDevice()
 {
+    releaseDevice(MonitorRelease::Now);
+}
+
+void RadarSCoordinator::releaseDevice(MonitorRelease monitorRelease)
+{
     // A lost board reports again while it is being let go (its stop fails):
     // that report must not start a second disconnection.
     if (!m_connected || m_disconnecting)
         return;
     m_disconnecting = true;
-    stopTemperatureMonitor();
+    stopTemperatureMonitor(monitorRelease);
     stopAcquisition();
     m_processing->stopAcquisition();
     m_configuration->releaseDevice();
@@ -129,7 +138,9 @@ void RadarSCoordinator::stopAcquisition()
     // Cleared first: the device's stop may report a failure synchronously.
     m_acquiring = false;
     m_processing->stopAcquisition();
-    if (m_device && m_device->isConnected())
+    // Only a board that was asked for frames is acquiring; stopping an
+    // idle one can fail and would report a lost board for nothing.
+    if (m_device && m_device->isAcquiring())
         m_device->stopAcquisition();
     emit isAcquisitionActiveChanged(false);
 }
@@ -189,7 +200,9 @@ void RadarSCoordinator::onRadarEvent(RadarEventCode code, QString message, QStri
         }
         break;
     case RadarEventCode::DeviceCommunicationFailure:
-        disconnectDevice();
+        // The failure may come from the temperature monitor's own reading,
+        // which is still under way: the monitor goes once it has returned.
+        releaseDevice(MonitorRelease::Deferred);
         emit enqueueUserMessage(Constants::Error, message, details);
         break;
     case RadarEventCode::NoDataAvailable:

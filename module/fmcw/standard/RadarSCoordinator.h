@@ -58,6 +58,7 @@ private:
     bool aroundAcquisition(const std::function<bool()>& operation);
     enum class MonitorRelease { Now, Deferred };
     void stopTemperatureMonitor(MonitorRelease release = MonitorRelease::Now);
+    void releaseDevice(MonitorRelease monitorRelease);
     void setChartSeriesCount(int count);
 
     IRadarDataProcessing* m_processing;

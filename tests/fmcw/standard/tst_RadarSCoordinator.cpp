@@ -14,6 +14,7 @@
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/standard/IRadarDataProcessing.h"
 #include "fmcw/standard/RadarConfiguration.h"
+#include "fmcw/standard/RadarDataProcessing.h"
 #include "fmcw/standard/RadarSCoordinator.h"
 #include "fmcw/standard/RadarUserSettings.h"
 #include "fmcw/standard/RadarView.h"
@@ -101,9 +102,16 @@ private slots:
     void refusedFileDoesNotInterruptAcquisition();
     void revertApplyFollowsEdits_data();
     void revertApplyFollowsEdits();
-    void unsupportedTemperatureDropsTheMonitorAfterItsReading();
+    void failedTemperatureReadingDropsTheMonitorAfterIt_data();
+    void failedTemperatureReadingDropsTheMonitorAfterIt();
+    void onlyAnAcquiringBoardIsStopped_data();
+    void onlyAnAcquiringBoardIsStopped();
+    void pipelineEndingByItselfReturnsToIdle();
 
 private:
+    // The scripted SDK describes a KMR7A board with three receivers.
+    void describeFakeBoard();
+
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<CoreUserSettings> m_core;
     std::unique_ptr<RadarUserSettings> m_settings;
@@ -291,32 +299,117 @@ void TestRadarSCoordinator::revertApplyFollowsEdits()
     QCOMPARE(changes.count(), available ? 2 : 0);
 }
 
-void TestRadarSCoordinator::unsupportedTemperatureDropsTheMonitorAfterItsReading()
+void TestRadarSCoordinator::describeFakeBoard()
 {
-    // The board answers the monitor's reading with "not supported": the
-    // event reaches the coordinator while the monitor is still inside that
-    // reading, so the monitor must outlive the call and go afterwards.
-    m_fake->temperatureStatus = VRN_STATUS_NOT_SUPPORTED;
     std::strcpy(m_fake->info.name, "KMR7A");
     m_fake->info.num_rx_antennas = 3;
     m_fake->info.num_tx_antennas = 1;
+}
+
+void TestRadarSCoordinator::failedTemperatureReadingDropsTheMonitorAfterIt_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("connectedAfter");
+    QTest::newRow("not supported") << int(VRN_STATUS_NOT_SUPPORTED) << true;
+    QTest::newRow("communication error") << int(VRN_STATUS_COMMUNICATION_ERROR) << false;
+}
+
+void TestRadarSCoordinator::failedTemperatureReadingDropsTheMonitorAfterIt()
+{
+    // The board answers the monitor's reading with a failure: the event
+    // reaches the coordinator while the monitor is still inside that
+    // reading, so the monitor must outlive the call and go afterwards.
+    QFETCH(int, status);
+    QFETCH(bool, connectedAfter);
+    m_fake->temperatureStatus = vrn_Status_t(status);
+    m_fake->temperature = 41.5f;
+    describeFakeBoard();
     RadarDevice device(&m_fake->table);
     RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
     connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
+    DeviceInfo* info = m_configuration->appliedConfiguration()->deviceInfo();
     QPointer<IRadarTemperatureMonitor> monitor;
     coordinator.setMonitorFactory([&](RadarDevice& board) -> std::unique_ptr<IRadarTemperatureMonitor> {
-        auto made = std::make_unique<RadarTemperatureMonitor>(&board, m_configuration->appliedConfiguration()->deviceInfo());
+        auto made = std::make_unique<RadarTemperatureMonitor>(&board, info);
         monitor = made.get();
         return made;
     });
     QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
     QVERIFY(monitor);
+    info->setDeviceTemperature(QVariant::fromValue(40.0f));
 
     monitor->update();
     QVERIFY(monitor);
+    QCOMPARE(coordinator.isConnected(), connectedAfter);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!monitor);
+    QVERIFY(!info->deviceTemperature().isValid());
     coordinator.disconnectDevice();
+}
+
+void TestRadarSCoordinator::onlyAnAcquiringBoardIsStopped_data()
+{
+    QTest::addColumn<bool>("framesAsked");
+    QTest::addColumn<int>("stops");
+    QTest::addColumn<bool>("connectedAfter");
+    // The board refuses every stop: asked of an idle board, that would
+    // report a lost board for nothing.
+    QTest::newRow("idle board") << false << 0 << true;
+    QTest::newRow("board delivering frames") << true << 1 << false;
+}
+
+void TestRadarSCoordinator::onlyAnAcquiringBoardIsStopped()
+{
+    QFETCH(bool, framesAsked);
+    QFETCH(int, stops);
+    QFETCH(bool, connectedAfter);
+    describeFakeBoard();
+    m_fake->stopError = "stop refused";
+    RadarDevice device(&m_fake->table);
+    RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
+    connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
+    QSignalSpy messages(&coordinator, &IRadarSCoordinator::enqueueUserMessage);
+    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+    QVERIFY(coordinator.isAcquisitionActive());
+    if (framesAsked)
+        QVERIFY(device.getNextFrame(*m_configuration->appliedConfiguration()).success);
+
+    coordinator.stopAcquisition();
+
+    QVERIFY(!coordinator.isAcquisitionActive());
+    QCOMPARE(m_fake->stopCalls, stops);
+    QCOMPARE(messages.count(), stops);
+    QCOMPARE(coordinator.isConnected(), connectedAfter);
+    coordinator.disconnectDevice();
+}
+
+void TestRadarSCoordinator::pipelineEndingByItselfReturnsToIdle()
+{
+    // The board cannot make frames: the first cycle ends the worker.
+    describeFakeBoard();
+    m_fake->frameCreateError = "no frame memory";
+    RadarDevice device(&m_fake->table);
+    RadarDataProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
+    RadarSCoordinator coordinator(&processing, m_core.get(), m_configuration.get(), &device);
+    RadarView view(&coordinator, m_configuration.get(), &processing, nullptr, m_settings.get());
+    QSignalSpy activity(&view, &RadarView::isActiveChanged);
+    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+    QVERIFY(view.isActive());
+
+    QTRY_VERIFY(!view.isActive());
+    QCOMPARE(activity.count(), 2);
+    QVERIFY(!processing.isAcquisitionRunning());
+    QVERIFY(coordinator.isConnected());
+    // The board never acquired, so it was not stopped either.
+    QCOMPARE(m_fake->stopCalls, 0);
+
+    // Once the board can make frames again, a start runs.
+    m_fake->frameCreateError = nullptr;
+    coordinator.startAcquisition();
+    QVERIFY(view.isActive());
+    QTRY_VERIFY(processing.frameNumber() > 0);
+    coordinator.disconnectDevice();
+    QVERIFY(!view.isActive());
 }
 
 QTEST_MAIN(TestRadarSCoordinator)
