@@ -62,16 +62,27 @@ bool RadarCoordinator::forwardConnect(IRadarSubmoduleCoordinator* coordinator, c
         emit isConnectedChanged(true);
     } else if (!connected && m_active == coordinator && !coordinator->isConnected()) {
         // A board that could not be opened leaves nothing active, so the
-        // next board is routed by its own type and a mode cannot be chosen
-        // without a board.
+        // next board is routed by its own type; the modes of this board stay
+        // on offer, since choosing another one retries it (setUserMode).
         deactivate();
-        emit userModesChanged({});
     }
     refreshConnectedDevice();
     return connected;
 }
 
 bool RadarCoordinator::connectDevice(const QString& uuid, vrn_Device_Shield_Type_t type)
+{
+    const bool connected = routeConnect(uuid, type);
+    // Without a board nothing can be switched; a refused one is kept so the
+    // user can still choose another mode for it.
+    if (connected || m_active)
+        m_refusedBoard = {};
+    else
+        m_refusedBoard = { uuid, type };
+    return connected;
+}
+
+bool RadarCoordinator::routeConnect(const QString& uuid, vrn_Device_Shield_Type_t type)
 {
     if (m_active)
         return forwardConnect(m_active, uuid, type);
@@ -149,14 +160,22 @@ void RadarCoordinator::registerSubmoduleCoordinator(IRadarSubmoduleCoordinator* 
 
 void RadarCoordinator::setUserMode(const QString& mode)
 {
-    // A mode is chosen for a connected board; without one there is nothing
-    // to switch and the mode stays as it is.
-    if (!m_active)
-        return;
     // Choosing the mode already in use must not reset the board and its
     // acquisition; like every property, nothing changes, nothing is said.
     if (mode == m_userMode)
         return;
+    if (!m_active) {
+        // A mode is chosen for a board. Without a connected one the only
+        // board there is to choose for is one the last mode refused: it is
+        // tried under the new mode.
+        if (m_refusedBoard.first.isEmpty())
+            return;
+        const QPair<QString, vrn_Device_Shield_Type_t> board = m_refusedBoard;
+        m_userMode = mode;
+        emit userModeChanged(mode);
+        connectDevice(board.first, board.second);
+        return;
+    }
 
     IRadarSubmoduleCoordinator* next = coordinatorFor({ m_active->deviceType(), mode });
 
@@ -168,14 +187,20 @@ void RadarCoordinator::setUserMode(const QString& mode)
         IRadarSubmoduleCoordinator* previous = m_active;
         deactivate();
         previous->disconnectDevice();
+        // Its own announcement went nowhere: it is no longer active.
+        refreshConnectedDevice();
+        emit isConnectedChanged(false);
     }
 
     activate(next);
     m_userMode = mode;
     emit userModeChanged(mode);
 
-    if (!uuid.isEmpty() && type != VRN_SHIELD_UNKNOWN)
-        connectDevice(uuid, type);
+    if (!uuid.isEmpty() && type != VRN_SHIELD_UNKNOWN && !connectDevice(uuid, type)) {
+        // The new mode refused the board: it is closed, so the host lists
+        // it again, ready for another mode or another connect.
+        emit triggerDetectDevices();
+    }
     refreshConnectedDevice();
 }
 

@@ -50,6 +50,8 @@ public slots:
 
 private:
     IRadarSubmoduleCoordinator* coordinatorFor(const Key& key);
+    // Picks the mode coordinator for the board and hands it over.
+    bool routeConnect(const QString& uuid, vrn_Device_Shield_Type_t type);
     // Hands the board to a mode coordinator and keeps the active
     // coordinator in step with what that coordinator then reports.
     bool forwardConnect(IRadarSubmoduleCoordinator* coordinator, const QString& uuid,
@@ -66,6 +68,9 @@ private:
     IRadarSubmoduleCoordinator* m_active = nullptr;
     QString m_userMode = QStringLiteral("Standard");
     QVector<QMetaObject::Connection> m_activeConnections;
+    // The board the last connect could not open, empty uuid when none; a
+    // mode chosen meanwhile is tried on it.
+    QPair<QString, vrn_Device_Shield_Type_t> m_refusedBoard { QString(), VRN_SHIELD_UNKNOWN };
 
     mutable QMutex m_connectedMutex;
     QString m_connectedUuid; // empty when no board is connected

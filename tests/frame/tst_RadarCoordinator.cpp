@@ -123,25 +123,62 @@ private slots:
         QVERIFY(!bench.coordinator.isDeviceConnected("uuid-1"));
     }
 
-    void refusedBoardLeavesNothingActive()
+    void refusedBoardCanBeTriedUnderAnotherMode_data()
     {
+        QTest::addColumn<bool>("connectFirst");
+        QTest::addColumn<QString>("refusingMode");
+        QTest::addColumn<QString>("retryMode");
+        QTest::addColumn<QVector<bool>>("announcedAtRefusal");
+        QTest::newRow("refused at connect, tried as CW") << false << standard << cw << QVector<bool> {};
+        QTest::newRow("switch to CW refused, back to Standard") << true << cw << standard << QVector<bool> { false };
+        QTest::newRow("switch to a mode without coordinator") << true << QStringLiteral("ZP7") << standard
+                                                               << QVector<bool> { false };
+    }
+
+    void refusedBoardCanBeTriedUnderAnotherMode()
+    {
+        QFETCH(bool, connectFirst);
+        QFETCH(QString, refusingMode);
+        QFETCH(QString, retryMode);
+        QFETCH(QVector<bool>, announcedAtRefusal);
         Bench bench;
-        bench.standardMode.refuse = true;
+        if (connectFirst)
+            QVERIFY(bench.coordinator.connectDevice("fmcw-1", fmcw));
+        QSignalSpy connected(&bench.coordinator, &RadarCoordinator::isConnectedChanged);
         QSignalSpy modes(&bench.coordinator, &RadarCoordinator::userModesChanged);
-        QVERIFY(!bench.coordinator.connectDevice("fmcw-1", fmcw));
+        QSignalSpy rescans(&bench.coordinator, &RadarCoordinator::triggerDetectDevices);
+        auto announced = [&connected] {
+            QVector<bool> states;
+            for (const auto& arguments : connected)
+                states << arguments.first().toBool();
+            return states;
+        };
+        bench.standardMode.refuse = refusingMode == standard;
+        bench.cwMode.refuse = refusingMode == cw;
 
-        // The announced modes are taken back and no mode can be chosen.
-        QCOMPARE(modes.count(), 2);
-        QVERIFY(modes.last().first().value<QSet<QString>>().isEmpty());
-        bench.coordinator.setUserMode(cw);
-        QCOMPARE(bench.coordinator.userMode(), standard);
-        QVERIFY(bench.cwMode.calls.isEmpty());
+        if (connectFirst)
+            bench.coordinator.setUserMode(refusingMode);
+        else
+            QVERIFY(!bench.coordinator.connectDevice("fmcw-1", fmcw));
 
-        // The next board is routed by its own type.
-        QVERIFY(bench.coordinator.connectDevice("zp7-1", zp7));
-        QCOMPARE(bench.standardMode.calls, QStringList { "connect fmcw-1" });
-        QCOMPARE(bench.zp7Mode.calls, QStringList { "connect zp7-1" });
-        QVERIFY(bench.coordinator.isDeviceConnected("zp7-1"));
+        // The board is let go, said so, and listed again by a rescan.
+        QVERIFY(!bench.coordinator.isConnected());
+        QVERIFY(!bench.coordinator.isDeviceConnected("fmcw-1"));
+        QCOMPARE(announced(), announcedAtRefusal);
+        QCOMPARE(rescans.count(), connectFirst ? 1 : 0);
+        for (const auto& arguments : modes)
+            QVERIFY(!arguments.first().value<QSet<QString>>().isEmpty());
+
+        // Another mode takes the same board.
+        bench.coordinator.setUserMode(retryMode);
+        QCOMPARE(bench.coordinator.userMode(), retryMode);
+        auto& retried = retryMode == cw ? bench.cwMode : bench.standardMode;
+        QVERIFY(retried.isConnected());
+        QCOMPARE(retried.deviceUuid(), QStringLiteral("fmcw-1"));
+        QVERIFY(bench.coordinator.isDeviceConnected("fmcw-1"));
+        QCOMPARE(announced(), announcedAtRefusal + QVector<bool> { true });
+        bench.coordinator.startAcquisition();
+        QVERIFY(bench.coordinator.isAcquisitionActive());
     }
 
     void secondBoardStaysActive_data()
