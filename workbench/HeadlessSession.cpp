@@ -120,6 +120,8 @@ void HeadlessSession::onInterrupted(int signalNumber)
         return;
     }
     m_signal = signalNumber;
+    if (m_recording)
+        m_recording->endProgressLine();
     m_out << "Interrupted by " << signalName(signalNumber) << ": finishing the session" << Qt::endl;
     quitLoops();
 }
@@ -150,12 +152,12 @@ void HeadlessSession::checkStalled()
 
 void HeadlessSession::onUserMessage(Constants::UserMessageType type, QString message, QString details)
 {
-    m_out << '[' << typeName(type) << "] " << message;
-    if (!details.isEmpty())
-        m_out << " (" << details << ')';
-    m_out << Qt::endl;
+    if (m_recording)
+        m_recording->endProgressLine();
+    const QString text = details.isEmpty() ? message : QStringLiteral("%1 (%2)").arg(message, details);
+    m_out << '[' << typeName(type) << "] " << text << Qt::endl;
     if (type == Constants::Error && m_failure.isEmpty()) {
-        m_failure = message;
+        m_failure = text;
         if (m_loop)
             m_loop->quit();
     }
@@ -333,7 +335,7 @@ void HeadlessSession::printSummary(quint32 overflows)
           << " fifo overflows" << Qt::endl;
     if (m_recording) {
         m_out << "Recording: " << m_recording->binPath() << Qt::endl;
-        if (m_options.txt)
+        if (m_options.txt && QFileInfo::exists(m_recording->txtPath()))
             m_out << "Text copy: " << m_recording->txtPath() << Qt::endl;
     }
 }

@@ -44,6 +44,9 @@ public:
     qint64 recordedFrames() const { return m_recordedFrames; }
     QString binPath() const;
     QString txtPath() const;
+    // Ends the line of a progress bar being drawn, so other output does not
+    // run into it.
+    void endProgressLine();
 
 signals:
     // The module ended the recording: limit reached, stopped, or failed.
@@ -58,7 +61,6 @@ public slots:
 private:
     QString removeEarlierRecording();
     QString waitForTextCopy();
-    void endProgressLine();
 
     QObject* m_view;
     RecordingUserSettings& m_settings;
