@@ -12,8 +12,13 @@
 // full buffer over by signal, so acquisition never waits for the disk.
 //
 // record() runs on the acquisition thread, stop() usually on the GUI
-// thread; the buffer mutex serialises them and is never held while a signal
-// is emitted.
+// thread. One mutex makes each of them a single step, hand-over included:
+// the active check and the append cannot be split by a stop(), and a buffer
+// taken out by record() is handed over before stop() can hand over the last
+// one and announce the end. So the buffers go out in order, all of them
+// before finished(), and every frame record() took before stop() began is
+// in them. Slots of bufferReady() therefore must not call back into the
+// recorder; finished() is emitted with the mutex released.
 class RadarRecorder : public QObject
 {
     Q_OBJECT
@@ -31,20 +36,22 @@ public:
 
 signals:
     void bufferReady(RadarBufferPtr ptrToBuffer);
-    // Emitted once per recording: on reaching the limit or on stop().
+    // Emitted once per recording, after the last buffer: on reaching the
+    // limit or on stop().
     void finished();
 
 public slots:
     void stop();
 
 private:
-    void flush();
-    bool bufferIsEmpty() const;
+    // The current buffer if it holds frames, with a fresh one in its place;
+    // null when empty. Under the mutex.
+    RadarBufferPtr takeBuffer();
 
     const int m_capacity;
-    std::atomic<bool> m_active { false };
+    std::atomic<bool> m_active { false }; // written under the mutex
 
-    mutable std::mutex m_mutex; // guards the two below
+    std::mutex m_mutex; // guards the two below and orders the hand-overs
     quint32 m_remaining;
     RadarBufferPtr m_buffer;
 };

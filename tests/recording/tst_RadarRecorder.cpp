@@ -5,6 +5,11 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <atomic>
+#include <future>
+#include <mutex>
+#include <thread>
+
 class TestRadarRecorder : public QObject
 {
     Q_OBJECT
@@ -13,6 +18,8 @@ private slots:
     void buffersAndFinish();
     void destructionWhileActiveHandsOverBufferedFrames();
     void framesOutsideARecordingAreDropped();
+    void stopRacingTheAcquisitionLosesNoFrame_data();
+    void stopRacingTheAcquisitionLosesNoFrame();
 };
 
 void TestRadarRecorder::buffersAndFinish_data()
@@ -98,6 +105,74 @@ void TestRadarRecorder::framesOutsideARecordingAreDropped()
     recorder.stop();
     QCOMPARE(buffers.count(), 0);
     QCOMPARE(finished.count(), 0);
+}
+
+void TestRadarRecorder::stopRacingTheAcquisitionLosesNoFrame_data()
+{
+    QTest::addColumn<int>("capacity");
+    QTest::newRow("a hand-over per frame") << 1;
+    QTest::newRow("buffers of 4") << 4;
+}
+
+void TestRadarRecorder::stopRacingTheAcquisitionLosesNoFrame()
+{
+    QFETCH(int, capacity);
+    // The file recording takes buffers until the recorder's finished() and
+    // closes the file then; a buffer handed over after it is lost. So every
+    // frame whose record() had returned when stop() was called must arrive
+    // before finished(), in order and without a gap.
+    const SharedFrame frame = TestFrames::make(1, 1, 1, 0);
+    for (int round = 0; round < 300; ++round) {
+        RadarRecorder recorder(0, capacity);
+        std::mutex mutex;
+        bool closed = false;
+        QList<int> numbers;
+        connect(
+            &recorder, &RadarRecorder::bufferReady, this,
+            [&](RadarBufferPtr buffer) {
+                std::lock_guard<std::mutex> lock(mutex);
+                for (const auto& entry : *buffer) {
+                    if (!closed)
+                        numbers.append(entry.first);
+                }
+            },
+            Qt::DirectConnection);
+        connect(
+            &recorder, &RadarRecorder::finished, this,
+            [&] {
+                std::lock_guard<std::mutex> lock(mutex);
+                closed = true;
+            },
+            Qt::DirectConnection);
+        recorder.start();
+        std::atomic<int> returned { 0 };
+        std::atomic<bool> done { false };
+        // stop() comes a few frames into the recording, at a point that
+        // varies from round to round.
+        const int warmUp = 1 + round % 7;
+        std::promise<void> warm;
+        std::thread acquisition([&] {
+            for (int i = 0; !done.load(); ++i) {
+                recorder.record(frame, i);
+                returned = i + 1;
+                if (i + 1 == warmUp)
+                    warm.set_value();
+            }
+        });
+        warm.get_future().wait();
+        const int beforeStop = returned.load();
+        recorder.stop();
+        done = true;
+        acquisition.join();
+
+        QVERIFY2(numbers.size() >= beforeStop,
+                 qPrintable(QStringLiteral("round %1: %2 frames arrived, %3 were recorded before stop()")
+                                .arg(round)
+                                .arg(numbers.size())
+                                .arg(beforeStop)));
+        for (int i = 0; i < numbers.size(); ++i)
+            QCOMPARE(numbers[i], i);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestRadarRecorder)
