@@ -22,4 +22,6 @@ public:
     virtual bool writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row) = 0;
     // False when data still buffered could not be written out.
     virtual bool close() = 0;
+    // The system's reason for the last failure, for the user's message.
+    virtual QString errorString() const = 0;
 };

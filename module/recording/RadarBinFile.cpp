@@ -5,6 +5,9 @@
 
 #include <QDebug>
 
+#include <cerrno>
+#include <cstring>
+
 RadarBinFile::~RadarBinFile()
 {
     close();
@@ -13,9 +16,17 @@ RadarBinFile::~RadarBinFile()
 bool RadarBinFile::open(const QString& fileName, QIODevice::OpenMode mode)
 {
     close();
+    m_errorString.clear();
     m_file = std::make_unique<QFile>(fileName);
+    // Written unbuffered: a record that only reached the file's buffer
+    // could still fail on the disk after the write reported success, and
+    // then nobody could tell where the last whole record ends. Records are
+    // large, so little is lost by going to the system with each.
+    if (mode & QIODevice::WriteOnly)
+        mode |= QIODevice::Unbuffered;
     if (!m_file->open(mode)) {
-        qWarning() << "Cannot open recording file" << fileName << ":" << m_file->errorString();
+        m_errorString = m_file->errorString();
+        qWarning() << "Cannot open recording file" << fileName << ":" << m_errorString;
         m_file.reset();
         return false;
     }
@@ -113,6 +124,7 @@ bool RadarBinFile::writeHeader(const RadarRecordingHeader& header)
         return false;
     if (m_file->pos() != 0 && !m_file->seek(0))
         return false;
+    m_stream.resetStatus();
     m_stream << header.magic << header.version << header.headerSize << header.numTxAntennas
              << header.numRxAntennas << header.maskTxAntennas << header.maskRxAntennas
              << header.areRxAntennasInterleaved << header.modulationTypeEnum << header.chirpShapeEnum
@@ -120,7 +132,10 @@ bool RadarBinFile::writeHeader(const RadarRecordingHeader& header)
              << header.adcResolutionBits << header.areAdcSamplesNormalized << header.dataFormatEnum
              << header.chirpsPerFrame << header.samplesPerChirp << header.samplesPerFrame << header.chirpTimeSec
              << header.pulseRepetitionTimeSec << header.framePeriodSec;
-    return m_stream.status() == QDataStream::Ok;
+    if (m_stream.status() == QDataStream::Ok)
+        return true;
+    m_errorString = m_file->errorString();
+    return false;
 }
 
 bool RadarBinFile::writeFrames(quint32 rowCount, quint32 samplesPerRow, const std::vector<RadarFrameRecord>& rows)
@@ -140,9 +155,33 @@ bool RadarBinFile::writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row
     if (!isOpenFor(QIODevice::WriteOnly) || row.samples.size() < samplesPerRow)
         return false;
     const int rowBytes = int(4 * qint64(samplesPerRow));
+    const qint64 recordStart = m_file->pos();
+    // The stream's status sticks; one failed record must not fail the rest.
+    m_stream.resetStatus();
+    errno = 0;
     m_stream << row.frameNumber;
     const int written = m_stream.writeRawData(reinterpret_cast<const char*>(row.samples.data()), rowBytes);
-    return m_stream.status() == QDataStream::Ok && written == rowBytes;
+    if (m_stream.status() == QDataStream::Ok && written == rowBytes)
+        return true;
+    rollBack(recordStart, errno);
+    return false;
+}
+
+void RadarBinFile::rollBack(qint64 recordStart, int savedErrno)
+{
+    // A short write sets no error on the file; the system's reason is then
+    // only in errno, taken right after the write.
+    if (m_file->error() != QFileDevice::NoError)
+        m_errorString = m_file->errorString();
+    else if (savedErrno != 0)
+        m_errorString = QString::fromLocal8Bit(std::strerror(savedErrno));
+    else
+        m_errorString = QStringLiteral("the disk took only part of the frame");
+    m_file->unsetError();
+    // Shrinking needs no space, so this works on a full disk too.
+    if (!m_file->resize(recordStart) || !m_file->seek(recordStart))
+        qCritical() << "Cannot cut the broken last record off" << m_file->fileName() << ":" << m_file->errorString();
+    m_stream.resetStatus();
 }
 
 bool RadarBinFile::close()

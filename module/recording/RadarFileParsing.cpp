@@ -3,9 +3,12 @@
 #include "core/CyclicTaskWorker.h"
 
 #include <QDebug>
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
+const QString kCannotParse = QStringLiteral("Cannot parse file!");
+const QString kCannotParseTo = QStringLiteral("Cannot parse to destination file!");
 // About a megabyte of samples per worker cycle: large enough to keep the
 // disk busy, small enough that stop() never waits long.
 constexpr quint64 kBatchSamples = 256 * 1024;
@@ -29,6 +32,10 @@ bool RadarFileParsing::start(const QString& binPath, const QString& txtPath)
     stop();
     m_binPath = binPath;
     m_txtPath = txtPath;
+    m_partPath = txtPath + QStringLiteral(".part");
+    m_failure.clear();
+    m_reported = false;
+    m_finishRan.store(false);
     m_samplesPerFrame = 0;
     m_totalFrames = 0;
     m_convertedFrames = 0;
@@ -48,11 +55,10 @@ void RadarFileParsing::stop()
         return;
     m_worker->stop();
     m_worker.reset();
-    // A terminated thread skips its finish hook; the files must be closed
-    // all the same.
-    m_source.close();
-    m_destination.close();
-    m_converting.store(false);
+    // A terminated thread skips its finish hook; the run must end all the
+    // same, files closed and its listeners told.
+    if (!m_finishRan.load())
+        finish();
 }
 
 bool RadarFileParsing::isRunning() const
@@ -78,14 +84,17 @@ bool RadarFileParsing::openFiles()
     if (!m_source.checkFile(m_binPath) || !m_source.open(m_binPath, QIODevice::ReadOnly)
         || !m_source.readHeader(header) || header.samplesPerFrame == 0) {
         m_source.close();
+        m_reported = true;
         emit errorDetected(QStringLiteral("Cannot parse from source file!"), m_binPath);
         return false;
     }
-    if (!m_destination.open(m_txtPath, QIODevice::WriteOnly | QIODevice::Truncate)
+    if (!m_destination.open(m_partPath, QIODevice::WriteOnly | QIODevice::Truncate)
         || !m_destination.writeHeader(header)) {
         m_source.close();
         m_destination.close();
-        emit errorDetected(QStringLiteral("Cannot parse to destination file!"), m_txtPath);
+        QFile::remove(m_partPath);
+        m_reported = true;
+        emit errorDetected(kCannotParseTo, m_txtPath);
         return false;
     }
     m_samplesPerFrame = header.samplesPerFrame;
@@ -99,13 +108,12 @@ bool RadarFileParsing::openFiles()
 bool RadarFileParsing::convertBatch()
 {
     const quint64 batch = qMin(m_totalFrames - m_convertedFrames, qMax<quint64>(1, kBatchSamples / m_samplesPerFrame));
-    if (!m_source.readFrames(quint32(batch), m_samplesPerFrame, m_rows)
-        || !m_destination.writeFrames(quint32(batch), m_samplesPerFrame, m_rows)) {
-        emit errorDetected(QStringLiteral("Cannot parse file!"),
-                           QStringLiteral("Stopped after %1 of %2 frames of %3.")
-                               .arg(m_convertedFrames)
-                               .arg(m_totalFrames)
-                               .arg(m_binPath));
+    if (!m_source.readFrames(quint32(batch), m_samplesPerFrame, m_rows)) {
+        m_failure = QStringLiteral("the binary file could not be read");
+        return false;
+    }
+    if (!m_destination.writeFrames(quint32(batch), m_samplesPerFrame, m_rows)) {
+        m_failure = QStringLiteral("writing the text failed: %1").arg(m_destination.errorString());
         return false;
     }
     m_convertedFrames += batch;
@@ -115,25 +123,55 @@ bool RadarFileParsing::convertBatch()
 
 void RadarFileParsing::finish()
 {
-    if (!m_opened) {
-        m_converting.store(false);
-        emit finished();
-        return;
-    }
+    m_finishRan.store(true);
     m_source.close();
-    const bool closed = m_destination.close();
-    if (!closed) {
-        emit errorDetected(QStringLiteral("Cannot parse to destination file!"), m_txtPath);
-    } else if (m_convertedFrames == m_totalFrames && m_truncated) {
+    bool published = false;
+    if (m_opened) {
+        const QString writeError = m_destination.errorString();
+        if (!m_destination.close() && m_failure.isEmpty())
+            m_failure = QStringLiteral("the end of the text could not be written: %1").arg(writeError);
+        // Counted against the whole frames of the binary file: the copy is
+        // complete only if it holds every one of them.
+        if (m_failure.isEmpty() && m_convertedFrames == m_totalFrames)
+            published = publishText();
+        else
+            QFile::remove(m_partPath);
+    }
+    if (published && m_truncated) {
         // Whole frames are converted; the user still has to learn that the
         // recording itself ends in a broken record.
-        emit errorDetected(QStringLiteral("Cannot parse file!"),
-                           QStringLiteral("The last frame of %1 is truncated; %2 whole frames were converted.")
-                               .arg(m_binPath)
-                               .arg(m_totalFrames));
+        emit errorDetected(kCannotParse, QStringLiteral("The last frame of %1 is truncated; %2 whole frames were converted.")
+                                             .arg(m_binPath)
+                                             .arg(m_totalFrames));
+    } else if (!published && !m_reported) {
+        if (!m_opened) {
+            emit errorDetected(kCannotParse,
+                               QStringLiteral("The conversion of %1 was stopped before it began; no text copy was written.")
+                                   .arg(m_binPath));
+        } else {
+            const QString reason = m_failure.isEmpty() ? QStringLiteral("the conversion was stopped") : m_failure;
+            emit errorDetected(kCannotParse,
+                               QStringLiteral("Only %1 of %2 frames of %3 reached the text copy (%4); no text copy "
+                                              "was kept.")
+                                   .arg(m_convertedFrames)
+                                   .arg(m_totalFrames)
+                                   .arg(m_binPath, reason));
+        }
     }
     m_converting.store(false);
     emit finished();
+}
+
+bool RadarFileParsing::publishText()
+{
+    if ((QFile::exists(m_txtPath) && !QFile::remove(m_txtPath)) || !QFile::rename(m_partPath, m_txtPath)) {
+        qCritical() << "Cannot move the text copy" << m_partPath << "to" << m_txtPath;
+        QFile::remove(m_partPath);
+        m_reported = true;
+        emit errorDetected(kCannotParseTo, m_txtPath);
+        return false;
+    }
+    return true;
 }
 
 void RadarFileParsing::reportProgress()

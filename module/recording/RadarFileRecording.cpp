@@ -34,17 +34,43 @@ bool RadarFileRecording::start()
 {
     if (m_worker)
         return true;
-    if (!m_source || !openWriter() || !writeConfiguration()) {
-        {
-            std::lock_guard<std::mutex> lock(m_writerMutex);
-            if (m_writer) {
-                m_writer->close();
-                m_writer.reset();
-            }
-        }
-        emit errorDetected(kCannotWrite, QString());
+    if (!m_source) {
+        emit errorDetected(kCannotWrite, QStringLiteral("There is no configuration to record with."));
         return false;
     }
+    RadarRecordingHeader header = m_source->recordingHeader();
+    const quint32 txAntennas = quint32(qPopulationCount(header.maskTxAntennas));
+    const quint32 rxAntennas = quint32(qPopulationCount(header.maskRxAntennas));
+    m_samplesPerFrame = header.samplesPerChirp * header.chirpsPerFrame * txAntennas * rxAntennas;
+    // A file of empty frames would hold nothing and could not be read back
+    // (no records to count); this is what an unloaded configuration gives.
+    if (m_samplesPerFrame == 0) {
+        qWarning() << "Not recording to" << m_binPath << ": no samples per frame," << header.samplesPerChirp
+                   << "samples per chirp," << header.chirpsPerFrame << "chirps, Tx mask" << header.maskTxAntennas
+                   << ", Rx mask" << header.maskRxAntennas;
+        emit errorDetected(kCannotWrite,
+                           QStringLiteral("The configuration has no samples per frame (%1 samples per chirp, %2 chirps "
+                                          "per frame, %3 transmit and %4 receive antennas enabled); load a "
+                                          "configuration before recording.")
+                               .arg(header.samplesPerChirp)
+                               .arg(header.chirpsPerFrame)
+                               .arg(txAntennas)
+                               .arg(rxAntennas));
+        return false;
+    }
+    // The header must describe the records that follow, whatever the source
+    // put there.
+    header.samplesPerFrame = m_samplesPerFrame;
+    m_createdFiles.clear();
+    QString failure = openWriter(header);
+    if (failure.isEmpty())
+        failure = writeConfiguration();
+    if (!failure.isEmpty()) {
+        abandonStart();
+        emit errorDetected(kCannotWrite, failure);
+        return false;
+    }
+    m_createdFiles.clear();
     m_record.samples.assign(m_samplesPerFrame, 0.0f);
     m_worker = std::make_unique<CyclicTaskWorker>([this] { return drainStep(); });
     {
@@ -61,39 +87,60 @@ bool RadarFileRecording::isRunning() const
     return m_worker != nullptr;
 }
 
-bool RadarFileRecording::openWriter()
+QString RadarFileRecording::openWriter(const RadarRecordingHeader& header)
 {
-    RadarRecordingHeader header = m_source->recordingHeader();
-    m_samplesPerFrame = header.samplesPerChirp * header.chirpsPerFrame
-        * quint32(qPopulationCount(header.maskTxAntennas)) * quint32(qPopulationCount(header.maskRxAntennas));
-    // The header must describe the records that follow, whatever the source
-    // put there.
-    header.samplesPerFrame = m_samplesPerFrame;
-
     std::lock_guard<std::mutex> lock(m_writerMutex);
+    m_framesWritten = 0;
+    m_writeFailed = false;
     m_writer = createWriter();
-    if (!m_writer || !m_writer->open(m_binPath, QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!m_writer)
+        return QStringLiteral("No writer for %1.").arg(m_binPath);
+    // NewOnly: a recording never overwrites one made before, and whatever
+    // we opened we created, so it is ours to remove again.
+    if (!m_writer->open(m_binPath, QIODevice::WriteOnly | QIODevice::NewOnly)) {
         qCritical() << "Cannot open recording file" << m_binPath;
-        return false;
+        return QStringLiteral("%1 cannot be created: %2").arg(m_binPath, m_writer->errorString());
     }
+    m_createdFiles.append(m_binPath);
     if (!m_writer->writeHeader(header)) {
         qCritical() << "Cannot write the header of recording file" << m_binPath;
-        return false;
+        return QStringLiteral("The header of %1 cannot be written: %2").arg(m_binPath, m_writer->errorString());
     }
-    return true;
+    return QString();
 }
 
-bool RadarFileRecording::writeConfiguration()
+QString RadarFileRecording::writeConfiguration()
 {
     const QByteArray json = m_source->configurationJson();
     if (json.isEmpty() || m_jsonPath.isEmpty())
-        return true;
+        return QString();
     QFile file(m_jsonPath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(json) != json.size() || !file.flush()) {
-        qCritical() << "Cannot write recording configuration" << m_jsonPath << ":" << file.errorString();
-        return false;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        qCritical() << "Cannot create recording configuration" << m_jsonPath << ":" << file.errorString();
+        return QStringLiteral("%1 cannot be created: %2").arg(m_jsonPath, file.errorString());
     }
-    return true;
+    m_createdFiles.append(m_jsonPath);
+    if (file.write(json) != json.size() || !file.flush()) {
+        qCritical() << "Cannot write recording configuration" << m_jsonPath << ":" << file.errorString();
+        return QStringLiteral("%1 cannot be written: %2").arg(m_jsonPath, file.errorString());
+    }
+    return QString();
+}
+
+void RadarFileRecording::abandonStart()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_writerMutex);
+        if (m_writer) {
+            m_writer->close();
+            m_writer.reset();
+        }
+    }
+    for (const QString& path : qAsConst(m_createdFiles)) {
+        if (!QFile::remove(path))
+            qWarning() << "Cannot remove" << path << "of a recording that did not start";
+    }
+    m_createdFiles.clear();
 }
 
 std::unique_ptr<IRadarFileWriter> RadarFileRecording::createWriter() const
@@ -186,21 +233,42 @@ RadarBufferPtr RadarFileRecording::takeBuffer()
 void RadarFileRecording::writeBuffer(const RadarBuffer& buffer)
 {
     for (const auto& [number, frame] : buffer) {
+        {
+            // After a failed write the recording is over; what is still
+            // queued is dropped without a message per frame.
+            std::lock_guard<std::mutex> lock(m_writerMutex);
+            if (m_writeFailed || !m_writer)
+                return;
+        }
         if (!fillRecord(frame.get())) {
             emit errorDetected(QStringLiteral("Data status: Antenna data is empty"),
                                QStringLiteral("Cannot write data to recording file!"));
             continue;
         }
         m_record.frameNumber = number;
-        bool written = false;
+        QString reason;
+        quint64 saved = 0;
         {
             std::lock_guard<std::mutex> lock(m_writerMutex);
-            written = m_writer && m_writer->writeFrame(m_samplesPerFrame, m_record);
+            if (m_writer->writeFrame(m_samplesPerFrame, m_record)) {
+                ++m_framesWritten;
+                continue;
+            }
+            // The writer has cut the file back to the last whole frame.
+            m_writeFailed = true;
+            reason = m_writer->errorString();
+            if (reason.isEmpty())
+                reason = QStringLiteral("the writer gave none");
+            saved = m_framesWritten;
         }
-        if (!written) {
-            qCritical() << "Cannot write frame" << number << "to" << m_binPath;
-            emit errorDetected(kCannotWrite, QStringLiteral("Frame %1 was not written to %2.").arg(number).arg(m_binPath));
-        }
+        qCritical() << "Cannot write frame" << number << "to" << m_binPath << ":" << reason;
+        emit errorDetected(kCannotWrite, QStringLiteral("Recording stopped at frame %1: %2 frames were saved to %3, "
+                                                        "which ends with the last whole frame. Reason: %4")
+                                             .arg(number)
+                                             .arg(saved)
+                                             .arg(m_binPath, reason));
+        emit writeFailed();
+        return;
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <condition_variable>
 #include <deque>
@@ -31,9 +32,10 @@ public:
                        QObject* parent = nullptr);
     ~RadarFileRecording() override;
 
-    // Opens the file, writes the header and the configuration document and
-    // starts writing. On failure reports "Cannot write to recording file!"
-    // and stays idle.
+    // Creates the binary file and the configuration document (neither may
+    // exist yet), writes the header and starts writing. On failure reports
+    // "Cannot write to recording file!" with the reason, removes what it
+    // created and stays idle.
     bool start();
     bool isRunning() const;
     quint32 samplesPerFrame() const { return m_samplesPerFrame; }
@@ -43,6 +45,11 @@ signals:
     // The file is complete and closed.
     void finished();
     void errorDetected(QString message, QString details);
+    // A frame could not be written (the disk is full): the file ends at the
+    // last whole frame, the failure has been reported once, and nothing more
+    // will be written. The owner should end the recording. Emitted on the
+    // thread that wrote, after its errorDetected().
+    void writeFailed();
     // The worker has stopped; what is still queued is written by stop().
     void collectingStopped();
 
@@ -56,8 +63,11 @@ protected:
     virtual std::unique_ptr<IRadarFileWriter> createWriter() const;
 
 private:
-    bool openWriter();
-    bool writeConfiguration();
+    // Each returns the reason for the user, empty on success.
+    QString openWriter(const RadarRecordingHeader& header);
+    QString writeConfiguration();
+    // Closes the writer and removes the files start() created.
+    void abandonStart();
     bool drainStep();
     RadarBufferPtr takeBuffer();
     void writeBuffer(const RadarBuffer& buffer);
@@ -78,8 +88,14 @@ private:
     bool m_accepting = false;
     bool m_stopRequested = false;
 
-    std::mutex m_writerMutex;
+    std::mutex m_writerMutex; // guards the writer and the two below
     std::unique_ptr<IRadarFileWriter> m_writer;
+    quint64 m_framesWritten = 0;
+    // Set on the first failed write; nothing is written after it.
+    bool m_writeFailed = false;
+
+    // What start() created, so that a failed start leaves nothing behind.
+    QStringList m_createdFiles;
 
     // Used by whichever thread drains: the worker, or after it has stopped
     // the thread running stop(); never both at once.

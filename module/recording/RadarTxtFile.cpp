@@ -249,6 +249,11 @@ bool RadarTxtFile::close()
     return RecordingFileAccess::flushAndClose(m_file);
 }
 
+QString RadarTxtFile::errorString() const
+{
+    return m_file ? m_file->errorString() : QString();
+}
+
 bool RadarTxtFile::isOpenFor(QIODevice::OpenModeFlag mode) const
 {
     return RecordingFileAccess::isOpenFor(m_file.get(), mode);

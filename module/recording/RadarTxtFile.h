@@ -27,6 +27,7 @@ public:
     bool writeFrames(quint32 rowCount, quint32 samplesPerRow, const std::vector<RadarFrameRecord>& rows) override;
     bool writeFrame(quint32 samplesPerRow, const RadarFrameRecord& row) override;
     bool close() override;
+    QString errorString() const override;
 
 private:
     bool isOpenFor(QIODevice::OpenModeFlag mode) const;

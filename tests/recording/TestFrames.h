@@ -5,6 +5,9 @@
 #include "recording/RecordingFrame.h"
 #include "recording/WordSwap.h"
 
+#include <QFile>
+#include <QString>
+
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -95,6 +98,39 @@ inline RadarFrameRecord bigEndianRecord(qint32 number, std::vector<float> sample
 {
     WordSwap::toFromBigEndian(samples.data(), samples.size());
     return RadarFrameRecord { number, std::move(samples) };
+}
+
+// Checks a binary recording byte by byte, without the project's reader:
+// the magic, Samples_per_Frame at byte 72, then nothing but whole records
+// (big-endian frame number, samples) numbered up by one from firstNumber,
+// or from whatever the first record holds when it is negative. Empty when
+// the layout holds; `frames` gets the number of records.
+inline QString layoutProblem(const QString& path, qint64& frames, qint32 firstNumber = 0)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("cannot open %1").arg(path);
+    const QByteArray bytes = file.readAll();
+    const auto be32 = [&bytes](qint64 at) {
+        const auto* p = reinterpret_cast<const uchar*>(bytes.constData() + at);
+        return quint32(p[0]) << 24 | quint32(p[1]) << 16 | quint32(p[2]) << 8 | quint32(p[3]);
+    };
+    if (bytes.size() < 88)
+        return QStringLiteral("only %1 bytes").arg(bytes.size());
+    if (be32(0) != 0x564E5242u) // "VNRB"
+        return QStringLiteral("no magic");
+    const qint64 record = 4 + 4 * qint64(be32(72));
+    if ((bytes.size() - 88) % record != 0)
+        return QStringLiteral("%1 bytes are not 88 plus whole records of %2").arg(bytes.size()).arg(record);
+    frames = (bytes.size() - 88) / record;
+    if (firstNumber < 0 && frames > 0)
+        firstNumber = qint32(be32(88));
+    for (qint64 i = 0; i < frames; ++i) {
+        const qint32 number = qint32(be32(88 + i * record));
+        if (number != firstNumber + i)
+            return QStringLiteral("record %1 holds frame %2").arg(i).arg(number);
+    }
+    return QString();
 }
 
 }

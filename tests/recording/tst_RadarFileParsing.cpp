@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "SignalLog.h"
 #include "TestFrames.h"
 
@@ -43,6 +44,8 @@ private slots:
     void failures();
     void truncatedRecordingConvertsWholeFramesAndSaysSo();
     void stopEndsARunningConversionAndAllowsAnother();
+    void incompleteConversionReportsAndKeepsNoCopy_data();
+    void incompleteConversionReportsAndKeepsNoCopy();
 
 private:
     QTemporaryDir m_dir;
@@ -162,6 +165,51 @@ void TestRadarFileParsing::stopEndsARunningConversionAndAllowsAnother()
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
     QCOMPARE(errors.count(), 0);
     QCOMPARE(readAll(txt).count("# Frame_Number = "), 200);
+}
+
+void TestRadarFileParsing::incompleteConversionReportsAndKeepsNoCopy_data()
+{
+    QTest::addColumn<bool>("stopped");
+    QTest::newRow("stopped by its owner") << true;
+    QTest::newRow("text file cannot grow") << false;
+}
+
+void TestRadarFileParsing::incompleteConversionReportsAndKeepsNoCopy()
+{
+    QFETCH(bool, stopped);
+    // Far more text than one batch makes, so the owner's stop() on the
+    // first progress report always lands in the middle.
+    constexpr int kFrames = 400;
+    const QString bin = m_dir.filePath(QStringLiteral("part%1.raw.bin").arg(stopped));
+    const QString txt = m_dir.filePath(QStringLiteral("part%1.raw.txt").arg(stopped));
+    const RadarRecordingHeader header = TestFrames::header(1, 1, 16, 256);
+    std::vector<RadarFrameRecord> rows;
+    for (int i = 0; i < kFrames; ++i)
+        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 16, 256, i)));
+    QVERIFY(writeRecording(bin, header, rows));
+
+    RadarFileParsing parsing;
+    SignalLog finished(&parsing, &RadarFileParsing::finished);
+    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+    // The owner stops as soon as it hears of the first batch.
+    if (stopped)
+        connect(&parsing, &RadarFileParsing::convertingToTxt, this, [&parsing] { parsing.stop(); });
+    {
+        // About a quarter of the text fits.
+        FileSizeLimit limit(stopped ? RLIM_INFINITY : rlim_t(kFrames * 4096 * 3));
+        QVERIFY(limit.isValid());
+        QVERIFY(parsing.start(bin, txt));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+    }
+    QVERIFY(!parsing.isRunning());
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
+    const QString details = errors.at(0).at(1).toString();
+    QVERIFY2(details.contains(QStringLiteral(" of %1 frames").arg(kFrames)), qPrintable(details));
+    // No text that a reader could take for the whole recording.
+    QVERIFY(!QFileInfo::exists(txt));
+    QCOMPARE(QDir(m_dir.path()).entryList({ QStringLiteral("part%1*").arg(stopped) }),
+             QStringList { QFileInfo(bin).fileName() });
 }
 
 QTEST_GUILESS_MAIN(TestRadarFileParsing)

@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "SignalLog.h"
 #include "TestFrames.h"
 
@@ -81,9 +82,10 @@ private slots:
     void chainWritesEveryFrame();
     void stopWritesTheFiveBufferedFrames();
     void frameWithMissingAntennaIsSkipped();
-    void unwritablePathFailsStart();
-    void fullDiskReportsEachLostFrameAndKeepsEarlierOnes();
-    void deviceWithoutSpaceReportsEveryFrame();
+    void refusedStartLeavesNothingBehind_data();
+    void refusedStartLeavesNothingBehind();
+    void fullDiskEndsTheRecordingWithEveryWholeFrame_data();
+    void fullDiskEndsTheRecordingWithEveryWholeFrame();
     void buffersArrivingWhileStoppingAreWrittenInOrderOrRefused_data();
     void buffersArrivingWhileStoppingAreWrittenInOrderOrRefused();
 
@@ -205,85 +207,116 @@ void TestRadarFileRecording::frameWithMissingAntennaIsSkipped()
     QVERIFY(TestFrames::bitIdentical(back.rows[1].samples, TestFrames::expectedSamples(3, 4, 8, 4)));
 }
 
-void TestRadarFileRecording::unwritablePathFailsStart()
+void TestRadarFileRecording::refusedStartLeavesNothingBehind_data()
 {
-    // A regular file where a directory should be: refused even to root.
-    const QString blocker = base(QStringLiteral("file.txt"));
-    QFile file(blocker);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
+    QTest::addColumn<QString>("json");
+    QTest::addColumn<QString>("bin");
+    QTest::addColumn<quint32>("chirps");
+    QTest::addColumn<QString>("reason");
+
+    // "blocker" is a file, "taken.json" a directory, "old.raw.bin" an
+    // earlier recording: none of them is ours to remove or to overwrite.
+    QTest::newRow("no samples per frame") << "zero.json" << "zero.raw.bin" << 0u << "samples per frame";
+    QTest::newRow("binary file below a file") << "blocker/rec.json" << "blocker/rec.raw.bin" << 4u << "blocker";
+    QTest::newRow("configuration below a missing folder") << "missing/rec.json" << "rec.raw.bin" << 4u << "missing";
+    QTest::newRow("configuration path is a folder") << "taken.json" << "taken.raw.bin" << 4u << "taken.json";
+    QTest::newRow("binary file exists") << "old.json" << "old.raw.bin" << 4u << "old.raw.bin";
+}
+
+void TestRadarFileRecording::refusedStartLeavesNothingBehind()
+{
+    QFETCH(QString, json);
+    QFETCH(QString, bin);
+    QFETCH(quint32, chirps);
+    QFETCH(QString, reason);
+    QTemporaryDir dir;
+    QFile blocker(dir.filePath(QStringLiteral("blocker")));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("taken.json")));
+    QFile old(dir.filePath(QStringLiteral("old.raw.bin")));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("an earlier recording");
+    old.close();
+    const QStringList before = QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
 
     FakeSource source;
-    RadarFileRecording recording(&source, blocker + "/rec.json", blocker + "/rec.raw.bin");
+    source.header = TestFrames::header(1, 7, chirps, 8);
+    RadarFileRecording recording(&source, dir.filePath(json), dir.filePath(bin));
     SignalLog errors(&recording, &RadarFileRecording::errorDetected);
     QSignalSpy finished(&recording, &RadarFileRecording::finished);
     QVERIFY(!recording.start());
     QVERIFY(!recording.isRunning());
+
+    SignalLog::settle();
     QCOMPARE(errors.count(), 1);
     QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
-    QCOMPARE(errors.at(0).at(1).toString(), QString());
+    QVERIFY2(errors.at(0).at(1).toString().contains(reason), qPrintable(errors.at(0).at(1).toString()));
+    // Nothing created stays, nothing found is touched.
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("an earlier recording"));
+    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("taken.json"))).isDir());
     recording.collectRadarBuffer(std::make_shared<RadarBuffer>(1, std::make_pair(0, TestFrames::make(3, 4, 8, 0))));
     recording.stop();
     QCOMPARE(finished.count(), 0);
 }
 
-void TestRadarFileRecording::fullDiskReportsEachLostFrameAndKeepsEarlierOnes()
+void TestRadarFileRecording::fullDiskEndsTheRecordingWithEveryWholeFrame_data()
 {
-    FakeSource source;
-    const QString path = base(QStringLiteral("full"));
-    FillingDiskRecording recording(&source, path + ".json", path + ".raw.bin");
-    recording.framesBeforeFull = 3;
-    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
-    QVERIFY(recording.start());
-    auto buffer = std::make_shared<RadarBuffer>();
-    for (int i = 0; i < 5; ++i)
-        buffer->emplace_back(i, TestFrames::make(3, 4, 8, i));
-    recording.collectRadarBuffer(buffer);
-    recording.stop();
+    QTest::addColumn<bool>("sizeLimit");
+    // A writer that refuses whole frames, and a file that stops growing in
+    // the middle of the fourth record, as a filling disk does.
+    QTest::newRow("writer refuses") << false;
+    QTest::newRow("file size limit") << true;
+}
 
+void TestRadarFileRecording::fullDiskEndsTheRecordingWithEveryWholeFrame()
+{
+    QFETCH(bool, sizeLimit);
+    FakeSource source;
+    const QString path = base(QStringLiteral("full%1").arg(sizeLimit));
+    const qint64 record = RadarBinFile::recordSize(3 * 4 * 8);
+    FillingDiskRecording recording(&source, path + ".json", path + ".raw.bin");
+    recording.framesBeforeFull = sizeLimit ? 1000 : 3;
+    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
+    QSignalSpy finished(&recording, &RadarFileRecording::finished);
+    QVERIFY(recording.start());
+    const auto bufferOf = [](int first, int count) {
+        auto buffer = std::make_shared<RadarBuffer>();
+        for (int i = first; i < first + count; ++i)
+            buffer->emplace_back(i, TestFrames::make(3, 4, 8, i));
+        return buffer;
+    };
+    {
+        FileSizeLimit limit(sizeLimit ? rlim_t(88 + 3 * record + record / 2) : RLIM_INFINITY);
+        QVERIFY(limit.isValid());
+        recording.collectRadarBuffer(bufferOf(0, 6));
+        QTRY_VERIFY(errors.count() >= 1);
+        limit.lift();
+        // Space is back: the recording has ended all the same, and says so once.
+        recording.collectRadarBuffer(bufferOf(6, 4));
+        recording.stop();
+    }
     SignalLog::settle();
-    QCOMPARE(errors.count(), 2);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(errors.count(), 1);
     QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
-    QVERIFY(errors.at(0).at(1).toString().contains(QStringLiteral("Frame 3")));
-    QVERIFY(errors.at(1).at(1).toString().contains(QStringLiteral("Frame 4")));
+    const QString details = errors.at(0).at(1).toString();
+    QVERIFY2(details.contains(QStringLiteral("3 frames")) && details.contains(path + ".raw.bin"), qPrintable(details));
+    if (sizeLimit)
+        QVERIFY2(details.contains(QStringLiteral("too large")), qPrintable(details));
+
+    QCOMPARE(QFileInfo(path + ".raw.bin").size(), 88 + 3 * record);
+    qint64 frames = -1;
+    const QString problem = TestFrames::layoutProblem(path + ".raw.bin", frames);
+    QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    QCOMPARE(frames, 3);
     const ReadBack back = readRecording(path + ".raw.bin");
     QVERIFY(back.ok);
     QCOMPARE(int(back.rows.size()), 3);
-    QVERIFY(TestFrames::bitIdentical(back.rows[2].samples, TestFrames::expectedSamples(3, 4, 8, 2)));
-}
-
-void TestRadarFileRecording::deviceWithoutSpaceReportsEveryFrame()
-{
-    // /dev/full accepts the open and fails every write with "no space".
-    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
-        QSKIP("no /dev/full on this system");
-    FakeSource source;
-    source.json.clear();
-    source.header = TestFrames::header(1, 7, 64, 64); // records larger than the file buffer
-    RadarFileRecording recording(&source, QString(), QStringLiteral("/dev/full"));
-    SignalLog errors(&recording, &RadarFileRecording::errorDetected);
-    QSignalSpy finished(&recording, &RadarFileRecording::finished);
-    QVERIFY(recording.start()); // the header still fits the file buffer
-    auto buffer = std::make_shared<RadarBuffer>();
-    for (int i = 0; i < 4; ++i)
-        buffer->emplace_back(i, TestFrames::make(3, 64, 64, i));
-    recording.collectRadarBuffer(buffer);
-    recording.stop();
-    SignalLog::settle();
-
-    QCOMPARE(finished.count(), 1);
-    QVERIFY(errors.count() >= 4);
-    // The writer thread and stop() both write, so the reports of the four
-    // frames may arrive in either order; each frame must be reported.
-    QSet<int> reported;
-    for (int i = 0; i < errors.count(); ++i) {
-        QCOMPARE(errors.at(i).at(0).toString(), QStringLiteral("Cannot write to recording file!"));
-        for (int frame = 0; frame < 4; ++frame) {
-            if (errors.at(i).at(1).toString().contains(QStringLiteral("Frame %1 ").arg(frame)))
-                reported.insert(frame);
-        }
-    }
-    QCOMPARE(reported, QSet<int>({ 0, 1, 2, 3 }));
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(TestFrames::bitIdentical(back.rows[size_t(i)].samples, TestFrames::expectedSamples(3, 4, 8, i)));
 }
 
 void TestRadarFileRecording::buffersArrivingWhileStoppingAreWrittenInOrderOrRefused_data()
