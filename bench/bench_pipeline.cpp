@@ -17,6 +17,7 @@
 #include "host/CoreUserSettings.h"
 #include "host/IBroker.h"
 #include "recording/RadarBinFile.h"
+#include "recording/RecordingFiles.h"
 
 #include <vrn_sim.h>
 
@@ -186,6 +187,9 @@ Run runOnce(bool record)
         settings.setFileName(QStringLiteral("bench"));
         settings.setTimeLimitOnRecording(false);
         settings.setNumOfFrames(kFrames);
+        // A recording never overwrites an earlier one; each run replaces the last.
+        for (const QString& path : RecordingFiles::existingSiblings(base))
+            QFile::remove(path);
     }
     // The recorder is ready before the first frame, so it must hold every
     // one of the kFrames frames counted.

@@ -62,6 +62,10 @@ signals:
     void convertingToTxt(int progress);
     void frameNumberChanged(int frameNumber);
     void isRecordingActiveChanged(bool value);
+    // A text copy is scheduled or being written: true at the latest when
+    // the recording it belongs to ends (before isRecordingActiveChanged
+    // (false)), false once the conversion has ended, after its errors.
+    void isParsingActiveChanged(bool value);
     // The processing cycle ended by itself (the provider has no more
     // frames) and the pipeline is idle again; not emitted for
     // stopAcquisition().

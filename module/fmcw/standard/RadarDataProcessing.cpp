@@ -28,6 +28,7 @@
 #include "recording/RadarFileRecording.h"
 #include "recording/RadarPresenceSensingRecorder.h"
 #include "recording/RadarRecorder.h"
+#include "recording/RecordingFiles.h"
 
 #include <QDebug>
 #include <algorithm>
@@ -102,8 +103,12 @@ RadarDataProcessing::~RadarDataProcessing()
     stopRecording();
     if (m_fileRecording)
         m_fileRecording->stop();
-    if (m_fileParsing)
+    if (m_fileParsing) {
+        // Nobody is left to tell: the converter's stop only removes the
+        // unfinished text copy.
+        m_fileParsing->disconnect(this);
         m_fileParsing->stop();
+    }
 }
 
 bool RadarDataProcessing::isRecordingActive() const
@@ -530,13 +535,28 @@ void RadarDataProcessing::startRecording()
     RecordingUserSettings& settings = *m_coreSettings->recordingUserSettings();
     RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
     const QString base = settings.basePath();
+    // Files of two recordings under one base would be out of step (a text
+    // copy of other frames, another configuration): never mix them.
+    const QStringList existing = RecordingFiles::existingSiblings(base);
+    if (!existing.isEmpty()) {
+        emit triggerEvent(RadarEventCode::Error,
+                          QStringLiteral("Recording files already exist: %1").arg(existing.join(QStringLiteral(", "))),
+                          QStringLiteral("Choose another file name or remove these files before recording."));
+        return;
+    }
+    if (settings.txtFile() && m_fileParsing) {
+        emit triggerEvent(RadarEventCode::Error, QStringLiteral("A text copy is still being written"),
+                          QStringLiteral("Wait until the text copy of the previous recording is finished or stop "
+                                         "it before recording with a text copy."));
+        return;
+    }
     m_recordingBasePath = base;
     const quint32 frameLimit = recordingFrameLimit(settings, applied.metrics()->frameRepetitionTimeS());
 
     m_recordingSource = std::make_unique<RadarRecordingSource>(applied, m_configuration->recordingDocument());
     std::shared_ptr<RadarRecorder> recorder = createRecorder(frameLimit, kRecorderBufferFrames);
-    m_fileRecording = createFileRecording(m_recordingSource.get(), base + QStringLiteral(".json"),
-                                          base + QStringLiteral(".raw.bin"));
+    m_fileRecording = createFileRecording(m_recordingSource.get(), RecordingFiles::jsonPath(base),
+                                          RecordingFiles::binPath(base));
     if (settings.txtFile())
         setUpFileParsing();
     std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder;
@@ -555,6 +575,11 @@ void RadarDataProcessing::startRecording()
     connect(recorder.get(), &RadarRecorder::finished, this, &RadarDataProcessing::onRecorderFinished);
     connect(m_fileRecording.get(), &RadarFileRecording::finished, this, &RadarDataProcessing::onFileRecordingFinished);
     connect(m_fileRecording.get(), &RadarFileRecording::errorDetected, this, &RadarDataProcessing::onParserError);
+    // Queued even when the write failed on this thread, inside the file
+    // recording's stop(): the recording ends after the error is out, and
+    // not from within the chain that is being taken down.
+    connect(m_fileRecording.get(), &RadarFileRecording::writeFailed, this, &RadarDataProcessing::stopRecording,
+            Qt::QueuedConnection);
 
     if (!m_fileRecording->start()) {
         m_fileRecording.reset();
@@ -586,6 +611,10 @@ void RadarDataProcessing::onRecorderFinished()
         return;
     if (presenceRecorder)
         presenceRecorder->stop();
+    // A host waiting for the text copy must see it scheduled before it sees
+    // the recording end.
+    if (m_fileParsing)
+        setParsingActive(true);
     emit isRecordingActiveChanged(false);
 }
 
@@ -612,8 +641,13 @@ void RadarDataProcessing::onFileRecordingFinished()
     // We are inside its stop(): it goes once that has returned.
     m_fileRecording.release()->deleteLater();
     m_recordingSource.reset();
-    if (m_fileParsing)
-        m_fileParsing->start(binPath, m_recordingBasePath + QStringLiteral(".raw.txt"));
+    if (!m_fileParsing)
+        return;
+    setParsingActive(true);
+    if (!m_fileParsing->start(binPath, RecordingFiles::txtPath(m_recordingBasePath))) {
+        m_fileParsing.reset();
+        setParsingActive(false);
+    }
 }
 
 bool RadarDataProcessing::convertRecordingToText(const QString& binPath, const QString& txtPath)
@@ -621,18 +655,36 @@ bool RadarDataProcessing::convertRecordingToText(const QString& binPath, const Q
     if (m_fileParsing)
         return false;
     setUpFileParsing();
-    return m_fileParsing->start(binPath, txtPath);
+    if (!m_fileParsing->start(binPath, txtPath)) {
+        m_fileParsing.reset();
+        return false;
+    }
+    setParsingActive(true);
+    return true;
 }
 
 void RadarDataProcessing::setUpFileParsing()
 {
     m_fileParsing = createFileConverter();
-    connect(m_fileParsing.get(), &RadarFileParsing::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
-    connect(m_fileParsing.get(), &RadarFileParsing::errorDetected, this, &RadarDataProcessing::onParserError);
-    connect(m_fileParsing.get(), &RadarFileParsing::finished, this, [this] {
-        if (m_fileParsing)
-            m_fileParsing.release()->deleteLater();
+    RadarFileParsing* parsing = m_fileParsing.get();
+    connect(parsing, &RadarFileParsing::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
+    connect(parsing, &RadarFileParsing::errorDetected, this, &RadarDataProcessing::onParserError);
+    // finished() follows the run's errors on the same path, so the user has
+    // the message before the conversion shows as over.
+    connect(parsing, &RadarFileParsing::finished, this, [this, parsing] {
+        if (m_fileParsing.get() != parsing)
+            return;
+        m_fileParsing.release()->deleteLater();
+        setParsingActive(false);
     });
+}
+
+void RadarDataProcessing::setParsingActive(bool active)
+{
+    if (active == m_parsingActive)
+        return;
+    m_parsingActive = active;
+    emit isParsingActiveChanged(active);
 }
 
 void RadarDataProcessing::onParserError(QString message, QString details)

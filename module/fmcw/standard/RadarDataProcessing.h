@@ -105,6 +105,7 @@ private:
     void setUpFileParsing();
     void onRecorderFinished();
     void onFileRecordingFinished();
+    void setParsingActive(bool active);
     void clearLatestFrame();
     // The worker of `run` left its loop; idles the pipeline when that run
     // is still the current one.
@@ -158,6 +159,7 @@ private:
     std::unique_ptr<RadarFileRecording> m_fileRecording;
     std::unique_ptr<RadarFileParsing> m_fileParsing;
     QString m_recordingBasePath;
+    bool m_parsingActive = false;
 
     std::unique_ptr<CyclicTaskWorker> m_worker;
     quint32 m_workerRun = 0; // owner's thread only

@@ -37,13 +37,15 @@ RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* confi
     connect(m_processing, &IRadarDataProcessing::chartsDataUpdated, this, &RadarView::chartsDataUpdated);
     connect(m_processing, &IRadarDataProcessing::frameNumberChanged, this, &RadarView::frameNumberChanged);
     connect(m_processing, &IRadarDataProcessing::isRecordingActiveChanged, this, &RadarView::isRecordingActiveChanged);
-    connect(m_processing, &IRadarDataProcessing::convertingToTxt, this, [this](int progress) {
-        const bool active = progress < 100;
-        if (active != m_parsingActive) {
-            m_parsingActive = active;
-            emit isParsingActiveChanged();
-        }
-        emit convertingToTxt(progress);
+    connect(m_processing, &IRadarDataProcessing::convertingToTxt, this, &RadarView::convertingToTxt);
+    // Follows the pipeline, not the progress: a conversion is running from
+    // the moment it is scheduled, before its first report, until it has
+    // ended, also when it fails or is stopped.
+    connect(m_processing, &IRadarDataProcessing::isParsingActiveChanged, this, [this](bool active) {
+        if (active == m_parsingActive)
+            return;
+        m_parsingActive = active;
+        emit isParsingActiveChanged();
     });
 
     connect(m_configuration, &IRadarConfiguration::deviceConfigurationUpdated, this, [this] {

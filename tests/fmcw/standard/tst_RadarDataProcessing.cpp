@@ -11,6 +11,7 @@
 #include "fmcw/common/IRadarDataProvider.h"
 #include "fmcw/common/Metrics.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
+#include "fmcw/common/RadarDeviceParameters.h"
 #include "fmcw/common/SegmentationConfiguration.h"
 #include "fmcw/processing/RadarRangeDopplerChartData.h"
 #include "fmcw/processing/RangeDopplerUserSettings.h"
@@ -228,6 +229,10 @@ void TestRadarDataProcessing::resetWhileAFrameIsUnderWayRestartsTheCount()
     m_core->recordingUserSettings()->setRecordingPath(dir.path());
     QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
     QVERIFY(m_configuration->applyGuiConfiguration());
+    // Records of two chirps of four samples, as makeFrame() delivers them:
+    // a recording without samples per frame is refused.
+    m_configuration->appliedConfiguration()->parameters()->setNumChirpsPerFrame(2);
+    m_configuration->appliedConfiguration()->parameters()->setNumSamplesPerChirp(4);
     HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
     processing.heldFrames = { 2, 3 };
     QVector<RadarFrameResult> script;

@@ -225,7 +225,9 @@ void TestRadarStandardSession::recordingStopsAtItsLimit()
     connectBoard(QStringLiteral("unpaced"));
     RecordingUserSettings& settings = *core().recordingUserSettings();
     settings.setRecordingPath(m_dir.path());
-    settings.setFileName(QStringLiteral("limit"));
+    // A recording never overwrites another: each row records under its own name.
+    const QString name = QStringLiteral("limit-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-');
+    settings.setFileName(name);
     settings.setNumOfFrames(frames);
     settings.setTimeLimitOnRecording(timeLimit);
     settings.setDuration(0, 0, seconds, 0);
@@ -237,7 +239,7 @@ void TestRadarStandardSession::recordingStopsAtItsLimit()
     QVERIFY(!view()->property("isRecordingActive").toBool());
 
     Recording recording;
-    const QString base = m_dir.filePath(QStringLiteral("limit"));
+    const QString base = m_dir.filePath(name);
     QVERIFY(readRecording(base, recording));
     QCOMPARE(int(recording.frames.size()), expected);
     QVERIFY(consecutive(recording));
