@@ -92,6 +92,7 @@ QString RadarFileRecording::openWriter(const RadarRecordingHeader& header)
     std::lock_guard<std::mutex> lock(m_writerMutex);
     m_framesWritten = 0;
     m_writeFailed = false;
+    m_failureReported = false;
     m_writer = createWriter();
     if (!m_writer)
         return QStringLiteral("No writer for %1.").arg(m_binPath);
@@ -179,6 +180,9 @@ void RadarFileRecording::stop()
 
     while (RadarBufferPtr buffer = takeBuffer())
         writeBuffer(*buffer);
+    // A failure on the worker whose report is still on its way is told now,
+    // ahead of finished().
+    reportWriteFailure();
 
     bool closed = true;
     {
@@ -246,8 +250,6 @@ void RadarFileRecording::writeBuffer(const RadarBuffer& buffer)
             continue;
         }
         m_record.frameNumber = number;
-        QString reason;
-        quint64 saved = 0;
         {
             std::lock_guard<std::mutex> lock(m_writerMutex);
             if (m_writer->writeFrame(m_samplesPerFrame, m_record)) {
@@ -256,20 +258,42 @@ void RadarFileRecording::writeBuffer(const RadarBuffer& buffer)
             }
             // The writer has cut the file back to the last whole frame.
             m_writeFailed = true;
-            reason = m_writer->errorString();
-            if (reason.isEmpty())
-                reason = QStringLiteral("the writer gave none");
-            saved = m_framesWritten;
+            m_failedFrame = number;
+            m_failureReason = m_writer->errorString();
+            if (m_failureReason.isEmpty())
+                m_failureReason = QStringLiteral("the writer gave none");
+            qCritical() << "Cannot write frame" << number << "to" << m_binPath << ":" << m_failureReason;
         }
-        qCritical() << "Cannot write frame" << number << "to" << m_binPath << ":" << reason;
-        emit errorDetected(kCannotWrite, QStringLiteral("Recording stopped at frame %1: %2 frames were saved to %3, "
-                                                        "which ends with the last whole frame. Reason: %4")
-                                             .arg(number)
-                                             .arg(saved)
-                                             .arg(m_binPath, reason));
-        emit writeFailed();
+        // From the worker the report travels to the owner's thread, so that
+        // it reaches the user before anything the owner does on finished().
+        if (QThread::currentThread() == thread())
+            reportWriteFailure();
+        else
+            QMetaObject::invokeMethod(this, [this] { reportWriteFailure(); }, Qt::QueuedConnection);
         return;
     }
+}
+
+void RadarFileRecording::reportWriteFailure()
+{
+    quint64 saved = 0;
+    int frame = 0;
+    QString reason;
+    {
+        std::lock_guard<std::mutex> lock(m_writerMutex);
+        if (!m_writeFailed || m_failureReported)
+            return;
+        m_failureReported = true;
+        saved = m_framesWritten;
+        frame = m_failedFrame;
+        reason = m_failureReason;
+    }
+    emit errorDetected(kCannotWrite, QStringLiteral("Recording stopped at frame %1: %2 frames were saved to %3, "
+                                                    "which ends with the last whole frame. Reason: %4")
+                                         .arg(frame)
+                                         .arg(saved)
+                                         .arg(m_binPath, reason));
+    emit writeFailed();
 }
 
 bool RadarFileRecording::fillRecord(const vrn_Frame_R_t* frame)

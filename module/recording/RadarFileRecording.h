@@ -47,8 +47,9 @@ signals:
     void errorDetected(QString message, QString details);
     // A frame could not be written (the disk is full): the file ends at the
     // last whole frame, the failure has been reported once, and nothing more
-    // will be written. The owner should end the recording. Emitted on the
-    // thread that wrote, after its errorDetected().
+    // will be written. The owner should end the recording. Both this and
+    // its errorDetected() come on the owner's thread, at the latest from
+    // stop() before finished().
     void writeFailed();
     // The worker has stopped; what is still queued is written by stop().
     void collectingStopped();
@@ -68,6 +69,8 @@ private:
     QString writeConfiguration();
     // Closes the writer and removes the files start() created.
     void abandonStart();
+    // Tells of a failed write once, on the owner's thread.
+    void reportWriteFailure();
     bool drainStep();
     RadarBufferPtr takeBuffer();
     void writeBuffer(const RadarBuffer& buffer);
@@ -93,6 +96,9 @@ private:
     quint64 m_framesWritten = 0;
     // Set on the first failed write; nothing is written after it.
     bool m_writeFailed = false;
+    bool m_failureReported = false;
+    int m_failedFrame = 0;
+    QString m_failureReason;
 
     // What start() created, so that a failed start leaves nothing behind.
     QStringList m_createdFiles;
