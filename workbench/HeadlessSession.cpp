@@ -100,7 +100,7 @@ void HeadlessSession::onFrameNumberChanged(int frameNumber)
     // While recording, the recorder's own frame limit ends the session, so
     // the file holds exactly the frames asked for.
     const quint32 limit = m_options.limits.frames;
-    if (m_loop && !m_recording && limit > 0 && m_frames >= limit)
+    if (m_loop && !m_recording && m_frames > 0 && (m_timeUp || (limit > 0 && m_frames >= limit)))
         m_loop->quit();
 }
 
@@ -285,7 +285,13 @@ void HeadlessSession::acquire()
     progress.start(1000);
     QTimer end;
     end.setSingleShot(true);
-    connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
+    // Like a recording, a session shorter than a frame period still waits
+    // for its one frame.
+    connect(&end, &QTimer::timeout, &loop, [this, &loop] {
+        m_timeUp = true;
+        if (m_frames > 0)
+            loop.quit();
+    });
     // A recording is ended by the recorder at its limit; the timer only
     // ends sessions that do not record. The duration is at most a day, well
     // within the timer's range.

@@ -86,5 +86,6 @@ private:
     int m_lastFrameNumber = -1;
     QString m_failure;   // first error the module reported, ends the session
     bool m_sourceEnded = false;
+    bool m_timeUp = false;   // the duration has passed
     int m_signal = 0;    // the signal that interrupted the session, if any
 };

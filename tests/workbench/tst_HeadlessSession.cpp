@@ -173,6 +173,14 @@ private slots:
         QCOMPARE(summaryRecorded(run.out), frames);
     }
 
+    void sessionShorterThanAFramePeriodStillAcquiresOne()
+    {
+        const Run run = runWorkbench({ "--headless", "--bench", m_realtimeBench, "--settings",
+                                       m_dir.filePath("short.json"), "--seconds", "1e-9" });
+        QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
+        QVERIFY2(run.out.contains(QRegularExpression("Summary: frames acquired [1-9]")), qPrintable(run.out));
+    }
+
     void textCopyIsCompleteWhenTheSessionEnds()
     {
         // Enough frames that the conversion outlasts the recording.
