@@ -24,34 +24,46 @@ void RadarRecorder::start()
 
 void RadarRecorder::record(SharedFrame frame, int frameNumber)
 {
-    RadarBufferPtr last;
+    bool limitReached = false;
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_active.load())
-            return;
-        if (int(m_buffer->size()) >= m_capacity) {
-            if (RadarBufferPtr full = takeBuffer())
-                emit bufferReady(full);
+        std::lock_guard<std::mutex> handOver(m_handOverMutex);
+        RadarBufferPtr full;
+        RadarBufferPtr last;
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            if (!m_active.load())
+                return;
+            if (int(m_buffer->size()) >= m_capacity)
+                full = takeBuffer();
+            m_buffer->emplace_back(frameNumber, std::move(frame));
+            limitReached = --m_remaining == 0;
+            if (limitReached) {
+                m_active.store(false);
+                last = takeBuffer();
+            }
         }
-        m_buffer->emplace_back(frameNumber, std::move(frame));
-        if (--m_remaining != 0)
-            return;
-        m_active.store(false);
-        last = takeBuffer();
+        if (full)
+            emit bufferReady(full);
         if (last)
             emit bufferReady(last);
     }
-    emit finished();
+    if (limitReached)
+        emit finished();
 }
 
 void RadarRecorder::stop()
 {
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_active.load())
-            return;
-        m_active.store(false);
-        if (RadarBufferPtr last = takeBuffer())
+        std::lock_guard<std::mutex> handOver(m_handOverMutex);
+        RadarBufferPtr last;
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            if (!m_active.load())
+                return;
+            m_active.store(false);
+            last = takeBuffer();
+        }
+        if (last)
             emit bufferReady(last);
     }
     emit finished();

@@ -12,13 +12,13 @@
 // full buffer over by signal, so acquisition never waits for the disk.
 //
 // record() runs on the acquisition thread, stop() usually on the GUI
-// thread. One mutex makes each of them a single step, hand-over included:
-// the active check and the append cannot be split by a stop(), and a buffer
-// taken out by record() is handed over before stop() can hand over the last
-// one and announce the end. So the buffers go out in order, all of them
-// before finished(), and every frame record() took before stop() began is
-// in them. Slots of bufferReady() therefore must not call back into the
-// recorder; finished() is emitted with the mutex released.
+// thread. The buffer mutex makes the active check and the append one step,
+// so a stop() cannot slip between them, and it is never held while a signal
+// goes out. A second mutex orders the hand-overs: a buffer taken out by
+// record() is handed over before stop() can hand over the last one and
+// announce the end. So the buffers go out in order, all of them before
+// finished(), and every frame record() took before stop() began is in them.
+// Slots of bufferReady() therefore must not call back into the recorder.
 class RadarRecorder : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,9 @@ private:
     const int m_capacity;
     std::atomic<bool> m_active { false }; // written under the mutex
 
-    std::mutex m_mutex; // guards the two below and orders the hand-overs
+    // Taken before m_mutex and held while a buffer is handed over.
+    std::mutex m_handOverMutex;
+    std::mutex m_mutex; // guards the two below
     quint32 m_remaining;
     RadarBufferPtr m_buffer;
 };
