@@ -7,7 +7,7 @@ namespace vrnsim {
 
 Board::Board(BoardSpec spec)
     : m_spec(std::move(spec)),
-      m_noise(m_spec.seed),
+      m_noise(m_spec.seed, float(m_spec.noise)),
       m_pluggedAt(Clock::now()),
       m_scheduledDone(m_spec.faults.size(), false),
       m_thermal(m_spec.ambientC, m_spec.heatingC, m_spec.thermalTimeS)

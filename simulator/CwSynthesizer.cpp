@@ -35,14 +35,14 @@ void addTone(float* row, uint32_t samples, double amplitude, double phase, doubl
 
 }  // namespace
 
-CwSynthesizer::CwSynthesizer(const BoardSpec& spec, const NoiseSource& noise)
-    : m_spec(spec), m_noise(noise)
+CwSynthesizer::CwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
+    : m_chip(chip), m_scene(scene), m_noise(noise)
 {}
 
 void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double sceneTime, uint64_t index,
                             double temperatureC, vrn_Frame_R_t& frame) const
 {
-    const ChipModel& chip = *m_spec.chip;
+    const ChipModel& chip = m_chip;
     const double fs = config.adc.sample_rate_Hz;
     const double lambda = MetricsTranslator::kSpeedOfLight / double(config.rf_center_frequency_Hz);
     const double gainDb = CwModel::amplifierGainDb(config.baseband.gain_amplifier_index) +
@@ -75,8 +75,8 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
                     continue;
                 const double x = chip.txPosition[tx][0] + chip.rxPosition[rx][0];
                 const double y = chip.txPosition[tx][1] + chip.rxPosition[rx][1];
-                for (const Target& target : m_spec.scene.targets) {
-                    const TargetState s = m_spec.scene.stateAt(target, sceneTime);
+                for (const Target& target : m_scene.targets) {
+                    const TargetState s = m_scene.stateAt(target, sceneTime);
                     const double doppler = 2.0 * s.speedMs / lambda;
                     const double f = std::abs(doppler);
                     const double amplitude = Propagation::amplitude(target, s.rangeM, gainDb, txDbm) *
@@ -90,8 +90,8 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
         }
         if (testAmplitude > 0)
             addTone(row, samples, testAmplitude, 0.0, config.test_signal.frequency_Hz, fs);
-        if (m_spec.noise > 0)
-            m_noise.addRow(noise, float(m_spec.noise), row, samples);
+        if (m_noise.level() > 0.0f)
+            m_noise.addRow(noise, row, samples);
         for (uint32_t n = 0; n < samples; ++n) {
             const float v = std::min(1.0f, std::max(0.0f, row[n]));
             row[n] = float(int(v * 4095.0f + 0.5f)) / 4095.0f;

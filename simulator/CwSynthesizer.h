@@ -1,7 +1,8 @@
 #pragma once
 
-#include "BoardSpec.h"
+#include "ChipModel.h"
 #include "NoiseSource.h"
+#include "Scene.h"
 
 #include <sdk/vrn.h>
 
@@ -14,14 +15,15 @@ namespace vrnsim {
 class CwSynthesizer
 {
 public:
-    CwSynthesizer(const BoardSpec& spec, const NoiseSource& noise);
+    CwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise);
 
     // frame must hold popcount(rx_mask) matrices of 1 x num_samples.
     void capture(const vrn_CW_Config_t& config, bool emitting, double sceneTime, uint64_t index,
                  double temperatureC, vrn_Frame_R_t& frame) const;
 
 private:
-    const BoardSpec& m_spec;
+    const ChipModel& m_chip;
+    const Scene& m_scene;
     const NoiseSource& m_noise;
 };
 

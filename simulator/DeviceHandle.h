@@ -14,7 +14,7 @@
 // needed). The board has its own lock.
 struct vrn_Device_s {
     explicit vrn_Device_s(std::shared_ptr<vrnsim::Board> b)
-        : board(std::move(b)), synth(board->spec(), board->noise())
+        : board(std::move(b)), synth(board->chip(), board->spec().scene, board->noise())
     {}
     std::shared_ptr<vrnsim::Board> board;
     std::mutex mutex;

@@ -21,8 +21,8 @@ float quantise(float v)
 
 }  // namespace
 
-DopplerSynthesizer::DopplerSynthesizer(const BoardSpec& spec, const NoiseSource& noise)
-    : m_spec(spec), m_noise(noise)
+DopplerSynthesizer::DopplerSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
+    : m_chip(chip), m_scene(scene), m_noise(noise)
 {}
 
 void DopplerSynthesizer::synthesize(const vrn_Corvix_Frame_Config_t& frameConfig,
@@ -44,8 +44,8 @@ void DopplerSynthesizer::synthesize(const vrn_Corvix_Frame_Config_t& frameConfig
         std::fill(re.begin(), re.end(), 0.5f);
         std::fill(im.begin(), im.end(), 0.5f);
         if (active) {
-            for (const Target& target : m_spec.scene.targets) {
-                const TargetState s = m_spec.scene.stateAt(target, sceneTime);
+            for (const Target& target : m_scene.targets) {
+                const TargetState s = m_scene.stateAt(target, sceneTime);
                 const double amplitude = Propagation::amplitude(target, s.rangeM, gainDb - 34.0 + 33.0, txDbm - 1.0);
                 // Complex baseband keeps exp(-j 4 pi R / lambda): a closing
                 // target turns its phase forwards.
@@ -58,9 +58,9 @@ void DopplerSynthesizer::synthesize(const vrn_Corvix_Frame_Config_t& frameConfig
                 }
             }
         }
-        if (m_spec.noise > 0) {
-            m_noise.addRow(noise, float(m_spec.noise), re.data(), samples);
-            m_noise.addRow(noise, float(m_spec.noise), im.data(), samples);
+        if (m_noise.level() > 0.0f) {
+            m_noise.addRow(noise, re.data(), samples);
+            m_noise.addRow(noise, im.data(), samples);
         }
         vrn_Complex_t* out = frame.channel_data[ch]->data;
         for (uint32_t n = 0; n < samples; ++n) {

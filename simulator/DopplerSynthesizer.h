@@ -1,7 +1,8 @@
 #pragma once
 
-#include "BoardSpec.h"
+#include "ChipModel.h"
 #include "NoiseSource.h"
+#include "Scene.h"
 
 #include <sdk/vrn.h>
 
@@ -14,13 +15,14 @@ namespace vrnsim {
 class DopplerSynthesizer
 {
 public:
-    DopplerSynthesizer(const BoardSpec& spec, const NoiseSource& noise);
+    DopplerSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise);
 
     void synthesize(const vrn_Corvix_Frame_Config_t& frameConfig, const vrn_Corvix_Pulse_Config_t& pulse,
                     double sceneTime, uint64_t index, vrn_Corvix_Frame_C_t& frame) const;
 
 private:
-    const BoardSpec& m_spec;
+    const ChipModel& m_chip;
+    const Scene& m_scene;
     const NoiseSource& m_noise;
 };
 

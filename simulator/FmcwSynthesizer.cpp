@@ -31,15 +31,15 @@ double antiAlias(double f, double fs)
 
 }  // namespace
 
-FmcwSynthesizer::FmcwSynthesizer(const BoardSpec& spec, const NoiseSource& noise)
-    : m_spec(spec), m_noise(noise)
+FmcwSynthesizer::FmcwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
+    : m_chip(chip), m_scene(scene), m_noise(noise)
 {}
 
 void FmcwSynthesizer::configure(const vrn_Device_Config_t& config)
 {
     m_config = config;
     m_channels.clear();
-    const ChipModel& chip = *m_spec.chip;
+    const ChipModel& chip = m_chip;
     uint32_t txOrder = 0;
     for (uint32_t tx = 0; tx < chip.numTx; ++tx) {
         if (!(config.tx_mask & (1u << tx)))
@@ -52,7 +52,7 @@ void FmcwSynthesizer::configure(const vrn_Device_Config_t& config)
         }
         ++txOrder;
     }
-    const size_t size = m_spec.scene.targets.size() * config.num_samples_per_chirp;
+    const size_t size = m_scene.targets.size() * config.num_samples_per_chirp;
     m_baseRe.assign(size, 0.0f);
     m_baseIm.assign(size, 0.0f);
 }
@@ -77,11 +77,11 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
         double dopplerStep;  // per chirp of one transmitter
         double u, v;         // direction cosines
     };
-    const size_t numTargets = m_spec.scene.targets.size();
+    const size_t numTargets = m_scene.targets.size();
     std::vector<Tone> tones(numTargets);
     for (size_t t = 0; t < numTargets; ++t) {
-        const Target& target = m_spec.scene.targets[t];
-        const TargetState s = m_spec.scene.stateAt(target, sceneTime);
+        const Target& target = m_scene.targets[t];
+        const TargetState s = m_scene.stateAt(target, sceneTime);
         const double beat = 2.0 * s.rangeM * slope / c + 2.0 * s.speedMs / lambda;
         Tone& tone = tones[t];
         tone.amplitude = Propagation::amplitude(target, s.rangeM, m_config.if_gain_dB, txPowerDbm) *
@@ -103,7 +103,6 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
     }
 
     NoiseSource::Stream noise = m_noise.stream(frameIndex);
-    const float sigma = float(m_spec.noise);
     std::vector<std::complex<double>> coefficient(numTargets), rotation(numTargets);
     for (size_t ch = 0; ch < m_channels.size(); ++ch) {
         const Channel& channel = m_channels[ch];
@@ -129,8 +128,8 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
                     row[n] += cr * re[n] - ci * im[n];
                 coefficient[t] *= rotation[t];
             }
-            if (sigma > 0.0f)
-                m_noise.addRow(noise, sigma, row, samples);
+            if (m_noise.level() > 0.0f)
+                m_noise.addRow(noise, row, samples);
             quantise(row, samples);
         }
     }

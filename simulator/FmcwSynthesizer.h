@@ -1,7 +1,8 @@
 #pragma once
 
-#include "BoardSpec.h"
+#include "ChipModel.h"
 #include "NoiseSource.h"
+#include "Scene.h"
 
 #include <sdk/vrn.h>
 
@@ -19,7 +20,7 @@ namespace vrnsim {
 class FmcwSynthesizer
 {
 public:
-    FmcwSynthesizer(const BoardSpec& spec, const NoiseSource& noise);
+    FmcwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise);
 
     void configure(const vrn_Device_Config_t& config);
     uint32_t channelCount() const { return uint32_t(m_channels.size()); }
@@ -34,7 +35,8 @@ private:
         double x, y;        // Tx + Rx position, wavelengths
     };
 
-    const BoardSpec& m_spec;
+    const ChipModel& m_chip;
+    const Scene& m_scene;
     const NoiseSource& m_noise;
     vrn_Device_Config_t m_config{};
     std::vector<Channel> m_channels;

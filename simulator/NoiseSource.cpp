@@ -25,8 +25,8 @@ uint64_t NoiseSource::Stream::next()
     return state * 0x2545f4914f6cdd1dull;
 }
 
-NoiseSource::NoiseSource(uint64_t seed)
-    : m_seed(seed), m_table(kTableSize + kMaxRow)
+NoiseSource::NoiseSource(uint64_t seed, float level)
+    : m_seed(seed), m_level(level), m_table(kTableSize + kMaxRow)
 {
     Stream s{splitmix(seed) | 1};
     // Box-Muller once per table entry pair, at board creation only.
@@ -44,11 +44,11 @@ NoiseSource::Stream NoiseSource::stream(uint64_t frameIndex) const
     return Stream{splitmix(m_seed ^ splitmix(frameIndex + 0x5851f42d4c957f2dull)) | 1};
 }
 
-void NoiseSource::addRow(Stream& stream, float sigma, float* __restrict row, uint32_t length) const
+void NoiseSource::addRow(Stream& stream, float* __restrict row, uint32_t length) const
 {
     const uint64_t r = stream.next();
     const float* __restrict src = m_table.data() + (r >> 40) % kTableSize;
-    const float scale = (r & 1) ? sigma : -sigma;
+    const float scale = (r & 1) ? m_level : -m_level;
     if (length > kMaxRow)
         length = kMaxRow;
     for (uint32_t n = 0; n < length; ++n)
