@@ -1,5 +1,7 @@
 #include "CwSynthesizer.h"
 
+#include "Adc.h"
+#include "AnalogFilter.h"
 #include "CwModel.h"
 #include "MetricsTranslator.h"
 #include "Propagation.h"
@@ -11,17 +13,6 @@
 namespace vrnsim {
 
 namespace {
-
-double highPass(double f, double cutoff)
-{
-    return f / std::sqrt(f * f + cutoff * cutoff);
-}
-
-double lowPass(double f, double cutoff)
-{
-    const double x = f / cutoff;
-    return 1.0 / std::sqrt(1.0 + x * x * x * x * x * x * x * x);
-}
 
 void addTone(float* row, uint32_t samples, double amplitude, double phase, double frequency, double fs)
 {
@@ -60,7 +51,7 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
     const uint32_t mode = std::min<uint32_t>(config.test_signal.mode_index, 4);
     const double testAmplitude =
         kTestAmplitude[mode] * std::pow(10.0, (CwModel::amplifierGainDb(config.baseband.gain_amplifier_index) - 20.0) / 20.0) *
-        lowPass(config.test_signal.frequency_Hz, aafCutoff);
+        AnalogFilter::lowPass(config.test_signal.frequency_Hz, aafCutoff);
 
     NoiseSource::Stream noise = m_noise.stream(index);
     uint32_t channel = 0;
@@ -80,7 +71,7 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
                     const double doppler = 2.0 * s.speedMs / lambda;
                     const double f = std::abs(doppler);
                     const double amplitude = Propagation::amplitude(target, s.rangeM, gainDb, txDbm) *
-                                             highPass(f, hpCutoff) * lowPass(f, aafCutoff);
+                                             AnalogFilter::highPass(f, hpCutoff) * AnalogFilter::lowPass(f, aafCutoff);
                     const double phase = 4.0 * M_PI * s.rangeM / lambda -
                                          2.0 * M_PI * (x * std::sin(target.angleDeg * deg) +
                                                        y * std::sin(target.elevationDeg * deg));
@@ -92,10 +83,7 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
             addTone(row, samples, testAmplitude, 0.0, config.test_signal.frequency_Hz, fs);
         if (m_noise.level() > 0.0f)
             m_noise.addRow(noise, row, samples);
-        for (uint32_t n = 0; n < samples; ++n) {
-            const float v = std::min(1.0f, std::max(0.0f, row[n]));
-            row[n] = float(int(v * 4095.0f + 0.5f)) / 4095.0f;
-        }
+        Adc::quantise(row, samples);
         ++channel;
     }
 }

@@ -1,5 +1,6 @@
 #include "DopplerSynthesizer.h"
 
+#include "Adc.h"
 #include "DopplerModel.h"
 #include "MetricsTranslator.h"
 #include "Propagation.h"
@@ -10,16 +11,6 @@
 #include <vector>
 
 namespace vrnsim {
-
-namespace {
-
-float quantise(float v)
-{
-    v = std::min(1.0f, std::max(0.0f, v));
-    return float(int(v * 4095.0f + 0.5f)) / 4095.0f;
-}
-
-}  // namespace
 
 DopplerSynthesizer::DopplerSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
     : m_chip(chip), m_scene(scene), m_noise(noise)
@@ -62,10 +53,12 @@ void DopplerSynthesizer::synthesize(const vrn_Corvix_Frame_Config_t& frameConfig
             m_noise.addRow(noise, re.data(), samples);
             m_noise.addRow(noise, im.data(), samples);
         }
+        Adc::quantise(re.data(), samples);
+        Adc::quantise(im.data(), samples);
         vrn_Complex_t* out = frame.channel_data[ch]->data;
         for (uint32_t n = 0; n < samples; ++n) {
-            out[n].re = quantise(re[n]);
-            out[n].im = quantise(im[n]);
+            out[n].re = re[n];
+            out[n].im = im[n];
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "FmcwSynthesizer.h"
 
+#include "Adc.h"
+#include "AnalogFilter.h"
 #include "MetricsTranslator.h"
 #include "Propagation.h"
 
@@ -8,28 +10,6 @@
 #include <complex>
 
 namespace vrnsim {
-
-namespace {
-
-// ADC quantisation to 12 bits and clipping at the rails.
-void quantise(float* __restrict row, uint32_t length)
-{
-    constexpr float kSteps = 4095.0f;
-    constexpr float kInv = 1.0f / 4095.0f;
-    for (uint32_t n = 0; n < length; ++n) {
-        const float v = std::min(1.0f, std::max(0.0f, row[n]));
-        row[n] = float(int(v * kSteps + 0.5f)) * kInv;
-    }
-}
-
-// Anti-alias filter of the IF chain: fourth-order low pass at 0.45 fs.
-double antiAlias(double f, double fs)
-{
-    const double x = f / (0.45 * fs);
-    return 1.0 / std::sqrt(1.0 + x * x * x * x * x * x * x * x);
-}
-
-}  // namespace
 
 FmcwSynthesizer::FmcwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
     : m_chip(chip), m_scene(scene), m_noise(noise)
@@ -84,8 +64,9 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
         const TargetState s = m_scene.stateAt(target, sceneTime);
         const double beat = 2.0 * s.rangeM * slope / c + 2.0 * s.speedMs / lambda;
         Tone& tone = tones[t];
+        // The IF chain's anti-alias filter sits at 0.45 fs.
         tone.amplitude = Propagation::amplitude(target, s.rangeM, m_config.if_gain_dB, txPowerDbm) *
-                         antiAlias(beat, fs);
+                         AnalogFilter::lowPass(beat, 0.45 * fs);
         tone.rangePhase = 4.0 * M_PI * f0 * s.rangeM / c;
         tone.dopplerStep = 4.0 * M_PI * s.speedMs * tc / lambda;
         tone.u = std::sin(target.angleDeg * deg) * std::cos(target.elevationDeg * deg);
@@ -130,7 +111,7 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
             }
             if (m_noise.level() > 0.0f)
                 m_noise.addRow(noise, row, samples);
-            quantise(row, samples);
+            Adc::quantise(row, samples);
         }
     }
 }
