@@ -1,5 +1,6 @@
 #include "Api.h"
 
+#include "AntennaMask.h"
 #include "CwModel.h"
 #include "EntryGuard.h"
 #include "FrameMemory.h"
@@ -8,20 +9,6 @@
 
 namespace vrnsim {
 namespace cw {
-
-namespace {
-
-uint32_t bitCount(uint32_t mask)
-{
-    return uint32_t(__builtin_popcount(mask));
-}
-
-bool maskFits(uint32_t mask, uint32_t count)
-{
-    return mask != 0 && (mask >> count) == 0;
-}
-
-}  // namespace
 
 vrn_Error_t create(vrn_Device_Handle device, vrn_CW_Handle* handle)
 {
@@ -135,7 +122,7 @@ vrn_Error_t getTestSignal(vrn_CW_Handle handle, vrn_Device_Test_Signal_Generator
 vrn_Error_t setRxMask(vrn_CW_Handle handle, uint32_t mask)
 {
     return underLock(handle, [&](vrn_CW_Controller_s& cw) -> vrn_Error_t {
-        if (!maskFits(mask, cw.device->board->chip().numRx))
+        if (!AntennaMask::fits(mask, cw.device->board->chip().numRx))
             return ErrorText::set("Rx antenna mask " + std::to_string(mask) + " selects no existing receiver");
         cw.config.rx_mask = mask;
         return nullptr;
@@ -285,7 +272,7 @@ vrn_Status_t capture(vrn_CW_Handle handle, vrn_Frame_R_t* frame)
         return ErrorText::status(VRN_STATUS_INVALID_ARGUMENT, "handle and frame must not be null");
     std::lock_guard<std::mutex> lock(handle->mutex);
     const vrn_CW_Config_t& config = handle->config;
-    const uint32_t channels = bitCount(config.rx_mask);
+    const uint32_t channels = AntennaMask::count(config.rx_mask);
     const bool fits = FrameMemory::holds(
         frame, channels, [&](const vrn_Matrix_R_s& m) { return m.rows >= 1 && m.cols == config.num_samples; });
     if (!fits)

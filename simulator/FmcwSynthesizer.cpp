@@ -2,6 +2,7 @@
 
 #include "Adc.h"
 #include "AnalogFilter.h"
+#include "AntennaMask.h"
 #include "MetricsTranslator.h"
 #include "Propagation.h"
 
@@ -48,7 +49,7 @@ void FmcwSynthesizer::synthesize(double sceneTime, uint64_t frameIndex, double t
     const double lambda = c / (f0 + bandwidth / 2.0);
     const double slope = bandwidth / MetricsTranslator::chirpTime(m_config);
     const double tc = m_config.chirp_repetition_time_s;
-    const uint32_t numTx = std::max(1u, MetricsTranslator::activeCount(m_config.tx_mask));
+    const uint32_t numTx = std::max(1u, AntennaMask::count(m_config.tx_mask));
     const double deg = M_PI / 180.0;
 
     struct Tone {

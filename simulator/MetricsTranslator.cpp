@@ -1,5 +1,7 @@
 #include "MetricsTranslator.h"
 
+#include "AntennaMask.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -15,20 +17,15 @@ std::string format(const char* fmt, double a = 0, double b = 0, double c = 0, do
     return buffer;
 }
 
-bool maskFits(uint32_t mask, uint32_t count)
-{
-    return mask != 0 && (mask >> count) == 0;
-}
-
 bool checkCommon(const ChipModel& chip, uint32_t sampleRate, uint32_t rxMask, uint32_t txMask, uint32_t txPower,
                  uint32_t ifGain, std::string& error)
 {
-    if (!maskFits(rxMask, chip.numRx)) {
+    if (!AntennaMask::fits(rxMask, chip.numRx)) {
         error = format("Rx antenna mask %.0f does not select any of the %.0f receivers of the chip", rxMask,
                        chip.numRx);
         return false;
     }
-    if (!maskFits(txMask, chip.numTx)) {
+    if (!AntennaMask::fits(txMask, chip.numTx)) {
         error = format("Tx antenna mask %.0f does not select any of the %.0f transmitters of the chip", txMask,
                        chip.numTx);
         return false;
@@ -100,11 +97,6 @@ bool positive(float v)
 
 }  // namespace
 
-uint32_t MetricsTranslator::activeCount(uint32_t mask)
-{
-    return static_cast<uint32_t>(__builtin_popcount(mask & 0xf));
-}
-
 bool MetricsTranslator::translate(const ChipModel& chip, const vrn_Metrics_t& m, vrn_Device_Config_t& out,
                                   std::string& error)
 {
@@ -139,7 +131,7 @@ bool MetricsTranslator::translate(const ChipModel& chip, const vrn_Metrics_t& m,
         error = "Maximum range or speed is far too large for its resolution";
         return false;
     }
-    const uint32_t numTx = activeCount(m.tx_mask);
+    const uint32_t numTx = AntennaMask::count(m.tx_mask);
     if (!checkSequence(chip, lower, upper, uint32_t(samples), uint32_t(chirps), m.sample_rate_Hz, chirpRepetition,
                        m.frame_repetition_time_s, numTx, error))
         return false;
@@ -167,7 +159,7 @@ bool MetricsTranslator::validate(const ChipModel& chip, const vrn_Device_Config_
         error = "Chirp and frame repetition times must be positive numbers";
         return false;
     }
-    const uint32_t numTx = activeCount(c.tx_mask);
+    const uint32_t numTx = AntennaMask::count(c.tx_mask);
     if (c.mimo_mode != (numTx > 1 ? VRN_MIMO_TDM : VRN_MIMO_OFF)) {
         error = "MIMO mode must be \"tdm\" with two active Tx antennas and \"off\" with one";
         return false;
@@ -224,7 +216,7 @@ void MetricsTranslator::limits(const ChipModel& chip, const vrn_Device_Config_t&
     const double maxSpeed = m.max_speed_m_s;
     const double tc = c.chirp_repetition_time_s;
     const double fs = c.sample_rate_Hz;
-    const uint32_t numTx = std::max(1u, activeCount(c.tx_mask));
+    const uint32_t numTx = std::max(1u, AntennaMask::count(c.tx_mask));
 
     l.sample_rate_Hz_min = chip.minSampleRateHz;
     l.sample_rate_Hz_max = chip.maxSampleRateHz;
@@ -271,7 +263,7 @@ double MetricsTranslator::chirpTime(const vrn_Device_Config_t& c)
 
 double MetricsTranslator::pulseRepetitionTime(const vrn_Device_Config_t& c)
 {
-    const uint32_t numTx = std::max(1u, activeCount(c.tx_mask));
+    const uint32_t numTx = std::max(1u, AntennaMask::count(c.tx_mask));
     return double(c.chirp_repetition_time_s) / numTx;
 }
 

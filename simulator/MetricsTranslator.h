@@ -27,7 +27,6 @@ public:
     static double chirpTime(const vrn_Device_Config_t& config);
     // Time between two ramps on the air (chirp repetition time shared by the active Tx).
     static double pulseRepetitionTime(const vrn_Device_Config_t& config);
-    static uint32_t activeCount(uint32_t mask);
 };
 
 }  // namespace vrnsim
