@@ -267,4 +267,17 @@ double MetricsTranslator::pulseRepetitionTime(const vrn_Device_Config_t& c)
     return double(c.chirp_repetition_time_s) / numTx;
 }
 
+double MetricsTranslator::rangeBinLength(double bandwidthHz, uint32_t samples, uint32_t fftSize)
+{
+    return kSpeedOfLight / (2.0 * bandwidthHz) * double(samples) / double(fftSize);
+}
+
+// Doppler bin m is the phase step 2 pi m / N per chirp, i.e. the speed
+// m * lambda / (2 N T_c).
+double MetricsTranslator::speedBinStep(double centerFrequencyHz, uint32_t fftSize, double chirpRepetitionS)
+{
+    const double lambda = kSpeedOfLight / centerFrequencyHz;
+    return lambda / (2.0 * double(fftSize) * chirpRepetitionS);
+}
+
 }  // namespace vrnsim

@@ -27,6 +27,12 @@ public:
     static double chirpTime(const vrn_Device_Config_t& config);
     // Time between two ramps on the air (chirp repetition time shared by the active Tx).
     static double pulseRepetitionTime(const vrn_Device_Config_t& config);
+
+    // Range per bin of a range FFT of fftSize over `samples` samples of a
+    // chirp of this bandwidth (zero padding makes the bins shorter).
+    static double rangeBinLength(double bandwidthHz, uint32_t samples, uint32_t fftSize);
+    // Speed per bin of a Doppler FFT of fftSize over chirps this far apart.
+    static double speedBinStep(double centerFrequencyHz, uint32_t fftSize, double chirpRepetitionS);
 };
 
 }  // namespace vrnsim

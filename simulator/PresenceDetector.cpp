@@ -29,8 +29,8 @@ double PresenceDetector::binLength(const vrn_Device_Config_t& config)
     const double bandwidth = double(config.upper_frequency_Hz) - double(config.lower_frequency_Hz);
     if (bandwidth <= 0.0 || config.num_samples_per_chirp == 0)
         return 0.0;
-    return MetricsTranslator::kSpeedOfLight / (2.0 * bandwidth) * double(config.num_samples_per_chirp) /
-           double(ConfigCheck::nextPowerOfTwo(config.num_samples_per_chirp));
+    return MetricsTranslator::rangeBinLength(bandwidth, config.num_samples_per_chirp,
+                                             ConfigCheck::nextPowerOfTwo(config.num_samples_per_chirp));
 }
 
 vrn_PresenceSensing_Config_t PresenceDetector::defaults(const vrn_Device_Config_t& device)

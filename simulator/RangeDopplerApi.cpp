@@ -112,14 +112,12 @@ vrn_Error_t rangeAxis(vrn_RDM_Handle handle, uint64_t bandwidthHz, vrn_Math_Axis
     if (bandwidthHz == 0)
         return ErrorText::set("The bandwidth must be positive");
     const RangeDopplerTransform& t = handle->transform;
-    const double resolution = MetricsTranslator::kSpeedOfLight / (2.0 * double(bandwidthHz));
-    const double step = resolution * double(t.samples()) / double(2 * t.rangeBins());
+    const double step = MetricsTranslator::rangeBinLength(double(bandwidthHz), t.samples(), 2 * t.rangeBins());
     *axis = vrn_Math_Axis_Spec_s{0.0, step * double(t.rangeBins() - 1), step};
     return nullptr;
 }
 
-// Doppler bin m is the phase step 2 pi m / N_d per chirp, i.e. the speed
-// m * lambda / (2 N_d T_c); the axis is centred on 0 like the map.
+// The axis is centred on 0 like the map.
 vrn_Error_t speedAxis(vrn_RDM_Handle handle, float centerFrequencyHz, float chirpRepetitionTimeS,
                       vrn_Math_Axis_Spec_s* axis)
 {
@@ -131,9 +129,9 @@ vrn_Error_t speedAxis(vrn_RDM_Handle handle, float centerFrequencyHz, float chir
         return ErrorText::set("The centre frequency must be positive");
     if (!std::isfinite(chirpRepetitionTimeS) || chirpRepetitionTimeS <= 0.0f)
         return ErrorText::set("The chirp repetition time must be positive");
-    const double n = handle->transform.dopplerBins();
-    const double lambda = MetricsTranslator::kSpeedOfLight / double(centerFrequencyHz);
-    const double step = lambda / (2.0 * n * double(chirpRepetitionTimeS));
+    const uint32_t bins = handle->transform.dopplerBins();
+    const double n = bins;
+    const double step = MetricsTranslator::speedBinStep(double(centerFrequencyHz), bins, double(chirpRepetitionTimeS));
     *axis = vrn_Math_Axis_Spec_s{-step * (n / 2.0), step * (n / 2.0 - 1.0), step};
     return nullptr;
 }

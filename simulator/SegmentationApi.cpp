@@ -126,10 +126,10 @@ vrn_Error_t create(const vrn_Segmentation_Config_t* config, vrn_Segmentation_Han
     TargetDetector::Setup detection;
     detection.rangeBins = seg->rx1.rangeBins();
     detection.dopplerBins = seg->rx1.dopplerBins();
-    detection.binLengthM = MetricsTranslator::kSpeedOfLight / (2.0 * double(config->bandwidth_Hz)) * double(samples) /
-                           double(2 * seg->rx1.rangeBins());
-    const double lambda = MetricsTranslator::kSpeedOfLight / double(config->center_frequency_Hz);
-    detection.speedStepMs = lambda / (2.0 * double(seg->rx1.dopplerBins()) * double(config->chirp_repetition_time_s));
+    detection.binLengthM =
+        MetricsTranslator::rangeBinLength(double(config->bandwidth_Hz), samples, 2 * seg->rx1.rangeBins());
+    detection.speedStepMs = MetricsTranslator::speedBinStep(double(config->center_frequency_Hz), seg->rx1.dopplerBins(),
+                                                            double(config->chirp_repetition_time_s));
     detection.maxRangeM = config->max_detection_range_m;
     detection.sensitivity = config->detection_sensitivity;
     detection.staticRemoval = config->static_target_removal;
