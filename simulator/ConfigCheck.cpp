@@ -1,31 +1,19 @@
 #include "ConfigCheck.h"
 
+#include "FftSize.h"
 #include "WindowFunction.h"
 
 #include <cmath>
 
 namespace vrnsim {
 
-bool ConfigCheck::isPowerOfTwo(uint32_t n)
-{
-    return n != 0 && (n & (n - 1)) == 0;
-}
-
-uint32_t ConfigCheck::nextPowerOfTwo(uint32_t n)
-{
-    uint32_t p = 1;
-    while (p < n && p < (1u << 31))
-        p <<= 1;
-    return p;
-}
-
 std::string ConfigCheck::fft(const vrn_PPFFT_Config_t& config, const std::string& stage)
 {
     if (config.fft_type != VRN_FFT_TYPE_R2C && config.fft_type != VRN_FFT_TYPE_C2C)
         return "Unknown " + stage + " type " + std::to_string(int(config.fft_type)) + " (1 real, 2 complex)";
-    if (!isPowerOfTwo(config.fft_size) || config.fft_size < 2 || config.fft_size > kMaxFftSize)
+    if (!FftSize::isPowerOfTwo(config.fft_size) || config.fft_size < 2 || config.fft_size > FftSize::kMax)
         return "The " + stage + " size " + std::to_string(config.fft_size) +
-               " is not a power of two between 2 and " + std::to_string(kMaxFftSize);
+               " is not a power of two between 2 and " + std::to_string(FftSize::kMax);
     const std::string window = WindowFunction::check(config.window_config);
     if (!window.empty())
         return window + " (" + stage + ")";

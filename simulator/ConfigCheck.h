@@ -11,14 +11,10 @@ namespace vrnsim {
 class ConfigCheck
 {
 public:
-    static bool isPowerOfTwo(uint32_t n);
-    static uint32_t nextPowerOfTwo(uint32_t n);
     // `stage` names the FFT in the text, e.g. "range FFT".
     static std::string fft(const vrn_PPFFT_Config_t& config, const std::string& stage);
     static std::string scale(vrn_Scale_Type_t type, float threshold);
     static std::string matrix(const vrn_Matrix_R_s* matrix, const char* what);
-
-    static constexpr uint32_t kMaxFftSize = 1u << 16;
 };
 
 }  // namespace vrnsim

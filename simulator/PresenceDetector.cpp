@@ -1,6 +1,6 @@
 #include "PresenceDetector.h"
 
-#include "ConfigCheck.h"
+#include "FftSize.h"
 #include "FftwPlanner.h"
 #include "MetricsTranslator.h"
 #include "WindowFunction.h"
@@ -14,7 +14,7 @@ namespace {
 
 double maxRange(const vrn_Device_Config_t& device)
 {
-    return PresenceDetector::binLength(device) * (ConfigCheck::nextPowerOfTwo(device.num_samples_per_chirp) / 2);
+    return PresenceDetector::binLength(device) * (FftSize::nextPowerOfTwo(device.num_samples_per_chirp) / 2);
 }
 
 }  // namespace
@@ -30,7 +30,7 @@ double PresenceDetector::binLength(const vrn_Device_Config_t& config)
     if (bandwidth <= 0.0 || config.num_samples_per_chirp == 0)
         return 0.0;
     return MetricsTranslator::rangeBinLength(bandwidth, config.num_samples_per_chirp,
-                                             ConfigCheck::nextPowerOfTwo(config.num_samples_per_chirp));
+                                             FftSize::nextPowerOfTwo(config.num_samples_per_chirp));
 }
 
 vrn_PresenceSensing_Config_t PresenceDetector::defaults(const vrn_Device_Config_t& device)
@@ -79,7 +79,7 @@ bool PresenceDetector::init(const vrn_PresenceSensing_Config_t& config, std::str
     m_config = config;
     m_samples = config.device_config.num_samples_per_chirp;
     m_chirps = config.device_config.num_chirps_per_frame;
-    m_fftSize = ConfigCheck::nextPowerOfTwo(m_samples);
+    m_fftSize = FftSize::nextPowerOfTwo(m_samples);
     m_binLength = binLength(config.device_config);
     const vrn_Window_Config_t window{VRN_WINDOW_BLACKMANHARRIS, m_samples, 1.0f, 0.0f};
     m_window = WindowFunction::coefficients(window, true);

@@ -2,6 +2,7 @@
 
 #include "ConfigCheck.h"
 #include "ErrorText.h"
+#include "FftSize.h"
 #include "FftwPlanner.h"
 #include "RangeSpectrumHandle.h"
 #include "WindowFunction.h"
@@ -168,7 +169,7 @@ vrn_Error_t distanceAxis(uint32_t fftSize, uint32_t samplesPerChirp, float maxRa
 {
     if (!axis)
         return ErrorText::set("The axis output pointer is null");
-    if (!ConfigCheck::isPowerOfTwo(fftSize) || fftSize < 2)
+    if (!FftSize::isPowerOfTwo(fftSize) || fftSize < 2)
         return ErrorText::set("The FFT size " + std::to_string(fftSize) + " is not a power of two");
     if (samplesPerChirp == 0 || samplesPerChirp > fftSize)
         return ErrorText::set("The samples per chirp must be between 1 and the FFT size");
@@ -183,7 +184,7 @@ vrn_Error_t frequencyAxis(uint32_t fftSize, float sampleRateHz, vrn_Math_Axis_Sp
 {
     if (!axis)
         return ErrorText::set("The axis output pointer is null");
-    if (!ConfigCheck::isPowerOfTwo(fftSize) || fftSize < 2)
+    if (!FftSize::isPowerOfTwo(fftSize) || fftSize < 2)
         return ErrorText::set("The FFT size " + std::to_string(fftSize) + " is not a power of two");
     if (!std::isfinite(sampleRateHz) || sampleRateHz <= 0.0f)
         return ErrorText::set("The sample rate must be a positive number of Hz");

@@ -3,6 +3,7 @@
 #include "ChipModel.h"
 #include "ConfigCheck.h"
 #include "ErrorText.h"
+#include "FftSize.h"
 #include "MetricsTranslator.h"
 #include "SegmentationHandle.h"
 #include "WindowFunction.h"
@@ -66,7 +67,7 @@ RangeDopplerTransform::Stage stage(uint32_t length, vrn_Window_Type_t type, bool
     RangeDopplerTransform::Stage s;
     // Zero padding by two keeps a target's peak within half a bin of the
     // grid and costs little at these sizes.
-    s.fftSize = 2 * ConfigCheck::nextPowerOfTwo(length);
+    s.fftSize = 2 * FftSize::nextPowerOfTwo(length);
     s.meanRemoval = meanRemoval;
     s.weightedMean = true;
     s.window = WindowFunction::coefficients(vrn_Window_Config_t{type, length, 1.0f, 0.0f}, true);
