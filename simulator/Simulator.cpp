@@ -63,7 +63,7 @@ bool Simulator::loadBenchJson(const std::string& json, const std::string& origin
         std::lock_guard<std::mutex> lock(m_mutex);
         m_loaded = true;
         m_loadError = ok ? std::string() : error;
-        m_listFaultArmed = false;
+        m_listFault.clear();
     }
     replaceBoards(std::move(boards));
     return ok;
@@ -147,10 +147,8 @@ bool Simulator::injectFault(const char* uuid, const VrnSimFault& fault, std::str
 {
     if (fault.kind == VRNSIM_FAULT_LIST_ENTRY) {
         std::lock_guard<std::mutex> lock(m_mutex);
-        m_listFaultArmed = true;
+        m_listFault.arm(fault.status, fault.count);
         m_listFaultIndex = fault.index;
-        m_listFaultRemaining = fault.count;
-        m_listFaultForever = fault.count == 0;
         return true;
     }
     if (fault.kind < VRNSIM_FAULT_FETCH || fault.kind > VRNSIM_FAULT_TX_POWER) {
@@ -175,7 +173,7 @@ bool Simulator::clearFaults(const char* uuid, std::string& error)
     std::vector<std::shared_ptr<Board>> boards;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        m_listFaultArmed = false;
+        m_listFault.clear();
         boards = m_boards;
     }
     bool found = uuid == nullptr;
@@ -223,11 +221,8 @@ std::shared_ptr<Board> Simulator::find(const std::string& uuid)
 bool Simulator::takeListEntryFault(uint32_t index)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_listFaultArmed || index != m_listFaultIndex)
-        return false;
-    if (!m_listFaultForever && --m_listFaultRemaining == 0)
-        m_listFaultArmed = false;
-    return true;
+    int32_t ignored = 0;
+    return index == m_listFaultIndex && m_listFault.take(ignored);
 }
 
 }  // namespace vrnsim

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Board.h"
+#include "FaultCounter.h"
 
 #include <vrn_sim.h>
 
@@ -50,10 +51,8 @@ private:
     std::recursive_mutex m_callbackMutex; // guards the callback and its calls
     VrnSimChangeCallback m_callback = nullptr;
     void* m_callbackUser = nullptr;
-    bool m_listFaultArmed = false;
+    FaultCounter m_listFault;  // its status is not used: the entry read fails with a text
     uint32_t m_listFaultIndex = 0;
-    uint32_t m_listFaultRemaining = 0;
-    bool m_listFaultForever = false;
 };
 
 }  // namespace vrnsim
