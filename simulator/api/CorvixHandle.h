@@ -12,7 +12,7 @@
 // while a fetch waits.
 struct vrn_Corvix_Device_s {
     explicit vrn_Corvix_Device_s(std::shared_ptr<vrnsim::Board> b)
-        : board(std::move(b)), synth(board->chip(), board->spec().scene, board->noise())
+        : board(std::move(b)), synth(board->spec().scene, board->noise())
     {}
     std::shared_ptr<vrnsim::Board> board;
     std::mutex mutex;

@@ -12,8 +12,8 @@
 
 namespace vrnsim {
 
-DopplerSynthesizer::DopplerSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
-    : m_chip(chip), m_scene(scene), m_noise(noise)
+DopplerSynthesizer::DopplerSynthesizer(const Scene& scene, const NoiseSource& noise)
+    : m_scene(scene), m_noise(noise)
 {}
 
 void DopplerSynthesizer::synthesize(const vrn_Corvix_Frame_Config_t& frameConfig,

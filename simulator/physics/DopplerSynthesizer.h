@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ChipModel.h"
 #include "NoiseSource.h"
 #include "Scene.h"
 
@@ -15,13 +14,12 @@ namespace vrnsim {
 class DopplerSynthesizer
 {
 public:
-    DopplerSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise);
+    DopplerSynthesizer(const Scene& scene, const NoiseSource& noise);
 
     void synthesize(const vrn_Corvix_Frame_Config_t& frameConfig, const vrn_Corvix_Pulse_Config_t& pulse,
                     double sceneTime, uint64_t index, vrn_Corvix_Frame_C_t& frame) const;
 
 private:
-    const ChipModel& m_chip;
     const Scene& m_scene;
     const NoiseSource& m_noise;
 };
