@@ -3,9 +3,9 @@
 // what the user and a waiting host see when a recording is refused, when the
 // disk fills up and while its text copy is written.
 
-#include "DeviceListing.h"
 #include "FileSizeLimit.h"
 #include "ModuleHost.h"
+#include "SimulatedHost.h"
 #include "TestFrames.h"
 
 #include "host/Constants.h"
@@ -55,7 +55,7 @@ private:
     QString base(const QString& name) const { return m_dir->filePath(name); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<ModuleHost> m_host;
+    std::unique_ptr<SimulatedHost> m_sim;
     std::shared_ptr<IDevice> m_device;
     // What the host could see when the recording ended.
     QList<bool> m_parsingWhenRecordingEnded;
@@ -74,29 +74,14 @@ void TestRecordingSession::init()
     m_messagesWhenRecordingEnded = -1;
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
-    const QString bench = m_dir->filePath(QStringLiteral("bench.json"));
-    QFile file(bench);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(QStringLiteral(R"({ "boards": [ { "uuid": "%1", "shield": 512, "chip": "KMR7A", "pacing": "unpaced",
-        "noise": 0.001, "seed": 7 } ] })")
-                   .arg(QLatin1String(kBoard))
-                   .toUtf8());
-    file.close();
-
-    m_host = std::make_unique<ModuleHost>();
-    ModuleHost::Options options;
-    options.modulePath = QStringLiteral(RADAR_MODULE);
-    options.sdkPath = QStringLiteral(VRN_SIM_LIBRARY);
-    options.settingsPath = m_dir->filePath(QStringLiteral("settings.json"));
-    options.benchPath = bench;
-    const QString error = m_host->start(options);
+    m_sim = std::make_unique<SimulatedHost>();
+    const QString error = m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"),
+                                                                    QStringLiteral("unpaced")),
+                                       m_dir->path());
     QVERIFY2(error.isEmpty(), qPrintable(error));
-    const QString boards = awaitBoards(*m_host);
-    QVERIFY2(boards.isEmpty(), qPrintable(boards));
-    QVERIFY(view());
-    m_device = m_host->deviceRegister().devices().value(0);
-    QVERIFY(m_device);
-    QVERIFY(m_device->connectDevice());
+    const QString connected = m_sim->connectFirstBoard();
+    QVERIFY2(connected.isEmpty(), qPrintable(connected));
+    m_device = m_sim->device();
     settings().setRecordingPath(m_dir->path());
     settings().setTimeLimitOnRecording(false);
 }
@@ -104,20 +89,18 @@ void TestRecordingSession::init()
 void TestRecordingSession::cleanup()
 {
     m_device.reset();
-    if (m_host)
-        m_host->stop();
-    m_host.reset();
+    m_sim.reset();
     m_dir.reset();
 }
 
 QObject* TestRecordingSession::view() const
 {
-    return m_host->engine()->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>();
+    return m_sim->view();
 }
 
 RecordingUserSettings& TestRecordingSession::settings()
 {
-    return *m_host->coreConfiguration().coreUserSettings()->recordingUserSettings();
+    return *m_sim->core().recordingUserSettings();
 }
 
 void TestRecordingSession::existingFilesRefuseTheRecording_data()

@@ -1,8 +1,8 @@
 // The standard mode end to end: the plug-in loaded by the reference host on
 // the simulated SDK, driven through the "radarView" object the pages use.
 
-#include "DeviceListing.h"
 #include "ModuleHost.h"
+#include "SimulatedHost.h"
 
 #include "common/ISeriesChartData.h"
 #include "host/Constants.h"
@@ -79,11 +79,11 @@ private:
     // Starts the host on a one-board bench and connects the board.
     void connectBoard(const QString& pacing);
     QObject* view() const;
-    CoreUserSettings& core() { return *m_host->coreConfiguration().coreUserSettings(); }
+    CoreUserSettings& core() { return m_sim->core(); }
     void record(const QString& name, quint32 frames);
 
     QTemporaryDir m_dir;
-    std::unique_ptr<ModuleHost> m_host;
+    std::unique_ptr<SimulatedHost> m_sim;
     std::shared_ptr<IDevice> m_device;
 };
 
@@ -96,43 +96,30 @@ void TestRadarStandardSession::initTestCase()
 void TestRadarStandardSession::cleanup()
 {
     m_device.reset();
-    if (m_host)
-        m_host->stop();
-    m_host.reset();
+    m_sim.reset();
 }
 
 void TestRadarStandardSession::connectBoard(const QString& pacing)
 {
-    const QString bench = m_dir.filePath(QStringLiteral("bench-%1.json").arg(pacing));
-    QFile file(bench);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(QStringLiteral(R"({ "boards": [ { "uuid": "%1", "shield": 512, "chip": "KMR7A", "pacing": "%2",
-        "noise": 0.001, "seed": 7, "scene": { "targets": [
-        { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] } } ] })")
-                   .arg(QLatin1String(kBoard), pacing)
-                   .toUtf8());
-    file.close();
-
-    m_host = std::make_unique<ModuleHost>();
-    ModuleHost::Options options;
-    options.modulePath = QStringLiteral(RADAR_MODULE);
-    options.sdkPath = QStringLiteral(VRN_SIM_LIBRARY);
-    options.settingsPath = m_dir.filePath(QStringLiteral("settings.json"));
-    options.benchPath = bench;
-    const QString error = m_host->start(options);
+    // Each pacing gets its own directory: a test may start the host twice.
+    const QString directory = m_dir.filePath(pacing);
+    QVERIFY(QDir().mkpath(directory));
+    m_sim = std::make_unique<SimulatedHost>();
+    const QString scene = QStringLiteral(R"({ "targets": [
+        { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
+    const QString error =
+        m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), pacing, scene),
+                     directory);
     QVERIFY2(error.isEmpty(), qPrintable(error));
-    const QString boards = awaitBoards(*m_host);
-    QVERIFY2(boards.isEmpty(), qPrintable(boards));
-    QVERIFY(view());
-    m_device = m_host->deviceRegister().devices().value(0);
-    QVERIFY(m_device);
-    QVERIFY(m_device->connectDevice());
+    const QString connected = m_sim->connectFirstBoard();
+    QVERIFY2(connected.isEmpty(), qPrintable(connected));
+    m_device = m_sim->device();
     QVERIFY(view()->property("isConnected").toBool());
 }
 
 QObject* TestRadarStandardSession::view() const
 {
-    return m_host->engine()->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>();
+    return m_sim->view();
 }
 
 void TestRadarStandardSession::record(const QString& name, quint32 frames)
@@ -255,7 +242,7 @@ void TestRadarStandardSession::playbackReproducesTheRecordedFramesInOrder()
     QVERIFY(readRecording(m_dir.filePath(QStringLiteral("original")), original));
     QCOMPARE(int(original.frames.size()), 12);
 
-    const QList<std::shared_ptr<IPlayback>> playbacks = m_host->playbackRegister().playbacks();
+    const QList<std::shared_ptr<IPlayback>> playbacks = m_sim->host().playbackRegister().playbacks();
     QCOMPARE(playbacks.size(), 1);
     IPlayback& playback = *playbacks.first();
     QVERIFY(playback.open(m_dir.filePath(QStringLiteral("original"))));
@@ -291,7 +278,7 @@ void TestRadarStandardSession::pausedPlaybackStepsOneFrameAtATime()
 {
     connectBoard(QStringLiteral("unpaced"));
     record(QStringLiteral("steps"), 8);
-    IPlayback& playback = *m_host->playbackRegister().playbacks().first();
+    IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
     QVERIFY(playback.open(m_dir.filePath(QStringLiteral("steps"))));
     QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
     auto highest = [&numbers] {
@@ -348,7 +335,7 @@ void TestRadarStandardSession::playbackOfAFramePeriodTheClockCannotHold()
     QVERIFY(file.writeFrames(quint32(recording.frames.size()), recording.header.samplesPerFrame, recording.frames));
     file.close();
 
-    IPlayback& playback = *m_host->playbackRegister().playbacks().first();
+    IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
     QSignalSpy messages(&playback, SIGNAL(enqueueUserMessage(QString, QString)));
     QCOMPARE(playback.open(base), playable);
     if (playable) {
@@ -379,7 +366,7 @@ void TestRadarStandardSession::unplugWhileRecordingKeepsEveryFrameBefore()
     numbers.clear();
     QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 7, 10000);
 
-    const VrnSimControl* control = m_host->sdkLibrary().control();
+    const VrnSimControl* control = m_sim->host().sdkLibrary().control();
     QVERIFY(control);
     QCOMPARE(control->unplug_board(kBoard), nullptr);
     QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isConnected").toBool(), 10000);
