@@ -40,111 +40,97 @@ class TestCyclicTaskWorker : public QObject
 {
     Q_OBJECT
 private slots:
-    void taskReturningFalseRunsOnceBetweenHooks();
-    void stopOnNeverStartedWorkerDoesNothing();
-    void stopWhileLoopingEndsAfterCurrentCallAndRunsOnFinish();
-    void emptyTaskCallsNoHook();
-    void restartsAfterStop();
-    void taskRunsOnAnotherThread();
+    void taskReturningFalseRunsOnceBetweenHooks()
+    {
+        Journal journal;
+        CyclicTaskWorker worker([&] { journal.add("task"); return false; },
+                                [&] { journal.add("start"); }, [&] { journal.add("finish"); });
+        // Stopping a worker that never started does nothing.
+        worker.stop();
+        QVERIFY(!worker.isRunning());
+        QVERIFY(journal.entries().isEmpty());
+        worker.start();
+        QTRY_COMPARE(journal.entries(), (QStringList { "start", "task", "finish" }));
+        // The thread idles in its event loop until stopped.
+        QVERIFY(worker.isRunning());
+        worker.stop();
+        QVERIFY(!worker.isRunning());
+        QCOMPARE(journal.entries().size(), 3);
+    }
+
+    void stopWhileLoopingEndsAfterCurrentCallAndRunsOnFinish()
+    {
+        std::atomic<int> calls { 0 };
+        std::atomic<bool> inCall { false };
+        std::atomic<bool> inCallAtFinish { true };
+        std::atomic<int> finishes { 0 };
+        std::atomic<int> callsAtFinish { -1 };
+        QSemaphore neverReleased;
+        CyclicTaskWorker worker(
+            [&] {
+                inCall = true;
+                ++calls;
+                // Paces the loop the way a blocking read would.
+                neverReleased.tryAcquire(1, 2);
+                inCall = false;
+                return true;
+            },
+            {}, [&] {
+                inCallAtFinish = inCall.load();
+                callsAtFinish = calls.load();
+                ++finishes;
+            });
+        worker.start();
+        QTRY_VERIFY(calls.load() >= 3);
+        worker.stop();
+
+        QCOMPARE(finishes.load(), 1);
+        QVERIFY(!inCallAtFinish.load());
+        QCOMPARE(calls.load(), callsAtFinish.load());
+        QVERIFY(!worker.isRunning());
+    }
+
+    void emptyTaskCallsNoHook()
+    {
+        Journal journal;
+        CyclicTaskWorker worker(CyclicTaskWorker::Task(), [&] { journal.add("start"); },
+                                [&] { journal.add("finish"); });
+        worker.start();
+        QVERIFY(worker.isRunning());
+        // stop() waits for the thread, so the started slot has run by now.
+        worker.stop();
+        QVERIFY(journal.entries().isEmpty());
+    }
+
+    void restartsAfterStop()
+    {
+        std::atomic<int> finishes { 0 };
+        CyclicTaskWorker worker([] { return false; }, {}, [&] { ++finishes; });
+        worker.start();
+        QTRY_COMPARE(finishes.load(), 1);
+        worker.stop();
+        QCOMPARE(worker.thread(), QThread::currentThread());
+
+        worker.start();
+        QTRY_COMPARE(finishes.load(), 2);
+        QVERIFY(worker.isRunning());
+        worker.stop();
+        QVERIFY(!worker.isRunning());
+    }
+
+    void taskRunsOnAnotherThread()
+    {
+        std::atomic<QThread*> taskThread { nullptr };
+        std::atomic<QThread*> hookThread { nullptr };
+        CyclicTaskWorker worker([&] { taskThread = QThread::currentThread(); return false; },
+                                [&] { hookThread = QThread::currentThread(); });
+        worker.start();
+        QTRY_VERIFY(taskThread.load() != nullptr);
+        QVERIFY(taskThread.load() != QThread::currentThread());
+        QCOMPARE(hookThread.load(), taskThread.load());
+        worker.stop();
+    }
 };
-
-void TestCyclicTaskWorker::taskReturningFalseRunsOnceBetweenHooks()
-{
-    Journal journal;
-    CyclicTaskWorker worker([&] { journal.add("task"); return false; },
-                            [&] { journal.add("start"); }, [&] { journal.add("finish"); });
-    QVERIFY(!worker.isRunning());
-    worker.start();
-    QTRY_COMPARE(journal.entries(), (QStringList { "start", "task", "finish" }));
-    // The thread idles in its event loop until stopped.
-    QVERIFY(worker.isRunning());
-    worker.stop();
-    QVERIFY(!worker.isRunning());
-    QCOMPARE(journal.entries().size(), 3);
-}
-
-void TestCyclicTaskWorker::stopOnNeverStartedWorkerDoesNothing()
-{
-    Journal journal;
-    CyclicTaskWorker worker([&] { journal.add("task"); return false; },
-                            [&] { journal.add("start"); }, [&] { journal.add("finish"); });
-    worker.stop();
-    QVERIFY(!worker.isRunning());
-    QVERIFY(journal.entries().isEmpty());
-}
-
-void TestCyclicTaskWorker::stopWhileLoopingEndsAfterCurrentCallAndRunsOnFinish()
-{
-    std::atomic<int> calls { 0 };
-    std::atomic<bool> inCall { false };
-    std::atomic<bool> inCallAtFinish { true };
-    std::atomic<int> finishes { 0 };
-    std::atomic<int> callsAtFinish { -1 };
-    QSemaphore neverReleased;
-    CyclicTaskWorker worker(
-        [&] {
-            inCall = true;
-            ++calls;
-            // Paces the loop the way a blocking read would.
-            neverReleased.tryAcquire(1, 2);
-            inCall = false;
-            return true;
-        },
-        {}, [&] {
-            inCallAtFinish = inCall.load();
-            callsAtFinish = calls.load();
-            ++finishes;
-        });
-    worker.start();
-    QTRY_VERIFY(calls.load() >= 3);
-    worker.stop();
-
-    QCOMPARE(finishes.load(), 1);
-    QVERIFY(!inCallAtFinish.load());
-    QCOMPARE(calls.load(), callsAtFinish.load());
-    QVERIFY(!worker.isRunning());
-}
-
-void TestCyclicTaskWorker::emptyTaskCallsNoHook()
-{
-    Journal journal;
-    CyclicTaskWorker worker(CyclicTaskWorker::Task(), [&] { journal.add("start"); },
-                            [&] { journal.add("finish"); });
-    worker.start();
-    QVERIFY(worker.isRunning());
-    // stop() waits for the thread, so the started slot has run by now.
-    worker.stop();
-    QVERIFY(journal.entries().isEmpty());
-}
-
-void TestCyclicTaskWorker::restartsAfterStop()
-{
-    std::atomic<int> finishes { 0 };
-    CyclicTaskWorker worker([] { return false; }, {}, [&] { ++finishes; });
-    worker.start();
-    QTRY_COMPARE(finishes.load(), 1);
-    worker.stop();
-    QCOMPARE(worker.thread(), QThread::currentThread());
-
-    worker.start();
-    QTRY_COMPARE(finishes.load(), 2);
-    QVERIFY(worker.isRunning());
-    worker.stop();
-    QVERIFY(!worker.isRunning());
-}
-
-void TestCyclicTaskWorker::taskRunsOnAnotherThread()
-{
-    std::atomic<QThread*> taskThread { nullptr };
-    std::atomic<QThread*> hookThread { nullptr };
-    CyclicTaskWorker worker([&] { taskThread = QThread::currentThread(); return false; },
-                            [&] { hookThread = QThread::currentThread(); });
-    worker.start();
-    QTRY_VERIFY(taskThread.load() != nullptr);
-    QVERIFY(taskThread.load() != QThread::currentThread());
-    QCOMPARE(hookThread.load(), taskThread.load());
-    worker.stop();
-}
 
 QTEST_GUILESS_MAIN(TestCyclicTaskWorker)
 #include "tst_CyclicTaskWorker.moc"

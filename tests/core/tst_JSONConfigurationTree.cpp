@@ -89,336 +89,308 @@ class TestJSONConfigurationTree : public QObject
 {
     Q_OBJECT
 private slots:
-    void leafConversion_data();
-    void leafConversion();
-    void missingNestedFieldNamesDottedPathAndAppliesNothing();
-    void objectNodeOverNonObject();
-    void array_data();
-    void array();
-    void validatorErrorIsReported();
-    void boundLeavesGoThroughAccessors_data();
-    void boundLeavesGoThroughAccessors();
-    void sameNamedSiblingsMergeAndBothReadBack();
-    void unknownKeysAreIgnored();
-    void parserErrorIsReported();
-    void jsonVersionCheck_data();
-    void jsonVersionCheck();
-    void jsonVersionNodeReadsItsMembers();
-    void fileRoundTripOmitsRootName();
-    void missingFileCannotBeOpened();
-    void failedSaveKeepsOldFile();
-};
-
-void TestJSONConfigurationTree::leafConversion_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<QVariant>("stored");
-
-    QTest::newRow("3.9 truncates") << "qint32" << QByteArray("3.9") << "" << QVariant(qint32(3));
-    QTest::newRow("-3.9 truncates") << "qint32" << QByteArray("-3.9") << "" << QVariant(qint32(-3));
-    QTest::newRow("string for int") << "qint32" << QByteArray("\"3\"")
-                                    << "Field radar.v type error: Integer expected" << QVariant();
-    QTest::newRow("u8") << "quint8" << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
-    QTest::newRow("u16") << "quint16" << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
-    QTest::newRow("u32 max") << "quint32" << QByteArray("4294967295") << "" << QVariant::fromValue(quint32(4294967295u));
-    QTest::newRow("u64 2^53") << "quint64" << QByteArray("9007199254740992") << ""
-                              << QVariant::fromValue(quint64(1) << 53);
-    QTest::newRow("u64 2^63") << "quint64" << QByteArray("9223372036854775808") << ""
-                              << QVariant::fromValue(quint64(1) << 63);
-    QTest::newRow("u64 1.5*2^63") << "quint64" << QByteArray("13835058055282163712") << ""
-                                  << QVariant::fromValue((quint64(1) << 63) | (quint64(1) << 62));
-    QTest::newRow("bool for u64") << "quint64" << QByteArray("false")
-                                  << "Field radar.v type error: Integer expected" << QVariant();
-    QTest::newRow("float") << "float" << QByteArray("2.5") << "" << QVariant(2.5f);
-    QTest::newRow("integer for float") << "float" << QByteArray("3") << "" << QVariant(3.0f);
-    QTest::newRow("true for float") << "float" << QByteArray("true")
-                                    << "Field radar.v type error: Float expected" << QVariant();
-    QTest::newRow("bool") << "bool" << QByteArray("true") << "" << QVariant(true);
-    QTest::newRow("1 for bool") << "bool" << QByteArray("1")
-                                << "Field radar.v type error: Boolean expected" << QVariant();
-    QTest::newRow("text") << "QString" << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
-    QTest::newRow("number for text") << "QString" << QByteArray("5")
-                                     << "Field radar.v type error: String expected" << QVariant();
-    QTest::newRow("null for text") << "QString" << QByteArray("null")
-                                   << "Field radar.v type error: String expected" << QVariant();
-}
-
-void TestJSONConfigurationTree::leafConversion()
-{
-    QFETCH(QString, type);
-    QFETCH(QByteArray, json);
-    QFETCH(QString, error);
-    QFETCH(QVariant, stored);
-
-    QVariant store;
-    auto root = treeFor(type, store);
-    QCOMPARE(loadFromText(*root, "{\"radar\": {\"v\": " + json + "}}"), error);
-    // A failed load must not have called the setter at all.
-    QCOMPARE(store, stored);
-}
-
-void TestJSONConfigurationTree::missingNestedFieldNamesDottedPathAndAppliesNothing()
-{
-    Pair pair;
-    auto root = pairTree(pair);
-    QCOMPARE(loadFromText(*root, R"({"radar": {"common": {"first": 7}}})"),
-             QString("Mandatory field radar.common.second is missing"));
-    QCOMPARE(pair.first, -1);
-    QCOMPARE(loadFromText(*root, R"({"radar": {}})"), QString("Mandatory field radar.common is missing"));
-    QCOMPARE(loadFromText(*root, R"({})"), QString("Mandatory field radar is missing"));
-
-    QCOMPARE(loadFromText(*root, R"({"radar": {"common": {"first": 7, "second": "x"}}})"), QString());
-    QCOMPARE(pair.first, 7);
-    QCOMPARE(pair.second, QString("x"));
-}
-
-void TestJSONConfigurationTree::objectNodeOverNonObject()
-{
-    Pair pair;
-    auto root = pairTree(pair);
-    QCOMPARE(loadFromText(*root, R"({"radar": [1, 2]})"), QString("Field radar is not an JSON object"));
-
-    QJsonObject top { { "radar", QJsonArray { 1, 2 } } };
-    QTest::ignoreMessage(QtWarningMsg, "Json value with name 'radar' is different type than Object. It will be overriden!");
-    root->writeChildren(top);
-    QVERIFY(top.value("radar").isObject());
-    QCOMPARE(top.value("radar").toObject().value("common").toObject().value("first").toInt(), -1);
-}
-
-void TestJSONConfigurationTree::array_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<QVector<qint32>>("ints");
-
-    QTest::newRow("numbers truncate") << QByteArray("[1, 2.7, -3.2]") << "" << QVector<qint32> { 1, 2, -3 };
-    QTest::newRow("empty") << QByteArray("[]") << "" << QVector<qint32> {};
-    QTest::newRow("not an array") << QByteArray("5") << "Field radar.list is not an JSON array" << QVector<qint32> { 9 };
-    QTest::newRow("bad element") << QByteArray("[1, \"x\"]") << "Field radar.list type error: Integer expected"
-                                 << QVector<qint32> { 9 };
-}
-
-void TestJSONConfigurationTree::array()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(QString, error);
-    QFETCH(QVector<qint32>, ints);
-
-    QVector<qint32> stored { 9 };
-    auto radar = std::make_unique<JSONConfigurationObject>("radar");
-    radar->addChild(std::make_unique<JSONConfigurationArray<QVector<qint32>>>(
-        "list", [&] { return stored; }, [&](const QVector<qint32>& v) { stored = v; },
-        [](const QVector<qint32>&) { return QString(); }));
-    JSONConfigurationObject root("root");
-    root.addChild(std::move(radar));
-
-    QCOMPARE(loadFromText(root, "{\"radar\": {\"list\": " + json + "}}"), error);
-    QCOMPARE(stored, ints);
-}
-
-void TestJSONConfigurationTree::validatorErrorIsReported()
-{
-    QVector<float> stored { 1.0f };
-    JSONConfigurationObject root("root");
-    root.addChild(std::make_unique<JSONConfigurationArray<QVector<float>>>(
-        "gains", [&] { return stored; }, [&](const QVector<float>& v) { stored = v; },
-        [](const QVector<float>& v) { return v.size() > 2 ? QString("too many") : QString(); }));
-
-    QCOMPARE(loadFromText(root, R"({"gains": [0.5, 1, 2]})"), QString("Field gains validation error: too many"));
-    QCOMPARE(loadFromText(root, R"({"gains": [0.5, true]})"), QString("Field gains type error: Float expected"));
-    QCOMPARE(stored, QVector<float> { 1.0f });
-    QCOMPARE(loadFromText(root, R"({"gains": [0.5, 2]})"), QString());
-    QCOMPARE(stored, (QVector<float> { 0.5f, 2.0f }));
-
-    QJsonObject written;
-    root.writeChildren(written);
-    QCOMPARE(written.value("gains").toArray(), (QJsonArray { 0.5, 2.0 }));
-}
-
-void TestJSONConfigurationTree::boundLeavesGoThroughAccessors_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<quint32>("level");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<QVector<float>>("gains");
-
-    QTest::newRow("all applied") << QByteArray(R"({"level": 4, "label": "a", "gains": [2, 3]})") << ""
-                                 << 4u << "a" << QVector<float> { 2.0f, 3.0f };
-    QTest::newRow("setter clamps") << QByteArray(R"({"level": 50, "label": "b", "gains": []})") << ""
-                                   << 10u << "b" << QVector<float> {};
-    QTest::newRow("validator refuses") << QByteArray(R"({"level": 500, "label": "c", "gains": []})")
-                                       << "Field level validation error: too high" << 1u << "none"
-                                       << QVector<float> { 1.0f };
-    QTest::newRow("array type checked") << QByteArray(R"({"level": 4, "label": "d", "gains": 2})")
-                                        << "Field gains is not an JSON array" << 1u << "none"
-                                        << QVector<float> { 1.0f };
-}
-
-void TestJSONConfigurationTree::boundLeavesGoThroughAccessors()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(QString, error);
-    QFETCH(quint32, level);
-    QFETCH(QString, label);
-    QFETCH(QVector<float>, gains);
-
-    Gauge gauge;
-    JSONConfigurationObject root("root");
-    JSONConfigurationBinding::bindValue(root, "level", &gauge, &Gauge::level, &Gauge::setLevel,
-                                        [](const quint32& v) { return v > 100 ? QString("too high") : QString(); });
-    JSONConfigurationBinding::bindValue(root, "label", &gauge, &Gauge::label, &Gauge::setLabel);
-    JSONConfigurationBinding::bindArray(root, "gains", &gauge, &Gauge::gains, &Gauge::setGains);
-
-    QCOMPARE(loadFromText(root, json), error);
-    QCOMPARE(gauge.level(), level);
-    QCOMPARE(gauge.label(), label);
-    QCOMPARE(gauge.gains(), gains);
-
-    QJsonObject written;
-    root.writeChildren(written);
-    QCOMPARE(written.value("level").toInt(), int(level));
-    QCOMPARE(written.value("label").toString(), label);
-    QCOMPARE(written.value("gains").toArray().size(), gains.size());
-}
-
-void TestJSONConfigurationTree::sameNamedSiblingsMergeAndBothReadBack()
-{
-    qint32 a = 1;
-    QString b = "one";
-    const auto build = [&](JSONConfigurationObject& root) {
-        auto first = std::make_unique<JSONConfigurationObject>("radar");
-        first->addChild(std::make_unique<JSONConfigurationValue<qint32>>(
-            "a", [&] { return a; }, [&](const qint32& v) { a = v; }, [](const qint32&) { return QString(); }));
-        auto second = std::make_unique<JSONConfigurationObject>("radar");
-        second->addChild(std::make_unique<JSONConfigurationValue<QString>>(
-            "b", [&] { return b; }, [&](const QString& v) { b = v; }, [](const QString&) { return QString(); }));
-        // Settings classes hand out their own subtree; the owner collects them.
-        JSONConfigurationObject collected("collected");
-        collected.addChild(std::move(first));
-        collected.addChild(std::move(second));
-        root.addChildrenOf(collected);
-    };
-    JSONConfigurationObject root("root");
-    build(root);
-
-    QJsonObject top;
-    root.writeChildren(top);
-    QCOMPARE(top.keys(), QStringList { "radar" });
-    QCOMPARE(top.value("radar").toObject().value("a").toInt(), 1);
-    QCOMPARE(top.value("radar").toObject().value("b").toString(), QString("one"));
-
-    top = QJsonObject { { "radar", QJsonObject { { "a", 2 }, { "b", "two" } } } };
-    QCOMPARE(loadFromText(root, QJsonDocument(top).toJson()), QString());
-    QCOMPARE(a, 2);
-    QCOMPARE(b, QString("two"));
-}
-
-void TestJSONConfigurationTree::unknownKeysAreIgnored()
-{
-    Pair pair;
-    auto root = pairTree(pair);
-    QCOMPARE(loadFromText(*root, R"({"extra": 1, "radar": {"common": {"first": 4, "second": "s", "more": []}}})"),
-             QString());
-    QCOMPARE(pair.first, 4);
-}
-
-void TestJSONConfigurationTree::parserErrorIsReported()
-{
-    Pair pair;
-    auto root = pairTree(pair);
-    const QString error = loadFromText(*root, "{\"radar\": ");
-    QVERIFY2(error.startsWith("JSON parser error: "), qPrintable(error));
-    QVERIFY(error.size() > QString("JSON parser error: ").size());
-}
-
-void TestJSONConfigurationTree::jsonVersionCheck_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("both wrong: type first") << "KMR7B" << "2.0" << "Invalid json type";
-    QTest::newRow("type wrong") << "KMR7B" << "1.0" << "Invalid json type";
-    QTest::newRow("version wrong") << "KMR7A" << "2.0" << "Invalid json version";
-    QTest::newRow("match") << "KMR7A" << "1.0" << "";
-}
-
-void TestJSONConfigurationTree::jsonVersionCheck()
-{
-    QFETCH(QString, type);
-    QFETCH(QString, version);
-    QFETCH(QString, error);
-    QCOMPARE(JSONVersion("KMR7A", "1.0").check(type, version), error);
-}
-
-void TestJSONConfigurationTree::jsonVersionNodeReadsItsMembers()
-{
-    JSONVersion stamp;
-    JSONConfigurationObject root("root");
-    root.addChild(stamp.configurationNode());
-    QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C_Extended", "version": "1.0"}})"), QString());
-    QCOMPARE(stamp.type(), QString("KMR7C_Extended"));
-    QCOMPARE(stamp.version(), QString("1.0"));
-    QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C"}})"),
-             QString("Mandatory field json_version.version is missing"));
-}
-
-void TestJSONConfigurationTree::fileRoundTripOmitsRootName()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath("settings.json");
-
-    Pair saved;
-    saved.first = 42;
-    saved.second = "saved";
-    auto savedRoot = pairTree(saved);
-    QVERIFY(saveToFile(*savedRoot, path));
-
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QJsonObject top = QJsonDocument::fromJson(file.readAll()).object();
-    QCOMPARE(top.keys(), QStringList { "radar" });
-
-    Pair loaded;
-    auto loadedRoot = pairTree(loaded);
-    QCOMPARE(loadFromFile(*loadedRoot, path), QString());
-    QCOMPARE(loaded.first, 42);
-    QCOMPARE(loaded.second, QString("saved"));
-}
-
-void TestJSONConfigurationTree::missingFileCannotBeOpened()
-{
-    QTemporaryDir dir;
-    Pair pair;
-    auto root = pairTree(pair);
-    QCOMPARE(loadFromFile(*root, dir.filePath("absent.json")), QString("Cannot open file"));
-}
-
-void TestJSONConfigurationTree::failedSaveKeepsOldFile()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    // The name fits the file system's limit, but the temporary the save
-    // writes first (the name plus a random suffix) does not: the save fails
-    // before the target is touched, whatever the user's permissions.
-    const QString path = dir.filePath(QString(250, QLatin1Char('s')));
+    void leafConversion_data()
     {
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write("old contents");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QVariant>("stored");
+
+        QTest::newRow("3.9 truncates") << "qint32" << QByteArray("3.9") << "" << QVariant(qint32(3));
+        QTest::newRow("-3.9 truncates") << "qint32" << QByteArray("-3.9") << "" << QVariant(qint32(-3));
+        QTest::newRow("string for int") << "qint32" << QByteArray("\"3\"")
+                                        << "Field radar.v type error: Integer expected" << QVariant();
+        QTest::newRow("u8") << "quint8" << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
+        QTest::newRow("u16") << "quint16" << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
+        QTest::newRow("u32 max") << "quint32" << QByteArray("4294967295") << "" << QVariant::fromValue(quint32(4294967295u));
+        QTest::newRow("u64 2^53") << "quint64" << QByteArray("9007199254740992") << ""
+                                  << QVariant::fromValue(quint64(1) << 53);
+        QTest::newRow("u64 2^63") << "quint64" << QByteArray("9223372036854775808") << ""
+                                  << QVariant::fromValue(quint64(1) << 63);
+        QTest::newRow("u64 1.5*2^63") << "quint64" << QByteArray("13835058055282163712") << ""
+                                      << QVariant::fromValue((quint64(1) << 63) | (quint64(1) << 62));
+        QTest::newRow("bool for u64") << "quint64" << QByteArray("false")
+                                      << "Field radar.v type error: Integer expected" << QVariant();
+        QTest::newRow("float") << "float" << QByteArray("2.5") << "" << QVariant(2.5f);
+        QTest::newRow("integer for float") << "float" << QByteArray("3") << "" << QVariant(3.0f);
+        QTest::newRow("true for float") << "float" << QByteArray("true")
+                                        << "Field radar.v type error: Float expected" << QVariant();
+        QTest::newRow("bool") << "bool" << QByteArray("true") << "" << QVariant(true);
+        QTest::newRow("1 for bool") << "bool" << QByteArray("1")
+                                    << "Field radar.v type error: Boolean expected" << QVariant();
+        QTest::newRow("text") << "QString" << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
+        QTest::newRow("number for text") << "QString" << QByteArray("5")
+                                         << "Field radar.v type error: String expected" << QVariant();
+        QTest::newRow("null for text") << "QString" << QByteArray("null")
+                                       << "Field radar.v type error: String expected" << QVariant();
     }
 
-    Pair pair;
-    auto root = pairTree(pair);
-    QVERIFY(!saveToFile(*root, path));
+    void leafConversion()
+    {
+        QFETCH(QString, type);
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        QFETCH(QVariant, stored);
 
-    QFile old(path);
-    QVERIFY(old.open(QIODevice::ReadOnly));
-    QCOMPARE(old.readAll(), QByteArray("old contents"));
-}
+        QVariant store;
+        auto root = treeFor(type, store);
+        QCOMPARE(loadFromText(*root, "{\"radar\": {\"v\": " + json + "}}"), error);
+        // A failed load must not have called the setter at all.
+        QCOMPARE(store, stored);
+    }
+
+    void pairTreeLoads_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("error"); // a trailing '*' stands for any reason
+        QTest::addColumn<qint32>("first");
+        QTest::newRow("nested field missing") << QByteArray(R"({"radar": {"common": {"first": 7}}})")
+                                              << "Mandatory field radar.common.second is missing" << -1;
+        QTest::newRow("object missing") << QByteArray(R"({"radar": {}})") << "Mandatory field radar.common is missing" << -1;
+        QTest::newRow("top missing") << QByteArray("{}") << "Mandatory field radar is missing" << -1;
+        QTest::newRow("object over an array") << QByteArray(R"({"radar": [1, 2]})") << "Field radar is not an JSON object"
+                                              << -1;
+        QTest::newRow("parser error") << QByteArray("{\"radar\": ") << "JSON parser error: *" << -1;
+        QTest::newRow("complete") << QByteArray(R"({"radar": {"common": {"first": 7, "second": "x"}}})") << "" << 7;
+        QTest::newRow("unknown keys are ignored")
+            << QByteArray(R"({"extra": 1, "radar": {"common": {"first": 4, "second": "x", "more": []}}})") << "" << 4;
+    }
+
+    void pairTreeLoads()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        QFETCH(qint32, first);
+        Pair pair;
+        auto root = pairTree(pair);
+        const QString reported = loadFromText(*root, json);
+        if (error.endsWith('*'))
+            QVERIFY2(reported.startsWith(error.chopped(1)) && reported.size() >= error.size(), qPrintable(reported));
+        else
+            QCOMPARE(reported, error);
+        // A refused document applies nothing.
+        QCOMPARE(pair.first, first);
+        QCOMPARE(pair.second, QString(error.isEmpty() ? "x" : "unchanged"));
+    }
+
+    void objectNodeOverNonObjectIsRewritten()
+    {
+        Pair pair;
+        auto root = pairTree(pair);
+        QJsonObject top { { "radar", QJsonArray { 1, 2 } } };
+        QTest::ignoreMessage(QtWarningMsg, "Json value with name 'radar' is different type than Object. It will be overriden!");
+        root->writeChildren(top);
+        QCOMPARE(top.value("radar").toObject().value("common").toObject().value("first").toInt(), -1);
+    }
+
+    void array_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QVector<qint32>>("ints");
+
+        QTest::newRow("numbers truncate") << QByteArray("[1, 2.7, -3.2]") << "" << QVector<qint32> { 1, 2, -3 };
+        QTest::newRow("empty") << QByteArray("[]") << "" << QVector<qint32> {};
+        QTest::newRow("not an array") << QByteArray("5") << "Field radar.list is not an JSON array" << QVector<qint32> { 9 };
+        QTest::newRow("bad element") << QByteArray("[1, \"x\"]") << "Field radar.list type error: Integer expected"
+                                     << QVector<qint32> { 9 };
+    }
+
+    void array()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        QFETCH(QVector<qint32>, ints);
+
+        QVector<qint32> stored { 9 };
+        auto radar = std::make_unique<JSONConfigurationObject>("radar");
+        radar->addChild(std::make_unique<JSONConfigurationArray<QVector<qint32>>>(
+            "list", [&] { return stored; }, [&](const QVector<qint32>& v) { stored = v; },
+            [](const QVector<qint32>&) { return QString(); }));
+        JSONConfigurationObject root("root");
+        root.addChild(std::move(radar));
+
+        QCOMPARE(loadFromText(root, "{\"radar\": {\"list\": " + json + "}}"), error);
+        QCOMPARE(stored, ints);
+    }
+
+    void validatorErrorIsReported()
+    {
+        QVector<float> stored { 1.0f };
+        JSONConfigurationObject root("root");
+        root.addChild(std::make_unique<JSONConfigurationArray<QVector<float>>>(
+            "gains", [&] { return stored; }, [&](const QVector<float>& v) { stored = v; },
+            [](const QVector<float>& v) { return v.size() > 2 ? QString("too many") : QString(); }));
+
+        QCOMPARE(loadFromText(root, R"({"gains": [0.5, 1, 2]})"), QString("Field gains validation error: too many"));
+        QCOMPARE(loadFromText(root, R"({"gains": [0.5, true]})"), QString("Field gains type error: Float expected"));
+        QCOMPARE(stored, QVector<float> { 1.0f });
+        QCOMPARE(loadFromText(root, R"({"gains": [0.5, 2]})"), QString());
+        QCOMPARE(stored, (QVector<float> { 0.5f, 2.0f }));
+
+        QJsonObject written;
+        root.writeChildren(written);
+        QCOMPARE(written.value("gains").toArray(), (QJsonArray { 0.5, 2.0 }));
+    }
+
+    void boundLeavesGoThroughAccessors_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<quint32>("level");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QVector<float>>("gains");
+
+        QTest::newRow("all applied") << QByteArray(R"({"level": 4, "label": "a", "gains": [2, 3]})") << ""
+                                     << 4u << "a" << QVector<float> { 2.0f, 3.0f };
+        QTest::newRow("setter clamps") << QByteArray(R"({"level": 50, "label": "b", "gains": []})") << ""
+                                       << 10u << "b" << QVector<float> {};
+        QTest::newRow("validator refuses") << QByteArray(R"({"level": 500, "label": "c", "gains": []})")
+                                           << "Field level validation error: too high" << 1u << "none"
+                                           << QVector<float> { 1.0f };
+        QTest::newRow("array type checked") << QByteArray(R"({"level": 4, "label": "d", "gains": 2})")
+                                            << "Field gains is not an JSON array" << 1u << "none"
+                                            << QVector<float> { 1.0f };
+    }
+
+    void boundLeavesGoThroughAccessors()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        QFETCH(quint32, level);
+        QFETCH(QString, label);
+        QFETCH(QVector<float>, gains);
+
+        Gauge gauge;
+        JSONConfigurationObject root("root");
+        JSONConfigurationBinding::bindValue(root, "level", &gauge, &Gauge::level, &Gauge::setLevel,
+                                            [](const quint32& v) { return v > 100 ? QString("too high") : QString(); });
+        JSONConfigurationBinding::bindValue(root, "label", &gauge, &Gauge::label, &Gauge::setLabel);
+        JSONConfigurationBinding::bindArray(root, "gains", &gauge, &Gauge::gains, &Gauge::setGains);
+
+        QCOMPARE(loadFromText(root, json), error);
+        QCOMPARE(gauge.level(), level);
+        QCOMPARE(gauge.label(), label);
+        QCOMPARE(gauge.gains(), gains);
+
+        QJsonObject written;
+        root.writeChildren(written);
+        QCOMPARE(written.value("level").toInt(), int(level));
+        QCOMPARE(written.value("label").toString(), label);
+        QCOMPARE(written.value("gains").toArray().size(), gains.size());
+    }
+
+    void sameNamedSiblingsMergeAndBothReadBack()
+    {
+        qint32 a = 1;
+        QString b = "one";
+        const auto build = [&](JSONConfigurationObject& root) {
+            auto first = std::make_unique<JSONConfigurationObject>("radar");
+            first->addChild(std::make_unique<JSONConfigurationValue<qint32>>(
+                "a", [&] { return a; }, [&](const qint32& v) { a = v; }, [](const qint32&) { return QString(); }));
+            auto second = std::make_unique<JSONConfigurationObject>("radar");
+            second->addChild(std::make_unique<JSONConfigurationValue<QString>>(
+                "b", [&] { return b; }, [&](const QString& v) { b = v; }, [](const QString&) { return QString(); }));
+            // Settings classes hand out their own subtree; the owner collects them.
+            JSONConfigurationObject collected("collected");
+            collected.addChild(std::move(first));
+            collected.addChild(std::move(second));
+            root.addChildrenOf(collected);
+        };
+        JSONConfigurationObject root("root");
+        build(root);
+
+        QJsonObject top;
+        root.writeChildren(top);
+        QCOMPARE(top.keys(), QStringList { "radar" });
+        QCOMPARE(top.value("radar").toObject().value("a").toInt(), 1);
+        QCOMPARE(top.value("radar").toObject().value("b").toString(), QString("one"));
+
+        top = QJsonObject { { "radar", QJsonObject { { "a", 2 }, { "b", "two" } } } };
+        QCOMPARE(loadFromText(root, QJsonDocument(top).toJson()), QString());
+        QCOMPARE(a, 2);
+        QCOMPARE(b, QString("two"));
+    }
+
+    void jsonVersionCheck_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("both wrong: type first") << "KMR7B" << "2.0" << "Invalid json type";
+        QTest::newRow("type wrong") << "KMR7B" << "1.0" << "Invalid json type";
+        QTest::newRow("version wrong") << "KMR7A" << "2.0" << "Invalid json version";
+        QTest::newRow("match") << "KMR7A" << "1.0" << "";
+    }
+
+    void jsonVersionCheck()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, version);
+        QFETCH(QString, error);
+        QCOMPARE(JSONVersion("KMR7A", "1.0").check(type, version), error);
+    }
+
+    void jsonVersionNodeReadsItsMembers()
+    {
+        JSONVersion stamp;
+        JSONConfigurationObject root("root");
+        root.addChild(stamp.configurationNode());
+        QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C_Extended", "version": "1.0"}})"), QString());
+        QCOMPARE(stamp.type(), QString("KMR7C_Extended"));
+        QCOMPARE(stamp.version(), QString("1.0"));
+        QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C"}})"),
+                 QString("Mandatory field json_version.version is missing"));
+    }
+
+    void fileRoundTripOmitsRootName()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString path = dir.filePath("settings.json");
+
+        Pair saved;
+        saved.first = 42;
+        saved.second = "saved";
+        auto savedRoot = pairTree(saved);
+        QVERIFY(saveToFile(*savedRoot, path));
+
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QJsonObject top = QJsonDocument::fromJson(file.readAll()).object();
+        QCOMPARE(top.keys(), QStringList { "radar" });
+
+        Pair loaded;
+        auto loadedRoot = pairTree(loaded);
+        QCOMPARE(loadFromFile(*loadedRoot, path), QString());
+        QCOMPARE(loaded.first, 42);
+        QCOMPARE(loaded.second, QString("saved"));
+        QCOMPARE(loadFromFile(*loadedRoot, dir.filePath("absent.json")), QString("Cannot open file"));
+    }
+
+    void failedSaveKeepsOldFile()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        // The name fits the file system's limit, but the temporary the save
+        // writes first (the name plus a random suffix) does not: the save fails
+        // before the target is touched, whatever the user's permissions.
+        const QString path = dir.filePath(QString(250, QLatin1Char('s')));
+        {
+            QFile old(path);
+            QVERIFY(old.open(QIODevice::WriteOnly));
+            old.write("old contents");
+        }
+
+        Pair pair;
+        auto root = pairTree(pair);
+        QVERIFY(!saveToFile(*root, path));
+
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::ReadOnly));
+        QCOMPARE(old.readAll(), QByteArray("old contents"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestJSONConfigurationTree)
 #include "tst_JSONConfigurationTree.moc"
