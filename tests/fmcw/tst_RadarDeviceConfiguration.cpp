@@ -83,6 +83,8 @@ private slots:
     void metricsCompareWithTolerance_data();
     void metricsCompareWithTolerance();
     void limitsFromSdkFloorTheMaximumRange();
+    void typedFieldValueIsJudgedLikeTheFiles_data();
+    void typedFieldValueIsJudgedLikeTheFiles();
 };
 
 void TestRadarDeviceConfiguration::defaultDocumentLoadsAndRoundTrips_data()
@@ -510,6 +512,59 @@ void TestRadarDeviceConfiguration::limitsFromSdkFloorTheMaximumRange()
     range.clear();
     limits.setFromSdk(sdk);
     QCOMPARE(range.count(), 0);
+}
+
+void TestRadarDeviceConfiguration::typedFieldValueIsJudgedLikeTheFiles_data()
+{
+    QTest::addColumn<bool>("deviceLimits");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("message");
+    const QString range = QStringLiteral("Value %1 not in expected range: [%2 - %3]");
+    QTest::newRow("max range within") << false << "metrics.maxRangeM" << "9.6" << "";
+    QTest::newRow("max range 150") << false << "metrics.maxRangeM" << "150" << range.arg("150", "0.0001", "100");
+    QTest::newRow("max range beyond device") << true << "metrics.maxRangeM" << "25" << range.arg("25", "0.8", "19.2");
+    QTest::newRow("device limits first") << true << "metrics.maxRangeM" << "150" << range.arg("150", "0.8", "19.2");
+    QTest::newRow("frame time 0") << false << "metrics.frameRepetitionTimeS" << "0" << range.arg("0", "0.0001", "100");
+    QTest::newRow("sample rate beyond device") << true << "metrics.sampleRateHz" << "3000000"
+                                               << range.arg("3000000", "100000", "2000000");
+    QTest::newRow("sample rate fraction") << false << "metrics.sampleRateHz" << "1.5" << "Value 1.5 is not a whole number";
+    QTest::newRow("if gain negative") << false << "metrics.ifGainDB" << "-3" << "Value -3 must not be negative";
+    QTest::newRow("tx power 101") << false << "metrics.txPowerLevel" << " 101 " << range.arg("101", "1", "100");
+    QTest::newRow("centre frequency 0") << false << "metrics.centerFrequencyHz" << "0" << "Value must be greater than 0";
+    QTest::newRow("not a number") << false << "metrics.maxSpeedMs" << "fast" << "Value fast is not a number";
+    QTest::newRow("empty") << false << "metrics.maxSpeedMs" << "  " << "A value is required";
+    QTest::newRow("presence range 21") << false << "presencesensing.maxDetectionRange" << "21"
+                                       << range.arg("21", "0.0001", "20");
+    QTest::newRow("presence count anything") << false << "presencesensing.absenceConfirmCount" << "4000" << "";
+    QTest::newRow("segmentation range 8") << false << "segmentation.maxDetectionRangeM" << "8" << range.arg("8", "1", "7");
+    QTest::newRow("tracks 51") << false << "segmentation.maxNumTracks" << "51" << range.arg("51", "1", "50");
+    QTest::newRow("segment 121") << false << "segmentation.segmentsDegrees" << "121" << range.arg("121", "1", "120");
+    QTest::newRow("segment 40") << false << "segmentation.segmentsDegrees" << "40" << "";
+    QTest::newRow("unknown field") << false << "metrics.colour" << "1" << "Unknown field metrics.colour";
+}
+
+void TestRadarDeviceConfiguration::typedFieldValueIsJudgedLikeTheFiles()
+{
+    QFETCH(bool, deviceLimits);
+    QFETCH(QString, field);
+    QFETCH(QString, text);
+    QFETCH(QString, message);
+    RadarDeviceConfiguration config;
+    if (deviceLimits) {
+        vrn_Metrics_Limits_t sdk {};
+        sdk.sample_rate_Hz_min = 100000;
+        sdk.sample_rate_Hz_max = 2000000;
+        sdk.max_range_m_min = 0.84f;
+        sdk.max_range_m_max = 19.27f;
+        config.limits()->setFromSdk(sdk);
+    }
+    if (message.startsWith("Unknown"))
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("unknown field"));
+    QString answer;
+    QVERIFY(QMetaObject::invokeMethod(&config, "validateField", Q_RETURN_ARG(QString, answer), Q_ARG(QString, field),
+                                      Q_ARG(QString, text)));
+    QCOMPARE(answer, message);
 }
 
 QTEST_GUILESS_MAIN(TestRadarDeviceConfiguration)

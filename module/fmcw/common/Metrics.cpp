@@ -7,9 +7,25 @@
 namespace {
 
 // Shared by the five float scene values that describe a scene size or time.
-QString checkSceneFloat(const float& value)
+QString checkSceneFloat(float value)
 {
     return SettingsValidation::checkRange(value, 0.0001f, 100.0f);
+}
+
+QString checkSampleRate(quint64 value)
+{
+    return SettingsValidation::checkRange(value, 1, 2000000000);
+}
+
+// The transmit power steps and the IF gain in dB share one range.
+QString checkLevel(quint64 value)
+{
+    return SettingsValidation::checkRange(value, 1, 100);
+}
+
+QString checkCenterFrequency(float value)
+{
+    return value > 0.0f ? QString() : QStringLiteral("Value must be greater than 0");
 }
 
 QString checkAntennas(const QVector<qint32>& antennas, int available, const QString& kind)
@@ -175,6 +191,22 @@ bool Metrics::operator!=(const Metrics& other) const
     return !(*this == other);
 }
 
+QString Metrics::checkValue(const QString& property, double value)
+{
+    static const QStringList sceneFloats { QStringLiteral("rangeResolutionM"), QStringLiteral("maxRangeM"),
+                                           QStringLiteral("maxSpeedMs"), QStringLiteral("speedResolutionMs"),
+                                           QStringLiteral("frameRepetitionTimeS") };
+    if (sceneFloats.contains(property))
+        return checkSceneFloat(float(value));
+    if (property == QLatin1String("centerFrequencyHz"))
+        return checkCenterFrequency(float(value));
+    if (property == QLatin1String("sampleRateHz"))
+        return checkSampleRate(quint64(value));
+    if (property == QLatin1String("txPowerLevel") || property == QLatin1String("ifGainDB"))
+        return checkLevel(quint64(value));
+    return QString();
+}
+
 quint32 Metrics::sanitizeRxMask(quint32 requested, quint32)
 {
     // Antenna 3 is the one every board carries.
@@ -197,10 +229,12 @@ std::unique_ptr<JSONConfigurationObject> Metrics::configurationNode(const Device
     auto scene = std::make_unique<JSONConfigurationObject>(QStringLiteral("fmcw_scene"));
     using JSONConfigurationBinding::bindValue;
     using M = Metrics;
-    const auto checkUInt = [](quint32 min, quint32 max) {
-        return [min, max](const quint32& value) {
-            return SettingsValidation::checkRange(quint64(value), quint64(min), quint64(max));
-        };
+    // The same rules as checkValue(), adapted to the leaves' value types.
+    const auto checkFloat = [](QString (*check)(float)) {
+        return [check](const float& value) { return check(value); };
+    };
+    const auto checkUInt = [](QString (*check)(quint64)) {
+        return [check](const quint32& value) { return check(value); };
     };
     auto addAntennas = [&](const char* key, RadarAntennas* antennas, const QString& kind,
                            std::function<int()> available) {
@@ -211,25 +245,25 @@ std::unique_ptr<JSONConfigurationObject> Metrics::configurationNode(const Device
     };
 
     bindValue(*scene, QStringLiteral("center_frequency_Hz"), this, &M::centerFrequencyHz, &M::setCenterFrequencyHz,
-              [](const float& value) {
-                  return value > 0.0f ? QString() : QStringLiteral("Value must be greater than 0");
-              });
+              checkFloat(checkCenterFrequency));
     bindValue(*scene, QStringLiteral("frame_repetition_time_s"), this, &M::frameRepetitionTimeS,
-              &M::setFrameRepetitionTimeS, checkSceneFloat);
-    bindValue(*scene, QStringLiteral("if_gain_dB"), this, &M::ifGainDB, &M::setIfGainDB, checkUInt(1, 100));
-    bindValue(*scene, QStringLiteral("max_range_m"), this, &M::maxRangeM, &M::setMaxRangeM, checkSceneFloat);
-    bindValue(*scene, QStringLiteral("max_speed_m_s"), this, &M::maxSpeedMs, &M::setMaxSpeedMs, checkSceneFloat);
+              &M::setFrameRepetitionTimeS, checkFloat(checkSceneFloat));
+    bindValue(*scene, QStringLiteral("if_gain_dB"), this, &M::ifGainDB, &M::setIfGainDB, checkUInt(checkLevel));
+    bindValue(*scene, QStringLiteral("max_range_m"), this, &M::maxRangeM, &M::setMaxRangeM,
+              checkFloat(checkSceneFloat));
+    bindValue(*scene, QStringLiteral("max_speed_m_s"), this, &M::maxSpeedMs, &M::setMaxSpeedMs,
+              checkFloat(checkSceneFloat));
     bindValue(*scene, QStringLiteral("range_resolution_m"), this, &M::rangeResolutionM, &M::setRangeResolutionM,
-              checkSceneFloat);
+              checkFloat(checkSceneFloat));
     addAntennas("rx_antennas", m_rx, QStringLiteral("RX"),
                 [deviceInfo] { return deviceInfo ? int(deviceInfo->numRxAntennas()) : 0; });
     bindValue(*scene, QStringLiteral("sample_rate_Hz"), this, &M::sampleRateHz, &M::setSampleRateHz,
-              checkUInt(1, 2000000000));
+              checkUInt(checkSampleRate));
     bindValue(*scene, QStringLiteral("speed_resolution_m_s"), this, &M::speedResolutionMs, &M::setSpeedResolutionMs,
-              checkSceneFloat);
+              checkFloat(checkSceneFloat));
     addAntennas("tx_antennas", m_tx, QStringLiteral("TX"),
                 [deviceInfo] { return deviceInfo ? int(deviceInfo->numTxAntennas()) : 0; });
     bindValue(*scene, QStringLiteral("tx_power_level"), this, &M::txPowerLevel, &M::setTxPowerLevel,
-              checkUInt(1, 100));
+              checkUInt(checkLevel));
     return scene;
 }

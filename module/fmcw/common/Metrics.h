@@ -64,6 +64,11 @@ public:
     // counts `deviceInfo` holds when the document is validated.
     std::unique_ptr<JSONConfigurationObject> configurationNode(const DeviceInfo* deviceInfo);
 
+    // The rule of the scene value whose QML property is `property`, the same
+    // the "fmcw_scene" validators apply: empty when `value` meets it,
+    // otherwise the validator's message. The antennas have no rule here.
+    static QString checkValue(const QString& property, double value);
+
     static quint32 sanitizeRxMask(quint32 requested, quint32 current);
     static quint32 sanitizeTxMask(quint32 requested, quint32 current);
 

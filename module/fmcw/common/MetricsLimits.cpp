@@ -58,6 +58,33 @@ void MetricsLimits::setFromSdk(const vrn_Metrics_Limits_t& limits)
     store(this, m_frameRepetition.max, limits.frame_repetition_time_s_max, &MetricsLimits::frameRepetitionLimitChanged);
 }
 
+QString MetricsLimits::checkValue(const QString& property, double value) const
+{
+    const auto checkUInt = [value](const UIntPair& pair) {
+        return SettingsValidation::checkRange(quint64(value), pair.min, pair.max);
+    };
+    const auto checkFloat = [value](const FloatPair& pair) {
+        return SettingsValidation::checkRange(float(value), pair.min, pair.max);
+    };
+    if (property == QLatin1String("sampleRateHz"))
+        return checkUInt(m_sampleRate);
+    if (property == QLatin1String("txPowerLevel"))
+        return checkUInt(m_txPowerLevel);
+    if (property == QLatin1String("ifGainDB"))
+        return checkUInt(m_ifGain);
+    if (property == QLatin1String("maxRangeM"))
+        return checkFloat(m_maxRange);
+    if (property == QLatin1String("rangeResolutionM"))
+        return checkFloat(m_rangeResolution);
+    if (property == QLatin1String("speedResolutionMs"))
+        return checkFloat(m_speedResolution);
+    if (property == QLatin1String("maxSpeedMs"))
+        return checkFloat(m_maxSpeed);
+    if (property == QLatin1String("frameRepetitionTimeS"))
+        return checkFloat(m_frameRepetition);
+    return QString();
+}
+
 std::unique_ptr<JSONConfigurationObject> MetricsLimits::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("metrics_limits"));

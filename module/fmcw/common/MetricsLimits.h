@@ -73,6 +73,11 @@ public:
 
     void setFromSdk(const vrn_Metrics_Limits_t& limits);
 
+    // Empty when `value` lies within the device's bounds of the scene value
+    // whose `Metrics` QML property is `property`, otherwise the range
+    // message. Values without bounds (the centre frequency) pass.
+    QString checkValue(const QString& property, double value) const;
+
     // The "metrics_limits" node; every value is accepted.
     std::unique_ptr<JSONConfigurationObject> configurationNode();
 

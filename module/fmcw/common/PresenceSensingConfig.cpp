@@ -15,7 +15,7 @@ void store(PresenceSensingConfig* config, T& member, T value, Signal signal)
     emit config->guiParamChanged();
 }
 
-QString checkDetectionRange(const float& value)
+QString checkDetectionRange(float value)
 {
     return SettingsValidation::checkRange(value, 0.0001f, 20.0f);
 }
@@ -52,6 +52,13 @@ void PresenceSensingConfig::setPresenceConfirmCount(quint32 value)
     store(this, m_presenceConfirmCount, value, &PresenceSensingConfig::presenceConfirmCountChanged);
 }
 
+QString PresenceSensingConfig::checkValue(const QString& property, double value)
+{
+    if (property == QLatin1String("minDetectionRange") || property == QLatin1String("maxDetectionRange"))
+        return checkDetectionRange(float(value));
+    return QString();
+}
+
 std::unique_ptr<JSONConfigurationObject> PresenceSensingConfig::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("presence_sensing"));
@@ -60,9 +67,9 @@ std::unique_ptr<JSONConfigurationObject> PresenceSensingConfig::configurationNod
     bindValue(*node, QStringLiteral("absence_confirm_count"), this, &C::absenceConfirmCount,
               &C::setAbsenceConfirmCount);
     bindValue(*node, QStringLiteral("max_detection_range_m"), this, &C::maxDetectionRange, &C::setMaxDetectionRange,
-              checkDetectionRange);
+              [](const float& value) { return checkDetectionRange(value); });
     bindValue(*node, QStringLiteral("min_detection_range_m"), this, &C::minDetectionRange, &C::setMinDetectionRange,
-              checkDetectionRange);
+              [](const float& value) { return checkDetectionRange(value); });
     bindValue(*node, QStringLiteral("presence_confirm_count"), this, &C::presenceConfirmCount,
               &C::setPresenceConfirmCount);
     bindValue(*node, QStringLiteral("range_hysteresis_percentage"), this, &C::rangeHysteresisPercentage,

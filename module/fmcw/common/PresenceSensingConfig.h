@@ -30,6 +30,11 @@ public:
     quint32 presenceConfirmCount() const { return m_presenceConfirmCount; }
     void setPresenceConfirmCount(quint32 value);
 
+    // The rule of the setting whose QML property is `property`, the same the
+    // "presence_sensing" validators apply: empty when `value` meets it. The
+    // counts and the hysteresis have none.
+    static QString checkValue(const QString& property, double value);
+
     std::unique_ptr<JSONConfigurationObject> configurationNode();
 
 signals:

@@ -12,7 +12,11 @@
 #include "fmcw/common/SegmentationConfiguration.h"
 
 #include <QDebug>
+#include <QLocale>
 #include <QMetaEnum>
+#include <QMetaProperty>
+
+#include <cmath>
 
 const QString RadarDeviceConfiguration::kVersion = QStringLiteral("1.0");
 const QString RadarDeviceConfiguration::kExtendedSuffix = QStringLiteral("_Extended");
@@ -61,6 +65,55 @@ bool RadarDeviceConfiguration::recalcConfig()
         return false;
     }
     return m_recalcHandler->recalculateConfiguration(*this);
+}
+
+QString RadarDeviceConfiguration::validateField(const QString& field, const QString& text) const
+{
+    const int dot = field.indexOf(QLatin1Char('.'));
+    const QString section = field.left(dot);
+    const QString property = field.mid(dot + 1);
+    const QObject* target = nullptr;
+    QString (*check)(const QString&, double) = nullptr;
+    if (section == QLatin1String("metrics")) {
+        target = m_metrics;
+        check = &Metrics::checkValue;
+    } else if (section == QLatin1String("presencesensing")) {
+        target = m_presenceSensing;
+        check = &PresenceSensingConfig::checkValue;
+    } else if (section == QLatin1String("segmentation")) {
+        target = m_segmentation;
+        check = &SegmentationConfiguration::checkValue;
+    }
+    const int index = target ? target->metaObject()->indexOfProperty(property.toLatin1().constData()) : -1;
+    if (dot < 0 || index < 0) {
+        qWarning() << "A page asked to validate the unknown field" << field;
+        return QStringLiteral("Unknown field %1").arg(field);
+    }
+
+    const QString typed = text.trimmed();
+    if (typed.isEmpty())
+        return QStringLiteral("A value is required");
+    bool ok = false;
+    const double value = QLocale::c().toDouble(typed, &ok);
+    if (!ok || !std::isfinite(value))
+        return QStringLiteral("Value %1 is not a number").arg(typed);
+    const int type = target->metaObject()->property(index).userType();
+    if (type == QMetaType::UInt || type == QMetaType::ULongLong) {
+        if (value < 0.0)
+            return QStringLiteral("Value %1 must not be negative").arg(typed);
+        if (value != std::floor(value))
+            return QStringLiteral("Value %1 is not a whole number").arg(typed);
+        // Far beyond any whole setting, and beyond what converts to one.
+        if (value >= 1.0e18)
+            return QStringLiteral("Value %1 is too large").arg(typed);
+    }
+
+    if (target == m_metrics) {
+        const QString beyondLimits = m_limits->checkValue(property, value);
+        if (!beyondLimits.isEmpty())
+            return beyondLimits;
+    }
+    return check(property, value);
 }
 
 std::unique_ptr<JSONConfigurationObject> RadarDeviceConfiguration::configurationTree()

@@ -65,6 +65,15 @@ public:
     void setRecalcHandler(IRecalcConfigurationHandler* handler) { m_recalcHandler = handler; }
     Q_INVOKABLE bool recalcConfig();
 
+    // What a page shows at a field while the user types: why `text` cannot
+    // be stored in `field`, or an empty text when it can. `field` is
+    // "<object>.<property>" in the QML names ("metrics.maxRangeM",
+    // "presencesensing.minDetectionRange", "segmentation.maxNumTracks";
+    // "segmentation.segmentsDegrees" checks one entry). A scene value is
+    // held to the device's limits first, then to the rule the
+    // configuration files are validated with.
+    Q_INVOKABLE QString validateField(const QString& field, const QString& text) const;
+
     // The configuration file proper, root "device_configuration": the scene
     // under "device_config", the section of the current application, and
     // "json_version" stamped with the chip's name.

@@ -37,6 +37,21 @@ QString checkLevel(const QString& value)
     return ok ? QString() : QStringLiteral("Invalid value: %1").arg(value);
 }
 
+QString checkDetectionRange(float value)
+{
+    return SettingsValidation::checkRange(value, 1.0f, 7.0f);
+}
+
+QString checkTrackCount(quint64 value)
+{
+    return SettingsValidation::checkRange(value, 1, 50);
+}
+
+QString checkSegment(float degrees)
+{
+    return SettingsValidation::checkRange(degrees, 1.0f, 120.0f);
+}
+
 RadarConstants::Level levelFromName(const QString& name)
 {
     bool ok = false;
@@ -182,6 +197,17 @@ bool SegmentationConfiguration::sameSettings(const SegmentationConfiguration& ot
         && m_staticTargetRemoval == other.m_staticTargetRemoval;
 }
 
+QString SegmentationConfiguration::checkValue(const QString& property, double value)
+{
+    if (property == QLatin1String("maxDetectionRangeM"))
+        return checkDetectionRange(float(value));
+    if (property == QLatin1String("maxNumTracks"))
+        return checkTrackCount(quint64(value));
+    if (property == QLatin1String("segmentsDegrees"))
+        return checkSegment(float(value));
+    return QString();
+}
+
 std::unique_ptr<JSONConfigurationObject> SegmentationConfiguration::configurationNode()
 {
     auto node = std::make_unique<JSONConfigurationObject>(QStringLiteral("segmentation"));
@@ -192,16 +218,16 @@ std::unique_ptr<JSONConfigurationObject> SegmentationConfiguration::configuratio
     using S = SegmentationConfiguration;
     bindValue(*node, QStringLiteral("enable_hysteresis"), this, &S::enableHysteresis, &S::setEnableHysteresis);
     bindValue(*node, QStringLiteral("max_detection_range_m"), this, &S::maxDetectionRangeM, &S::setMaxDetectionRangeM,
-              [](const float& value) { return SettingsValidation::checkRange(value, 1.0f, 7.0f); });
+              [](const float& value) { return checkDetectionRange(value); });
     bindValue(*node, QStringLiteral("max_num_tracks"), this, &S::maxNumTracks, &S::setMaxNumTracks,
-              [](const quint32& value) { return SettingsValidation::checkRange(quint64(value), 1, 50); });
+              [](const quint32& value) { return checkTrackCount(value); });
     JSONConfigurationBinding::bindArray(
         *node, QStringLiteral("segments_degrees"), this, &S::segmentsDegrees, &S::setSegmentsDegrees,
         [](const QVector<float>& value) {
             if (value.isEmpty() || value.size() > VRN_SEGMENTATION_MAX_SEGMENTS)
                 return QStringLiteral("Array length must be in range [1-3]");
             for (float degrees : value) {
-                const QString error = SettingsValidation::checkRange(degrees, 1.0f, 120.0f);
+                const QString error = checkSegment(degrees);
                 if (!error.isEmpty())
                     return error;
             }

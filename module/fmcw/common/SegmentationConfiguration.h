@@ -62,6 +62,11 @@ public:
     // Compares the saved (user) settings only, floats exactly.
     bool sameSettings(const SegmentationConfiguration& other) const;
 
+    // The rule of the setting whose QML property is `property`, the same the
+    // "segmentation" validators apply: empty when `value` meets it. For
+    // "segmentsDegrees" `value` is one entry of the list.
+    static QString checkValue(const QString& property, double value);
+
     std::unique_ptr<JSONConfigurationObject> configurationNode();
 
 signals:
