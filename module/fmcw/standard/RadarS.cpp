@@ -81,6 +81,8 @@ void RadarS::initialise(ServiceRegistry& registry)
     m_playback = std::make_shared<RadarPlayback>(m_sdk, m_configuration.get(), m_processing.get());
     m_view = std::make_unique<RadarView>(m_coordinator.get(), m_configuration.get(), m_processing.get(),
                                          m_playback.get(), m_userSettings.get());
+    if (coreSettings)
+        m_view->setRecordingSettings(coreSettings->recordingUserSettings());
 
     RadarConfiguration* configuration = m_configuration.get();
     m_coordinator->setMonitorFactory([configuration](RadarDevice& device) -> std::unique_ptr<IRadarTemperatureMonitor> {
@@ -119,6 +121,7 @@ void RadarS::registerTypes()
     qRegisterMetaType<DeviceInfo*>("DeviceInfo*");
     qRegisterMetaType<MathAxis*>("MathAxis*");
     qRegisterMetaType<IRadarUserSettings*>("IRadarUserSettings*");
+    qRegisterMetaType<RecordingUserSettings*>("RecordingUserSettings*");
     qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
     qRegisterMetaType<Constants::Chart>("Constants::Chart");
     qRegisterMetaType<RadarConstants::RadarType>("RadarConstants::RadarType");

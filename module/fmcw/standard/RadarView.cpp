@@ -7,7 +7,10 @@
 #include "fmcw/standard/IRadarConfiguration.h"
 #include "fmcw/standard/IRadarDataProcessing.h"
 #include "fmcw/standard/IRadarSCoordinator.h"
+#include "fmcw/standard/RadarDataProcessing.h"
 #include "fmcw/standard/RadarPlayback.h"
+#include "host/RecordingUserSettings.h"
+#include "recording/RecordingFiles.h"
 
 #include <QDebug>
 
@@ -234,6 +237,27 @@ void RadarView::stopRecording()
 void RadarView::stopParsing()
 {
     m_processing->stopConvertingToText();
+}
+
+QStringList RadarView::recordingFiles() const
+{
+    if (!m_recordingSettings)
+        return {};
+    const QString base = m_recordingSettings->basePath();
+    QStringList files { RecordingFiles::jsonPath(base), RecordingFiles::binPath(base) };
+    if (m_recordingSettings->txtFile())
+        files.append(RecordingFiles::txtPath(base));
+    if (deviceConfiguration()->application() == RadarConstants::PresenceSensing)
+        files.append(RecordingFiles::presencePath(base));
+    return files;
+}
+
+quint32 RadarView::recordingFrameLimit() const
+{
+    if (!m_recordingSettings)
+        return 0;
+    return RadarDataProcessing::recordingFrameLimit(*m_recordingSettings,
+                                                    deviceConfiguration()->metrics()->frameRepetitionTimeS());
 }
 
 void RadarView::checkIfNewFirmwareIsAvailable()

@@ -16,6 +16,7 @@ class IRangeDopplerChartData;
 class ISeriesChartData;
 class RadarDeviceConfiguration;
 class RadarPlayback;
+class RecordingUserSettings;
 
 // What the standard mode's pages bind to. It holds no state of its own
 // beyond a few change flags: every operation is forwarded to the
@@ -36,6 +37,7 @@ class RadarView : public QObject
     Q_PROPERTY(RadarConstants::RadarType radarType READ radarType NOTIFY radarTypeChanged)
     Q_PROPERTY(quint32 fifoOverflowCounter READ fifoOverflowCounter NOTIFY fifoOverflowCounterChanged)
     Q_PROPERTY(double frameRate READ frameRate NOTIFY frameRateChanged)
+    Q_PROPERTY(RecordingUserSettings* recordingSettings READ recordingSettings CONSTANT)
 public:
     RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* configuration, IRadarDataProcessing* processing,
               RadarPlayback* playback, IRadarUserSettings* userSettings, QObject* parent = nullptr);
@@ -55,6 +57,10 @@ public:
     quint32 fifoOverflowCounter() const;
     // Frames per second over the last second.
     double frameRate() const { return m_frameRate; }
+    // The host's recording settings, which the recordings follow; null
+    // when the host has none. Set once, before the pages are loaded.
+    RecordingUserSettings* recordingSettings() const { return m_recordingSettings; }
+    void setRecordingSettings(RecordingUserSettings* settings) { m_recordingSettings = settings; }
 
     Q_INVOKABLE bool applyDefaultConfiguration();
     Q_INVOKABLE bool applyGuiConfiguration();
@@ -70,6 +76,13 @@ public:
     Q_INVOKABLE void startRecording();
     Q_INVOKABLE void stopRecording();
     Q_INVOKABLE void stopParsing();
+    // The files the next recording writes under the recording settings:
+    // configuration, frames, then the text copy and the presence states
+    // when these are written.
+    Q_INVOKABLE QStringList recordingFiles() const;
+    // The frames the next recording holds at most, from the settings' frame
+    // count or their duration at the applied frame repetition time.
+    Q_INVOKABLE quint32 recordingFrameLimit() const;
     Q_INVOKABLE void checkIfNewFirmwareIsAvailable();
 
 signals:
@@ -103,6 +116,7 @@ private:
     IRadarDataProcessing* m_processing;
     RadarPlayback* m_playback;
     IRadarUserSettings* m_userSettings;
+    RecordingUserSettings* m_recordingSettings = nullptr;
     bool m_revertApplyAvailable = false;
     bool m_parsingActive = false;
     RadarConstants::RadarType m_radarType = RadarConstants::Unknown;
