@@ -24,6 +24,7 @@
 #include "fmcw/standard/RadarView.h"
 #include "fmcw/standard/items/PixmapImage.h"
 #include "fmcw/standard/items/PolarChart.h"
+#include "fmcw/standard/items/RangeDopplerColorBar.h"
 #include "host/CoreUserSettings.h"
 #include "host/IBroker.h"
 #include "host/ICoreConfiguration.h"
@@ -127,6 +128,7 @@ void RadarS::registerTypes()
     qRegisterMetaType<RadarConstants::RadarType>("RadarConstants::RadarType");
     qmlRegisterType<PixmapImage>("Radar", 1, 0, "PixmapImage");
     qmlRegisterType<PolarChart>("Radar", 1, 0, "PolarChart");
+    qmlRegisterType<RangeDopplerColorBar>("Radar", 1, 0, "RangeDopplerColorBar");
     qmlRegisterUncreatableType<RadarView>("cpp.RadarView", 1, 0, "RadarView", QStringLiteral("Error: view only"));
     qmlRegisterUncreatableType<RadarDeviceConfiguration>("cpp.RadarDeviceConfiguration", 1, 0,
                                                          "RadarDeviceConfiguration",

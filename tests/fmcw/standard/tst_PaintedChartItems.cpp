@@ -5,6 +5,8 @@
 #include "fmcw/processing/IRangeDopplerChartData.h"
 #include "fmcw/standard/items/PixmapImage.h"
 #include "fmcw/standard/items/PolarChart.h"
+#include "fmcw/standard/items/RangeDopplerColorBar.h"
+#include "fmcw/processing/RangeDopplerColorMap.h"
 
 #include <QImage>
 #include <QPainter>
@@ -92,6 +94,8 @@ private slots:
     void oneLabelPerDistanceTick();
     void pixmapFillsTheItem_data();
     void pixmapFillsTheItem();
+    void colourBarShowsTheImageColoursFromZeroDbDown_data();
+    void colourBarShowsTheImageColoursFromZeroDbDown();
 };
 
 void TestPaintedChartItems::fanIsWhiteOnlyWhereSegmented_data()
@@ -297,6 +301,31 @@ void TestPaintedChartItems::pixmapFillsTheItem()
         QCOMPARE(image.pixelColor(quarter), colours[i]);
         QCOMPARE(image.pixelColor(quarter + QPoint(w - 1, h - 1)), colours[i]);
     }
+}
+
+void TestPaintedChartItems::colourBarShowsTheImageColoursFromZeroDbDown_data()
+{
+    QTest::addColumn<int>("height");
+    QTest::addColumn<float>("valueDb");
+    QTest::addColumn<double>("fromTop");
+    QTest::newRow("0 dB at the top") << 256 << 0.0f << 0.0;
+    QTest::newRow("-45 dB half way") << 256 << -45.0f << 127.0 / 256.0;
+    QTest::newRow("-90 dB at the bottom") << 256 << -90.0f << 255.0 / 256.0;
+    QTest::newRow("-30 dB on a taller bar") << 512 << -30.0f << 85.0 / 256.0;
+}
+
+void TestPaintedChartItems::colourBarShowsTheImageColoursFromZeroDbDown()
+{
+    QFETCH(int, height);
+    QFETCH(float, valueDb);
+    QFETCH(double, fromTop);
+    RangeDopplerColorBar bar;
+    const QImage image = render(bar, 12, height);
+    const RangeDopplerColorMap colours;
+    const quint8* rgb = colours.colorOf(valueDb);
+    const int row = int(fromTop * height);
+    QCOMPARE(image.pixelColor(6, row), QColor(rgb[0], rgb[1], rgb[2]));
+    QCOMPARE(image.pixelColor(0, row + height / 256 - 1), QColor(rgb[0], rgb[1], rgb[2]));
 }
 
 QTEST_MAIN(TestPaintedChartItems)
