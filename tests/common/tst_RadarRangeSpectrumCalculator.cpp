@@ -1,4 +1,4 @@
-#include "FakeProcessingVrn.h"
+#include "FakeVrn.h"
 
 #include "common/RadarRangeSpectrumCalculator.h"
 #include "common/RangeSpectrumUserSettings.h"
@@ -11,13 +11,12 @@ namespace {
 // scripts the SDK's answers and edits the settings before it creates the
 // calculator.
 struct Rig {
-    FakeProcessingVrn fake;
-    FakeBroker broker { &fake.table };
+    FakeVrn fake;
     RangeSpectrumUserSettings settings;
 
     std::unique_ptr<RadarRangeSpectrumCalculator> create()
     {
-        return RadarRangeSpectrumCalculator::create(broker, settings);
+        return RadarRangeSpectrumCalculator::create(fake.broker, settings);
     }
 };
 
@@ -27,184 +26,162 @@ class TestRadarRangeSpectrumCalculator : public QObject
 {
     Q_OBJECT
 private slots:
-    void createHandsTheSettingsToTheSdk();
-    void unknownWindowIsSentAsBlackmanWithWarning();
-    void refusedCreationGivesNoCalculator();
-    void spectraPerAntenna_data();
-    void spectraPerAntenna();
-    void missingFrameGivesNothing();
-    void refusedDestroyIsLoggedOnce();
-    void distanceAxis_data();
-    void distanceAxis();
-    void frequencyAxisFailureNamesTheReason();
-    void pulsedDopplerFrameGivesOneSpectrum();
-};
-
-void TestRadarRangeSpectrumCalculator::createHandsTheSettingsToTheSdk()
-{
-    Rig rig;
-    rig.settings.updateDeviceParameters(300, 32);
-    rig.settings.fftConfig()->setMeanRemoval(false);
-    rig.settings.fftConfig()->window()->setType("Hanning");
-    rig.settings.fftConfig()->window()->setScale(2.0f);
-
-    auto calculator = rig.create();
-    QVERIFY(calculator);
-    // What the user chose and the FFT size derived from the chirp reach the
-    // SDK; the rest of the record is the settings' own copy.
-    const vrn_RS_Config_t& sent = rig.fake.rsConfig;
-    QCOMPARE(sent.fft_config.fft_size, 512u);
-    QCOMPARE(sent.fft_config.mean_removal_enabled, uint8_t(0));
-    QCOMPARE(sent.fft_config.window_config.type, VRN_WINDOW_HANN);
-    QCOMPARE(sent.fft_config.window_config.size, 300u);
-    QCOMPARE(sent.fft_config.window_config.scale, 2.0f);
-    QCOMPARE(sent.num_of_chirps_per_frame, 32u);
-    QCOMPARE(calculator->configuration().fft_config.fft_size, 512u);
-}
-
-void TestRadarRangeSpectrumCalculator::unknownWindowIsSentAsBlackmanWithWarning()
-{
-    Rig rig;
-    rig.settings.fftConfig()->window()->setType("Kaiser");
-    QTest::ignoreMessage(QtWarningMsg,
-                         "Current window type from configuration does not fit into any defined type by SDK");
-    QVERIFY(rig.create());
-    QCOMPARE(rig.fake.rsConfig.fft_config.window_config.type, VRN_WINDOW_BLACKMAN);
-}
-
-void TestRadarRangeSpectrumCalculator::refusedCreationGivesNoCalculator()
-{
-    Rig rig;
-    rig.fake.rsCreateError = "window too long";
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Spectrum handle: window too long");
-    QVERIFY(!rig.create());
-    QCOMPARE(rig.fake.rsDestroyCalls, 0);
-}
-
-void TestRadarRangeSpectrumCalculator::spectraPerAntenna_data()
-{
-    QTest::addColumn<quint32>("antennas");
-    QTest::addColumn<int>("failingRun"); // -1: none
-    QTest::addColumn<QVector<float>>("firstValues");
-
-    QTest::newRow("three antennas") << 3u << -1 << QVector<float> { 10, 20, 30 };
-    QTest::newRow("one antenna") << 1u << -1 << QVector<float> { 10 };
-    QTest::newRow("second antenna fails") << 3u << 1 << QVector<float> { 10 };
-    QTest::newRow("first antenna fails") << 2u << 0 << QVector<float>();
-    QTest::newRow("last antenna fails") << 3u << 2 << QVector<float> { 10, 20 };
-}
-
-void TestRadarRangeSpectrumCalculator::spectraPerAntenna()
-{
-    QFETCH(quint32, antennas);
-    QFETCH(int, failingRun);
-    QFETCH(QVector<float>, firstValues);
-
-    Rig rig;
-    rig.settings.updateDeviceParameters(64, 16);
-    auto calculator = rig.create();
-    QVERIFY(calculator);
-    if (failingRun >= 0) {
-        rig.fake.rsRunErrors.resize(failingRun + 1);
-        rig.fake.rsRunErrors[failingRun] = "input too short";
-        QTest::ignoreMessage(QtCriticalMsg,
-                             qPrintable(QString("Failed to calculate Range Spectrum data for antenna %1: input too short")
-                                            .arg(failingRun)));
-    }
+    void createHandsTheSettingsToTheSdk()
     {
-        const QVector<SharedVector> spectra = calculator->processData(rig.fake.newFrame(antennas, 16, 64));
-        QCOMPARE(spectra.size(), firstValues.size());
-        for (int i = 0; i < spectra.size(); ++i) {
-            QCOMPARE(spectra[i]->len, 128u); // FFT size 256 / 2
-            QCOMPARE(spectra[i]->data[0], firstValues[i]);
-        }
-        // Only the spectra handed out are alive; a failed run's vector is gone.
-        QCOMPARE(rig.fake.vectorsAlive, spectra.size());
+        Rig rig;
+        rig.settings.updateDeviceParameters(300, 32);
+        rig.settings.fftConfig()->setMeanRemoval(false);
+        rig.settings.fftConfig()->window()->setType("Hanning");
+        rig.settings.fftConfig()->window()->setScale(2.0f);
+
+        auto calculator = rig.create();
+        QVERIFY(calculator);
+        // What the user chose and the FFT size derived from the chirp reach the
+        // SDK; the rest of the record is the settings' own copy.
+        const vrn_RS_Config_t& sent = rig.fake.rsConfig;
+        QCOMPARE(sent.fft_config.fft_size, 512u);
+        QCOMPARE(sent.fft_config.mean_removal_enabled, uint8_t(0));
+        QCOMPARE(sent.fft_config.window_config.type, VRN_WINDOW_HANN);
+        QCOMPARE(sent.fft_config.window_config.size, 300u);
+        QCOMPARE(sent.fft_config.window_config.scale, 2.0f);
+        QCOMPARE(sent.num_of_chirps_per_frame, 32u);
+        QCOMPARE(calculator->configuration().fft_config.fft_size, 512u);
     }
-    QCOMPARE(rig.fake.vectorsAlive, 0);
-    QCOMPARE(rig.fake.framesAlive, 0);
-}
 
-void TestRadarRangeSpectrumCalculator::missingFrameGivesNothing()
-{
-    Rig rig;
-    auto calculator = rig.create();
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Spectrum. Cannot get input frame. Data is NULL");
-    QVERIFY(calculator->processData(SharedFrame()).isEmpty());
-    QCOMPARE(rig.fake.rsRuns, 0);
-}
+    void refusedCreationGivesNoCalculator()
+    {
+        Rig rig;
+        rig.fake.rsCreateError = "window too long";
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Spectrum handle: window too long");
+        QVERIFY(!rig.create());
+        QCOMPARE(rig.fake.rsDestroyCalls, 0);
+    }
 
-void TestRadarRangeSpectrumCalculator::refusedDestroyIsLoggedOnce()
-{
-    Rig rig;
-    rig.fake.rsDestroyError = "handle busy";
-    auto calculator = rig.create();
-    QVERIFY(calculator);
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Spectrum handle: handle busy");
-    calculator.reset();
-    QCOMPARE(rig.fake.rsDestroyCalls, 1);
-}
+    void spectraPerAntenna_data()
+    {
+        QTest::addColumn<quint32>("antennas");
+        QTest::addColumn<int>("failingRun"); // -1: none
+        QTest::addColumn<QVector<float>>("firstValues");
 
-void TestRadarRangeSpectrumCalculator::distanceAxis_data()
-{
-    QTest::addColumn<QByteArray>("error");
-    QTest::addColumn<bool>("ok");
-    QTest::addColumn<double>("max");
+        QTest::newRow("three antennas") << 3u << -1 << QVector<float> { 10, 20, 30 };
+        QTest::newRow("one antenna") << 1u << -1 << QVector<float> { 10 };
+        QTest::newRow("second antenna fails") << 3u << 1 << QVector<float> { 10 };
+        QTest::newRow("first antenna fails") << 2u << 0 << QVector<float>();
+        QTest::newRow("last antenna fails") << 3u << 2 << QVector<float> { 10, 20 };
+    }
 
-    QTest::newRow("computed") << QByteArray() << true << 9.6;
-    QTest::newRow("refused") << QByteArray("no chirp") << false << 0.0;
-}
+    void spectraPerAntenna()
+    {
+        QFETCH(quint32, antennas);
+        QFETCH(int, failingRun);
+        QFETCH(QVector<float>, firstValues);
 
-void TestRadarRangeSpectrumCalculator::distanceAxis()
-{
-    QFETCH(QByteArray, error);
-    QFETCH(bool, ok);
-    QFETCH(double, max);
+        Rig rig;
+        rig.settings.updateDeviceParameters(64, 16);
+        auto calculator = rig.create();
+        QVERIFY(calculator);
+        if (failingRun >= 0) {
+            rig.fake.rsRunErrors.resize(failingRun + 1);
+            rig.fake.rsRunErrors[failingRun] = "input too short";
+            QTest::ignoreMessage(QtCriticalMsg,
+                                 qPrintable(QString("Failed to calculate Range Spectrum data for antenna %1: input too short")
+                                                .arg(failingRun)));
+        }
+        {
+            const QVector<SharedVector> spectra = calculator->processData(rig.fake.newFrame(antennas, 16, 64));
+            QCOMPARE(spectra.size(), firstValues.size());
+            for (int i = 0; i < spectra.size(); ++i) {
+                QCOMPARE(spectra[i]->len, 128u); // FFT size 256 / 2
+                QCOMPARE(spectra[i]->data[0], firstValues[i]);
+            }
+            // Only the spectra handed out are alive; a failed run's vector is gone.
+            QCOMPARE(rig.fake.vectorsAlive, spectra.size());
+        }
+        QCOMPARE(rig.fake.vectorsAlive, 0);
+        QCOMPARE(rig.fake.framesAlive.load(), 0);
+    }
 
-    Rig rig;
-    rig.fake.axisError = error.isEmpty() ? nullptr : error.constData();
-    auto calculator = rig.create();
-    if (!ok)
-        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate range axis for range spectrum : no chirp");
-    const auto axis = calculator->calculateDistanceAxis(256, 64, 9.6f);
-    QCOMPARE(axis.first, ok);
-    QCOMPARE(axis.second.max, max);
-    QCOMPARE(calculator->hasDistanceAxis(), ok);
-    QCOMPARE(calculator->distanceAxis().max, max);
-}
+    void missingFrameGivesNothing()
+    {
+        Rig rig;
+        auto calculator = rig.create();
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Spectrum. Cannot get input frame. Data is NULL");
+        QVERIFY(calculator->processData(SharedFrame()).isEmpty());
+        QCOMPARE(rig.fake.rsRuns, 0);
+    }
 
-void TestRadarRangeSpectrumCalculator::frequencyAxisFailureNamesTheReason()
-{
-    Rig rig;
-    auto calculator = rig.create();
+    void refusedDestroyIsLoggedOnce()
+    {
+        Rig rig;
+        rig.fake.rsDestroyError = "handle busy";
+        auto calculator = rig.create();
+        QVERIFY(calculator);
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Spectrum handle: handle busy");
+        calculator.reset();
+        QCOMPARE(rig.fake.rsDestroyCalls, 1);
+    }
 
-    const auto axis = calculator->calculateFrequencyAxis(256, 1.0e6f);
-    QVERIFY(axis.first);
-    QCOMPARE(axis.second.step, 1.0e6 / 256);
+    void distanceAxis_data()
+    {
+        QTest::addColumn<QByteArray>("error");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<double>("max");
 
-    rig.fake.axisError = "rate out of range";
-    QTest::ignoreMessage(QtCriticalMsg,
-                         "Error, could not calculate frequency axis for frequency domain: rate out of range");
-    QVERIFY(!calculator->calculateFrequencyAxis(256, 1.0e6f).first);
-}
+        QTest::newRow("computed") << QByteArray() << true << 9.6;
+        QTest::newRow("refused") << QByteArray("no chirp") << false << 0.0;
+    }
 
-void TestRadarRangeSpectrumCalculator::pulsedDopplerFrameGivesOneSpectrum()
-{
-    Rig rig;
-    auto calculator = rig.create();
+    void distanceAxis()
+    {
+        QFETCH(QByteArray, error);
+        QFETCH(bool, ok);
+        QFETCH(double, max);
 
-    vrn_Complex_t samples[4] = { { 7.0f, 1.0f }, {}, {}, {} };
-    vrn_Matrix_C_s channel { 1, 4, 4, samples };
-    vrn_Matrix_C_s* channels[] = { &channel };
-    vrn_Corvix_Frame_C_t frame { 1, channels };
-    QVector<SharedVector> spectra = calculator->processData(&frame);
-    QCOMPARE(spectra.size(), 1);
-    QCOMPARE(spectra[0]->data[0], 7.0f);
+        Rig rig;
+        rig.fake.axisError = error.isEmpty() ? nullptr : error.constData();
+        auto calculator = rig.create();
+        if (!ok)
+            QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate range axis for range spectrum : no chirp");
+        const auto axis = calculator->calculateDistanceAxis(256, 64, 9.6f);
+        QCOMPARE(axis.first, ok);
+        QCOMPARE(axis.second.max, max);
+        QCOMPARE(calculator->hasDistanceAxis(), ok);
+        QCOMPARE(calculator->distanceAxis().max, max);
+    }
 
-    rig.fake.rsRunErrors = { nullptr, "saturated" };
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Spectrum data for Corvix: saturated");
-    QVERIFY(calculator->processData(&frame).isEmpty());
-}
+    void frequencyAxisFailureNamesTheReason()
+    {
+        Rig rig;
+        auto calculator = rig.create();
+
+        const auto axis = calculator->calculateFrequencyAxis(256, 1.0e6f);
+        QVERIFY(axis.first);
+        QCOMPARE(axis.second.step, 1.0e6 / 256);
+
+        rig.fake.axisError = "rate out of range";
+        QTest::ignoreMessage(QtCriticalMsg,
+                             "Error, could not calculate frequency axis for frequency domain: rate out of range");
+        QVERIFY(!calculator->calculateFrequencyAxis(256, 1.0e6f).first);
+    }
+
+    void pulsedDopplerFrameGivesOneSpectrum()
+    {
+        Rig rig;
+        auto calculator = rig.create();
+
+        vrn_Complex_t samples[4] = { { 7.0f, 1.0f }, {}, {}, {} };
+        vrn_Matrix_C_s channel { 1, 4, 4, samples };
+        vrn_Matrix_C_s* channels[] = { &channel };
+        vrn_Corvix_Frame_C_t frame { 1, channels };
+        QVector<SharedVector> spectra = calculator->processData(&frame);
+        QCOMPARE(spectra.size(), 1);
+        QCOMPARE(spectra[0]->data[0], 7.0f);
+
+        rig.fake.rsRunErrors = { nullptr, "saturated" };
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Spectrum data for Corvix: saturated");
+        QVERIFY(calculator->processData(&frame).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarRangeSpectrumCalculator)
 #include "tst_RadarRangeSpectrumCalculator.moc"

@@ -10,48 +10,45 @@ class TestTimeDomainUserSettings : public QObject
 {
     Q_OBJECT
 private slots:
-    void jsonRoundTripAndReset();
-    void mathAxisAnnouncesOnlyChanges();
+    void jsonRoundTripAndReset()
+    {
+        TimeDomainUserSettings settings;
+        JSONConfigurationObject root("root");
+        root.addChild(settings.configurationNode());
+        QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5, "axis_y_max": 0.75}})"), QString());
+        QCOMPARE(settings.axisYMin(), -0.5f);
+        QCOMPARE(settings.axisYMax(), 0.75f);
+        QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5}})"),
+                 QString("Mandatory field time_domain.axis_y_max is missing"));
+
+        QJsonObject top;
+        root.writeChildren(top);
+        QCOMPARE(top["time_domain"].toObject()["axis_y_max"].toDouble(), 0.75);
+
+        QSignalSpy minSpy(&settings, &TimeDomainUserSettings::axisYMinChanged);
+        QSignalSpy maxSpy(&settings, &TimeDomainUserSettings::axisYMaxChanged);
+        settings.resetToDefault();
+        QCOMPARE(settings.axisYMin(), 0.0f);
+        QCOMPARE(settings.axisYMax(), 1.0f);
+        QCOMPARE(minSpy.count(), 1);
+        QCOMPARE(maxSpy.count(), 1);
+        settings.resetToDefault();
+        QCOMPARE(minSpy.count(), 1);
+    }
+
+    void mathAxisAnnouncesOnlyChanges()
+    {
+        MathAxis axis;
+        QSignalSpy minSpy(&axis, &MathAxis::minChanged);
+        QSignalSpy stepSpy(&axis, &MathAxis::stepChanged);
+        axis.setSpec({ 0.0, 9.6, 0.0375 });
+        QCOMPARE(minSpy.count(), 0);
+        QCOMPARE(stepSpy.count(), 1);
+        const vrn_Math_Axis_Spec_s spec = axis.spec();
+        QCOMPARE(spec.max, 9.6);
+        QCOMPARE(spec.step, 0.0375);
+    }
 };
-
-void TestTimeDomainUserSettings::jsonRoundTripAndReset()
-{
-    TimeDomainUserSettings settings;
-    JSONConfigurationObject root("root");
-    root.addChild(settings.configurationNode());
-    QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5, "axis_y_max": 0.75}})"), QString());
-    QCOMPARE(settings.axisYMin(), -0.5f);
-    QCOMPARE(settings.axisYMax(), 0.75f);
-    QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5}})"),
-             QString("Mandatory field time_domain.axis_y_max is missing"));
-
-    QJsonObject top;
-    root.writeChildren(top);
-    QCOMPARE(top["time_domain"].toObject()["axis_y_max"].toDouble(), 0.75);
-
-    QSignalSpy minSpy(&settings, &TimeDomainUserSettings::axisYMinChanged);
-    QSignalSpy maxSpy(&settings, &TimeDomainUserSettings::axisYMaxChanged);
-    settings.resetToDefault();
-    QCOMPARE(settings.axisYMin(), 0.0f);
-    QCOMPARE(settings.axisYMax(), 1.0f);
-    QCOMPARE(minSpy.count(), 1);
-    QCOMPARE(maxSpy.count(), 1);
-    settings.resetToDefault();
-    QCOMPARE(minSpy.count(), 1);
-}
-
-void TestTimeDomainUserSettings::mathAxisAnnouncesOnlyChanges()
-{
-    MathAxis axis;
-    QSignalSpy minSpy(&axis, &MathAxis::minChanged);
-    QSignalSpy stepSpy(&axis, &MathAxis::stepChanged);
-    axis.setSpec({ 0.0, 9.6, 0.0375 });
-    QCOMPARE(minSpy.count(), 0);
-    QCOMPARE(stepSpy.count(), 1);
-    const vrn_Math_Axis_Spec_s spec = axis.spec();
-    QCOMPARE(spec.max, 9.6);
-    QCOMPARE(spec.step, 0.0375);
-}
 
 QTEST_GUILESS_MAIN(TestTimeDomainUserSettings)
 #include "tst_TimeDomainUserSettings.moc"

@@ -1,4 +1,4 @@
-#include "FakeProcessingVrn.h"
+#include "FakeVrn.h"
 
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
@@ -14,7 +14,6 @@
 #include <QtTest>
 
 namespace {
-
 
 // A presence scene: 64 samples, 32 chirps, Rx1 only, user gate 0.5-2.5 m.
 void describeScene(RadarDeviceConfiguration& config)
@@ -34,8 +33,7 @@ void describeScene(RadarDeviceConfiguration& config)
 }
 
 struct PresenceRig {
-    FakeProcessingVrn fake;
-    FakeBroker broker { &fake.table };
+    FakeVrn fake;
     RadarConfigurationUtils utils { &fake.table, false };
     RadarDeviceConfiguration config;
 
@@ -49,218 +47,202 @@ struct PresenceRig {
     }
 };
 
+// A segmentation calculator for chirps of 64 samples, 32 to a frame.
+std::unique_ptr<RadarSegmentationCalculator> segmentation(FakeVrn& fake, SegmentationConfiguration& user)
+{
+    return RadarSegmentationCalculator::create(fake.broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
+}
+
 }
 
 class TestRadarApplicationCalculators : public QObject
 {
     Q_OBJECT
 private slots:
-    void presenceRecordJoinsDefaultsUserAndScene();
-    void presenceRefusedCreationGivesNoCalculator();
-    void presenceLooksAtTheFirstAntennaOnly_data();
-    void presenceLooksAtTheFirstAntennaOnly();
-    void presenceFailedRunDoesNotStopTheNextFrame();
-    void presenceWithoutInputMatrixIsQuiet();
-    void presenceRefusedDestroyIsLoggedOnce();
-    void segmentationRecordJoinsUserAndChirp();
-    void segmentationRefusedCreationGivesNoCalculator();
-    void segmentationReadsRx1AndRx3_data();
-    void segmentationReadsRx1AndRx3();
-    void segmentationResultsAreCopied();
-    void segmentationFailedRunGivesNothing();
+    void presenceRecordJoinsDefaultsUserAndScene()
+    {
+        PresenceRig rig;
+        QVERIFY(RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config));
+        const vrn_PresenceSensing_Config_t& sent = rig.fake.psConfig;
+        QCOMPARE(sent.min_detection_range_m, 0.5f);
+        QCOMPARE(sent.max_detection_range_m, 2.5f);
+        QCOMPARE(sent.presence_confirm_count, 2u);
+        QCOMPARE(sent.absence_confirm_count, 7u);
+        QCOMPARE(sent.sensitivity_threshold, 0.25f); // the SDK's default stays
+        // The scene replaces the device record the defaults brought.
+        QCOMPARE(sent.device_config.num_samples_per_chirp, 64u);
+        QCOMPARE(sent.device_config.num_chirps_per_frame, 32u);
+        QCOMPARE(sent.device_config.rx_mask, 0b001u);
+        QCOMPARE(sent.device_config.upper_frequency_Hz, 63000000000ull);
+    }
+
+    void presenceLooksAtTheFirstAntennaOnly_data()
+    {
+        QTest::addColumn<quint32>("channels");
+        QTest::newRow("one antenna") << 1u;
+        QTest::newRow("two antennas") << 2u;
+        QTest::newRow("three antennas") << 3u;
+    }
+
+    void presenceLooksAtTheFirstAntennaOnly()
+    {
+        QFETCH(quint32, channels);
+        PresenceRig rig;
+        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
+        SharedPresenceResult result = calculator->process(rig.fake.newFrame(channels, 32, 64));
+        QVERIFY(result);
+        QCOMPARE(result->state, VRN_PRESENCE_STATE_PRESENCE);
+        QCOMPARE(result->motion_energy, 10.0f); // the first channel's samples
+    }
+
+    void presenceFailedRunDoesNotStopTheNextFrame()
+    {
+        PresenceRig rig;
+        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
+        rig.fake.psRunErrors = { "matrix shape changed" };
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing result matrix shape changed");
+        QVERIFY(!calculator->process(rig.fake.newFrame(1, 32, 64)));
+        SharedPresenceResult next = calculator->process(rig.fake.newFrame(1, 32, 64));
+        QVERIFY(next);
+        QCOMPARE(next->frame_count, 2u);
+
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
+        QVERIFY(!calculator->process(SharedFrame()));
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
+        QVERIFY(!calculator->process(rig.fake.newFrame(0, 32, 64)));
+        QCOMPARE(rig.fake.framesAlive.load(), 0);
+    }
+
+    void presenceWithoutInputMatrixIsQuiet()
+    {
+        PresenceRig rig;
+        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
+        rig.fake.psInputMissing = true;
+        static int messages = 0;
+        messages = 0;
+        const QtMessageHandler previous
+            = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++messages; });
+        const bool processed = bool(calculator->process(rig.fake.newFrame(1, 32, 64)));
+        qInstallMessageHandler(previous);
+        QVERIFY(!processed);
+        QCOMPARE(messages, 0);
+        QCOMPARE(rig.fake.psRuns, 0);
+    }
+
+    void presenceRefusedHandleIsLogged()
+    {
+        PresenceRig rig;
+        rig.fake.psCreateError = "range gate empty";
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot create Presence Sensing handle range gate empty");
+        QVERIFY(!RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config));
+        QCOMPARE(rig.fake.psDestroyCalls, 0);
+
+        rig.fake.psCreateError = nullptr;
+        rig.fake.psDestroyError = "still running";
+        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
+        QVERIFY(calculator);
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Presence Sensing handle: still running");
+        calculator.reset();
+        QCOMPARE(rig.fake.psDestroyCalls, 1);
+    }
+
+    void segmentationRecordJoinsUserAndChirp()
+    {
+        FakeVrn fake;
+        SegmentationConfiguration user;
+        user.setMaxDetectionRangeM(4.0f);
+        user.setMaxNumTracks(5);
+        user.setEnableHysteresis(true);
+        user.setSegmentsDegrees({ 30.0f, 20.0f });
+        user.setDetectionSensitivity(RadarConstants::Low);
+        user.setStaticTargetRemoval(RadarConstants::Med);
+
+        QVERIFY(RadarSegmentationCalculator::create(fake.broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
+        const vrn_Segmentation_Config_t& sent = fake.segConfig;
+        QCOMPARE(sent.num_samples_per_chirp, 128u);
+        QCOMPARE(sent.num_chirps_per_frame, 64u);
+        QCOMPARE(sent.bandwidth_Hz, 4.0e9f);
+        QCOMPARE(sent.chirp_repetition_time_s, 0.0005f);
+        QCOMPARE(sent.center_frequency_Hz, 60.0e9f);
+        QCOMPARE(sent.max_detection_range_m, 4.0f);
+        QCOMPARE(sent.max_num_tracks, 5u);
+        QCOMPARE(sent.enable_hysteresis, uint8_t(1));
+        QCOMPARE(sent.num_segments, 2u);
+        QCOMPARE(sent.segments_degrees[1], 20.0f);
+        QCOMPARE(sent.detection_sensitivity, VRN_LEVEL_LOW);
+        QCOMPARE(sent.static_target_removal, VRN_LEVEL_MED);
+    }
+
+    void segmentationRefusedCreationGivesNoCalculator()
+    {
+        FakeVrn fake;
+        fake.segCreateError = "too many segments";
+        SegmentationConfiguration user;
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot create Segmentation handle: too many segments");
+        QVERIFY(!RadarSegmentationCalculator::create(fake.broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
+    }
+
+    void segmentationReadsRx1AndRx3_data()
+    {
+        QTest::addColumn<quint32>("channels");
+        QTest::addColumn<QVector<float>>("markers"); // empty: refused
+
+        QTest::newRow("Rx1 and Rx3 only") << 2u << QVector<float> { 10, 20 };
+        QTest::newRow("all three receivers") << 3u << QVector<float> { 10, 30 };
+        QTest::newRow("one channel is not enough") << 1u << QVector<float>();
+    }
+
+    void segmentationReadsRx1AndRx3()
+    {
+        QFETCH(quint32, channels);
+        QFETCH(QVector<float>, markers);
+
+        FakeVrn fake;
+        SegmentationConfiguration user;
+        auto calculator = segmentation(fake, user);
+        if (markers.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
+        const RadarSegmentationResult result = calculator->process(fake.newFrame(channels, 32, 64));
+        QCOMPARE(bool(result.trackedObjects), !markers.isEmpty());
+        QCOMPARE(bool(result.segments), !markers.isEmpty());
+        QCOMPARE(fake.segInputMarkers, markers);
+    }
+
+    void segmentationResultsAreCopied()
+    {
+        FakeVrn fake;
+        fake.segResult.num_tracks = 2;
+        fake.segResult.tracks[0] = { 3, 1.5f, -20.0f, 0.4f };
+        fake.segResult.tracks[1] = { 8, 2.25f, 10.0f, -1.0f };
+        fake.segResult.num_segments = 3;
+        fake.segResult.segment_occupied[0] = 1;
+        fake.segResult.segment_occupied[2] = 7;
+        SegmentationConfiguration user;
+        auto calculator = segmentation(fake, user);
+
+        const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
+        QCOMPARE(result.trackedObjects->size(), 2);
+        const RadarTrackedObject& second = result.trackedObjects->at(1);
+        QCOMPARE(second.id, 8u);
+        QCOMPARE(second.distance, 2.25f);
+        QCOMPARE(second.angle, 10.0f);
+        QCOMPARE(second.speed, -1.0f);
+        QCOMPARE(*result.segments, (QVector<int> { 1, 0, 1 }));
+    }
+
+    void segmentationFailedRunGivesNothing()
+    {
+        FakeVrn fake;
+        fake.segRunError = "channels differ in length";
+        SegmentationConfiguration user;
+        auto calculator = segmentation(fake, user);
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result channels differ in length");
+        const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
+        QVERIFY(!result.trackedObjects);
+        QVERIFY(!result.segments);
+        QCOMPARE(fake.framesAlive.load(), 0);
+    }
 };
-
-void TestRadarApplicationCalculators::presenceRecordJoinsDefaultsUserAndScene()
-{
-    PresenceRig rig;
-    QVERIFY(RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config));
-    const vrn_PresenceSensing_Config_t& sent = rig.fake.psConfig;
-    QCOMPARE(sent.min_detection_range_m, 0.5f);
-    QCOMPARE(sent.max_detection_range_m, 2.5f);
-    QCOMPARE(sent.presence_confirm_count, 2u);
-    QCOMPARE(sent.absence_confirm_count, 7u);
-    QCOMPARE(sent.sensitivity_threshold, 0.25f); // the SDK's default stays
-    // The scene replaces the device record the defaults brought.
-    QCOMPARE(sent.device_config.num_samples_per_chirp, 64u);
-    QCOMPARE(sent.device_config.num_chirps_per_frame, 32u);
-    QCOMPARE(sent.device_config.rx_mask, 0b001u);
-    QCOMPARE(sent.device_config.upper_frequency_Hz, 63000000000ull);
-}
-
-void TestRadarApplicationCalculators::presenceRefusedCreationGivesNoCalculator()
-{
-    PresenceRig rig;
-    rig.fake.psCreateError = "range gate empty";
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot create Presence Sensing handle range gate empty");
-    QVERIFY(!RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config));
-    QCOMPARE(rig.fake.psDestroyCalls, 0);
-}
-
-void TestRadarApplicationCalculators::presenceLooksAtTheFirstAntennaOnly_data()
-{
-    QTest::addColumn<quint32>("channels");
-    QTest::newRow("one antenna") << 1u;
-    QTest::newRow("two antennas") << 2u;
-    QTest::newRow("three antennas") << 3u;
-}
-
-void TestRadarApplicationCalculators::presenceLooksAtTheFirstAntennaOnly()
-{
-    QFETCH(quint32, channels);
-    PresenceRig rig;
-    auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
-    SharedPresenceResult result = calculator->process(rig.fake.newFrame(channels, 32, 64));
-    QVERIFY(result);
-    QCOMPARE(result->state, VRN_PRESENCE_STATE_PRESENCE);
-    QCOMPARE(result->motion_energy, 10.0f); // the first channel's samples
-}
-
-void TestRadarApplicationCalculators::presenceFailedRunDoesNotStopTheNextFrame()
-{
-    PresenceRig rig;
-    auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
-    rig.fake.psRunErrors = { "matrix shape changed" };
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing result matrix shape changed");
-    QVERIFY(!calculator->process(rig.fake.newFrame(1, 32, 64)));
-    SharedPresenceResult next = calculator->process(rig.fake.newFrame(1, 32, 64));
-    QVERIFY(next);
-    QCOMPARE(next->frame_count, 2u);
-
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
-    QVERIFY(!calculator->process(SharedFrame()));
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
-    QVERIFY(!calculator->process(rig.fake.newFrame(0, 32, 64)));
-    QCOMPARE(rig.fake.framesAlive, 0);
-}
-
-void TestRadarApplicationCalculators::presenceWithoutInputMatrixIsQuiet()
-{
-    PresenceRig rig;
-    auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
-    rig.fake.psInputMissing = true;
-    static int messages = 0;
-    messages = 0;
-    const QtMessageHandler previous
-        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++messages; });
-    const bool processed = bool(calculator->process(rig.fake.newFrame(1, 32, 64)));
-    qInstallMessageHandler(previous);
-    QVERIFY(!processed);
-    QCOMPARE(messages, 0);
-    QCOMPARE(rig.fake.psRuns, 0);
-}
-
-void TestRadarApplicationCalculators::presenceRefusedDestroyIsLoggedOnce()
-{
-    PresenceRig rig;
-    rig.fake.psDestroyError = "still running";
-    auto calculator = RadarPresenceSensingCalculator::create(rig.broker, rig.utils, rig.config);
-    QVERIFY(calculator);
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Presence Sensing handle: still running");
-    calculator.reset();
-    QCOMPARE(rig.fake.psDestroyCalls, 1);
-}
-
-void TestRadarApplicationCalculators::segmentationRecordJoinsUserAndChirp()
-{
-    FakeProcessingVrn fake;
-    FakeBroker broker(&fake.table);
-    SegmentationConfiguration user;
-    user.setMaxDetectionRangeM(4.0f);
-    user.setMaxNumTracks(5);
-    user.setEnableHysteresis(true);
-    user.setSegmentsDegrees({ 30.0f, 20.0f });
-    user.setDetectionSensitivity(RadarConstants::Low);
-    user.setStaticTargetRemoval(RadarConstants::Med);
-
-    QVERIFY(RadarSegmentationCalculator::create(broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
-    const vrn_Segmentation_Config_t& sent = fake.segConfig;
-    QCOMPARE(sent.num_samples_per_chirp, 128u);
-    QCOMPARE(sent.num_chirps_per_frame, 64u);
-    QCOMPARE(sent.bandwidth_Hz, 4.0e9f);
-    QCOMPARE(sent.chirp_repetition_time_s, 0.0005f);
-    QCOMPARE(sent.center_frequency_Hz, 60.0e9f);
-    QCOMPARE(sent.max_detection_range_m, 4.0f);
-    QCOMPARE(sent.max_num_tracks, 5u);
-    QCOMPARE(sent.enable_hysteresis, uint8_t(1));
-    QCOMPARE(sent.num_segments, 2u);
-    QCOMPARE(sent.segments_degrees[1], 20.0f);
-    QCOMPARE(sent.detection_sensitivity, VRN_LEVEL_LOW);
-    QCOMPARE(sent.static_target_removal, VRN_LEVEL_MED);
-}
-
-void TestRadarApplicationCalculators::segmentationRefusedCreationGivesNoCalculator()
-{
-    FakeProcessingVrn fake;
-    fake.segCreateError = "too many segments";
-    FakeBroker broker(&fake.table);
-    SegmentationConfiguration user;
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot create Segmentation handle: too many segments");
-    QVERIFY(!RadarSegmentationCalculator::create(broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
-}
-
-void TestRadarApplicationCalculators::segmentationReadsRx1AndRx3_data()
-{
-    QTest::addColumn<quint32>("channels");
-    QTest::addColumn<QVector<float>>("markers"); // empty: refused
-
-    QTest::newRow("Rx1 and Rx3 only") << 2u << QVector<float> { 10, 20 };
-    QTest::newRow("all three receivers") << 3u << QVector<float> { 10, 30 };
-    QTest::newRow("one channel is not enough") << 1u << QVector<float>();
-}
-
-void TestRadarApplicationCalculators::segmentationReadsRx1AndRx3()
-{
-    QFETCH(quint32, channels);
-    QFETCH(QVector<float>, markers);
-
-    FakeProcessingVrn fake;
-    FakeBroker broker(&fake.table);
-    SegmentationConfiguration user;
-    auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
-    if (markers.isEmpty())
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
-    const RadarSegmentationResult result = calculator->process(fake.newFrame(channels, 32, 64));
-    QCOMPARE(bool(result.trackedObjects), !markers.isEmpty());
-    QCOMPARE(bool(result.segments), !markers.isEmpty());
-    QCOMPARE(fake.segInputMarkers, markers);
-}
-
-void TestRadarApplicationCalculators::segmentationResultsAreCopied()
-{
-    FakeProcessingVrn fake;
-    fake.segResult.num_tracks = 2;
-    fake.segResult.tracks[0] = { 3, 1.5f, -20.0f, 0.4f };
-    fake.segResult.tracks[1] = { 8, 2.25f, 10.0f, -1.0f };
-    fake.segResult.num_segments = 3;
-    fake.segResult.segment_occupied[0] = 1;
-    fake.segResult.segment_occupied[2] = 7;
-    FakeBroker broker(&fake.table);
-    SegmentationConfiguration user;
-    auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
-
-    const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
-    QCOMPARE(result.trackedObjects->size(), 2);
-    const RadarTrackedObject& second = result.trackedObjects->at(1);
-    QCOMPARE(second.id, 8u);
-    QCOMPARE(second.distance, 2.25f);
-    QCOMPARE(second.angle, 10.0f);
-    QCOMPARE(second.speed, -1.0f);
-    QCOMPARE(*result.segments, (QVector<int> { 1, 0, 1 }));
-}
-
-void TestRadarApplicationCalculators::segmentationFailedRunGivesNothing()
-{
-    FakeProcessingVrn fake;
-    fake.segRunError = "channels differ in length";
-    FakeBroker broker(&fake.table);
-    SegmentationConfiguration user;
-    auto calculator = RadarSegmentationCalculator::create(broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result channels differ in length");
-    const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
-    QVERIFY(!result.trackedObjects);
-    QVERIFY(!result.segments);
-    QCOMPARE(fake.framesAlive, 0);
-}
 
 QTEST_GUILESS_MAIN(TestRadarApplicationCalculators)
 #include "tst_RadarApplicationCalculators.moc"

@@ -26,305 +26,262 @@ class TestRadarConfigurationUtils : public QObject
 {
     Q_OBJECT
 private slots:
-    void frameHasOneChannelPerAntennaPair_data();
-    void frameHasOneChannelPerAntennaPair();
-    void frameCreationFailureIsReported();
-    void clearFrameGoesOnAfterAFailedChannel();
-    void destroyFrameOfNullDoesNothing();
-    void maximumRangeIsRaisedToSdkMinimum_data();
-    void maximumRangeIsRaisedToSdkMinimum();
-    void failedTranslationIsLogged();
-    void mimoModeToSdk_data();
-    void mimoModeToSdk();
-    void deviceRecordToParameters_data();
-    void deviceRecordToParameters();
-    void pulseRepetitionFailureIsReported();
-    void segmentationDefaults();
-    void presenceSensingDefaults();
-    void bandwidthIsUpperMinusLower();
+    void frameHasOneChannelPerAntennaPair_data()
+    {
+        QTest::addColumn<quint32>("rx");
+        QTest::addColumn<quint32>("tx");
+        QTest::addColumn<quint32>("channels");
+        QTest::newRow("2 rx, 1 tx") << 0b0011u << 0b0001u << 2u;
+        QTest::newRow("2 rx, 2 tx") << 0b0011u << 0b0011u << 4u;
+        QTest::newRow("3 rx, 1 tx") << 0b0111u << 0b0100u << 3u;
+    }
+
+    void frameHasOneChannelPerAntennaPair()
+    {
+        QFETCH(quint32, rx);
+        QFETCH(quint32, tx);
+        QFETCH(quint32, channels);
+        FakeVrn fake;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceConfiguration config;
+        config.metrics()->rx()->setMask(rx);
+        config.metrics()->tx()->setMask(tx); // a fresh selection takes several transmitters as given
+        config.parameters()->setNumChirpsPerFrame(16);
+        config.parameters()->setNumSamplesPerChirp(64);
+        vrn_Frame_R_t* frame = nullptr;
+        QVERIFY(utils.createFrame(config, frame));
+        QVERIFY(frame);
+        QCOMPARE(frame->num_rx, channels);
+        QCOMPARE(frame->rx_data[0]->rows, 16u);
+        QCOMPARE(frame->rx_data[0]->cols, 64u);
+        utils.destroyFrame(frame);
+        QCOMPARE(frame, nullptr);
+        QCOMPARE(fake.framesAlive.load(), 0);
+    }
+
+    void frameCreationFailureIsReported()
+    {
+        FakeVrn fake;
+        fake.frameCreateError = "out of memory";
+        RadarConfigurationUtils utils(&fake.table, true);
+        QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
+        RadarDeviceConfiguration config;
+        vrn_Frame_R_t* frame = nullptr;
+        QVERIFY(!utils.createFrame(config, frame));
+        QCOMPARE(frame, nullptr);
+        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to create frame", "out of memory" } }));
+    }
+
+    void clearFrameGoesOnAfterAFailedChannel()
+    {
+        FakeVrn fake;
+        fake.clearErrors = { nullptr, "matrix locked", nullptr };
+        RadarConfigurationUtils utils(&fake.table, true);
+        vrn_Frame_R_t* frame = nullptr;
+        QVERIFY(!fake.table.frame_r_create(3, 2, 2, &frame));
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to clear frame matrix locked");
+        utils.clearFrame(frame);
+        QCOMPARE(fake.clearCalls, 3);
+        QCOMPARE(frame->num_rx, 0u);
+        utils.destroyFrame(frame);
+        QCOMPARE(fake.framesAlive.load(), 0);
+    }
+
+    void destroyFrameOfNullDoesNothing()
+    {
+        FakeVrn fake;
+        RadarConfigurationUtils utils(&fake.table, true);
+        vrn_Frame_R_t* frame = nullptr;
+        utils.destroyFrame(frame);
+        utils.clearFrame(frame);
+        QCOMPARE(fake.frameDestroyCalls, 0);
+        QCOMPARE(fake.clearCalls, 0);
+    }
+
+    void maximumRangeIsRaisedToSdkMinimum_data()
+    {
+        QTest::addColumn<float>("metric");
+        QTest::addColumn<float>("exactMinimum");
+        QTest::addColumn<float>("sent");
+        QTest::newRow("below minimum") << 0.8f << 0.84f << 0.84f;
+        QTest::newRow("above minimum") << 9.6f << 0.84f << 9.6f;
+        QTest::newRow("at minimum") << 1.0f << 1.0f << 1.0f;
+    }
+
+    void maximumRangeIsRaisedToSdkMinimum()
+    {
+        QFETCH(float, metric);
+        QFETCH(float, exactMinimum);
+        QFETCH(float, sent);
+        FakeVrn fake;
+        fake.translated.num_chirps_per_frame = 32;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceConfiguration config;
+        vrn_Metrics_Limits_t limits {};
+        limits.max_range_m_min = exactMinimum;
+        config.limits()->setFromSdk(limits);
+        config.metrics()->setMaxRangeM(metric);
+        config.metrics()->setSampleRateHz(1000000);
+        FakeDevice device;
+        RadarDeviceBase* base = &device;
+        vrn_Device_Config_t out {};
+        QVERIFY(utils.convertConfiguration(base, config, out));
+        QCOMPARE(fake.lastMetrics.max_range_m, sent);
+        QCOMPARE(fake.lastMetrics.sample_rate_Hz, 1000000u);
+        QCOMPARE(out.num_chirps_per_frame, 32u);
+        // The scene itself keeps the user's value.
+        QCOMPARE(config.metrics()->maxRangeM(), metric);
+    }
+
+    void mimoModeToSdk_data()
+    {
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<int>("sdk");
+        QTest::addColumn<bool>("warns");
+        QTest::newRow("off") << "off" << int(VRN_MIMO_OFF) << false;
+        QTest::newRow("tdm") << "tdm" << int(VRN_MIMO_TDM) << false;
+        QTest::newRow("unknown") << "TDM" << int(VRN_MIMO_OFF) << true;
+    }
+
+    void mimoModeToSdk()
+    {
+        QFETCH(QString, mode);
+        QFETCH(int, sdk);
+        QFETCH(bool, warns);
+        FakeVrn fake;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceConfiguration config;
+        config.parameters()->setMimoMode(mode);
+        config.parameters()->setNumSamplesPerChirp(128);
+        config.parameters()->setLowerFrequencyHz(60000000000ull);
+        config.metrics()->rx()->setMask(0b0101);
+        config.metrics()->tx()->setMask(0b0001);
+        config.metrics()->setIfGainDB(33);
+        if (warns)
+            QTest::ignoreMessage(QtWarningMsg,
+                                 "Current mimo mode from configuration does not fit into any defined type by SDK");
+        vrn_Device_Config_t out {};
+        utils.setupSdkDeviceConfiguration(config, out);
+        QCOMPARE(int(out.mimo_mode), sdk);
+        QCOMPARE(out.num_samples_per_chirp, 128u);
+        QCOMPARE(out.lower_frequency_Hz, 60000000000ull);
+        QCOMPARE(out.rx_mask, 0b0101u);
+        QCOMPARE(out.tx_mask, 0u);
+        QCOMPARE(out.if_gain_dB, 33u);
+    }
+
+    void deviceRecordToParameters_data()
+    {
+        QTest::addColumn<int>("sdk");
+        QTest::addColumn<QString>("mode");
+        QTest::newRow("off") << int(VRN_MIMO_OFF) << "off";
+        QTest::newRow("tdm") << int(VRN_MIMO_TDM) << "tdm";
+        QTest::newRow("7") << 7 << "off";
+    }
+
+    void deviceRecordToParameters()
+    {
+        QFETCH(int, sdk);
+        QFETCH(QString, mode);
+        FakeVrn fake;
+        fake.prt = 0.0005f;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceParameters parameters;
+        parameters.setMimoMode("tdm");
+        vrn_Device_Config_t record {};
+        record.num_samples_per_chirp = 64;
+        record.num_chirps_per_frame = 32;
+        record.frame_repetition_time_s = 0.1f;
+        record.upper_frequency_Hz = 61000000000ull;
+        record.chirp_repetition_time_s = 0.0004f;
+        record.mimo_mode = static_cast<vrn_Mimo_Mode_t>(sdk);
+        if (sdk == 7)
+            QTest::ignoreMessage(QtWarningMsg, "Current mimo mode from SDK configuration does not fit into any defined "
+                                               "type by configuration");
+        utils.parseDeviceConfig(&parameters, record);
+        QCOMPARE(parameters.mimoMode(), mode);
+        QCOMPARE(parameters.numSamplesPerChirp(), 64u);
+        QCOMPARE(parameters.numChirpsPerFrame(), 32u);
+        QCOMPARE(parameters.frameRepetitionTimeS(), 0.1f);
+        QCOMPARE(parameters.upperFrequencyHz(), 61000000000ull);
+        QCOMPARE(parameters.chirpRepetitionTimeS(), 0.0004f);
+        QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0005f);
+        utils.parseDeviceConfig(nullptr, record);
+    }
+
+    void pulseRepetitionFailureIsReported()
+    {
+        FakeVrn fake;
+        fake.prtError = "no chirps";
+        RadarConfigurationUtils utils(&fake.table, true);
+        QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
+        RadarDeviceParameters parameters;
+        parameters.setPulseRepetitionTimeS(1.0f);
+        vrn_Device_Config_t record {};
+        utils.parseDeviceConfig(&parameters, record);
+        QCOMPARE(eventsOf(events),
+                 QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to get Pulse Repetition Time", "no chirps" } }));
+        // The value the SDK left behind is stored all the same.
+        QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0f);
+    }
+
+    void segmentationDefaults()
+    {
+        FakeVrn fake;
+        fake.segDefaults.num_samples_per_chirp = 128;
+        fake.segDefaults.max_detection_range_m = 6.0f;
+        fake.segDefaults.max_num_tracks = 5;
+        fake.segDefaults.num_segments = 2;
+        fake.segDefaults.segments_degrees[0] = 30.0f;
+        fake.segDefaults.segments_degrees[1] = 60.0f;
+        fake.segDefaults.detection_sensitivity = VRN_LEVEL_LOW;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceConfiguration config;
+        FakeDevice device;
+        RadarDeviceBase* base = &device;
+        QVERIFY(utils.getDefaultSegmentationConfig(base, config, *config.segmentation()));
+        QCOMPARE(config.segmentation()->numSamplesPerChirp(), 128u);
+        QCOMPARE(config.segmentation()->maxDetectionRangeM(), 6.0f);
+        QCOMPARE(config.segmentation()->segmentsDegrees(), QVector<float>({ 30.0f, 60.0f }));
+        QCOMPARE(config.segmentation()->detectionSensitivity(), RadarConstants::Low);
+    }
+
+    void presenceSensingDefaults()
+    {
+        FakeVrn fake;
+        fake.psDefaults.min_detection_range_m = 0.3f;
+        fake.psDefaults.max_detection_range_m = 5.0f;
+        fake.psDefaults.range_hysteresis_percentage = 10.0f;
+        fake.psDefaults.absence_confirm_count = 7;
+        fake.psDefaults.presence_confirm_count = 2;
+        fake.psDefaults.sensitivity_threshold = 0.5f;
+        RadarConfigurationUtils utils(&fake.table, true);
+        RadarDeviceConfiguration config;
+        utils.fillDefaultPresenceSensing(config);
+        const PresenceSensingConfig& presence = *config.presenceSensing();
+        QCOMPARE(presence.minDetectionRange(), 0.3f);
+        QCOMPARE(presence.maxDetectionRange(), 5.0f);
+        QCOMPARE(presence.rangeHysteresisPercentage(), 10.0f);
+        QCOMPARE(presence.absenceConfirmCount(), 7u);
+        QCOMPARE(presence.presenceConfirmCount(), 2u);
+
+        config.presenceSensing()->setMaxDetectionRange(3.0f);
+        vrn_PresenceSensing_Config_t record {};
+        utils.fillPresenceSensingRecord(config, record);
+        QCOMPARE(record.max_detection_range_m, 3.0f);
+        QCOMPARE(record.sensitivity_threshold, 0.5f);
+        QCOMPARE(record.range_resolution_m, 0.25f);
+    }
+
+    void bandwidthIsUpperMinusLower()
+    {
+        RadarDeviceParameters parameters;
+        parameters.setLowerFrequencyHz(58000000000ull);
+        parameters.setUpperFrequencyHz(63000000000ull);
+        QCOMPARE(RadarConfigurationUtils::bandwidth(parameters), 5e9f);
+        QCOMPARE(RadarConfigurationUtils::activeAntennaCount(0xF5u), 2);
+    }
 };
-
-void TestRadarConfigurationUtils::frameHasOneChannelPerAntennaPair_data()
-{
-    QTest::addColumn<quint32>("rx");
-    QTest::addColumn<quint32>("tx");
-    QTest::addColumn<quint32>("channels");
-    QTest::newRow("2 rx, 1 tx") << 0b0011u << 0b0001u << 2u;
-    QTest::newRow("2 rx, 2 tx") << 0b0011u << 0b0011u << 4u;
-    QTest::newRow("3 rx, 1 tx") << 0b0111u << 0b0100u << 3u;
-}
-
-void TestRadarConfigurationUtils::frameHasOneChannelPerAntennaPair()
-{
-    QFETCH(quint32, rx);
-    QFETCH(quint32, tx);
-    QFETCH(quint32, channels);
-    FakeVrn fake;
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceConfiguration config;
-    config.metrics()->rx()->setMask(rx);
-    config.metrics()->tx()->setMask(tx); // a fresh selection takes several transmitters as given
-    config.parameters()->setNumChirpsPerFrame(16);
-    config.parameters()->setNumSamplesPerChirp(64);
-    vrn_Frame_R_t* frame = nullptr;
-    QVERIFY(utils.createFrame(config, frame));
-    QVERIFY(frame);
-    QCOMPARE(frame->num_rx, channels);
-    QCOMPARE(frame->rx_data[0]->rows, 16u);
-    QCOMPARE(frame->rx_data[0]->cols, 64u);
-    utils.destroyFrame(frame);
-    QCOMPARE(frame, nullptr);
-    QCOMPARE(fake.framesAlive.load(), 0);
-}
-
-void TestRadarConfigurationUtils::frameCreationFailureIsReported()
-{
-    FakeVrn fake;
-    fake.frameCreateError = "out of memory";
-    RadarConfigurationUtils utils(&fake.table, true);
-    QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
-    RadarDeviceConfiguration config;
-    vrn_Frame_R_t* frame = nullptr;
-    QVERIFY(!utils.createFrame(config, frame));
-    QCOMPARE(frame, nullptr);
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to create frame", "out of memory" } }));
-}
-
-void TestRadarConfigurationUtils::clearFrameGoesOnAfterAFailedChannel()
-{
-    FakeVrn fake;
-    fake.clearErrors = { nullptr, "matrix locked", nullptr };
-    RadarConfigurationUtils utils(&fake.table, true);
-    vrn_Frame_R_t* frame = nullptr;
-    QVERIFY(!fake.table.frame_r_create(3, 2, 2, &frame));
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to clear frame matrix locked");
-    utils.clearFrame(frame);
-    QCOMPARE(fake.clearCalls, 3);
-    QCOMPARE(frame->num_rx, 0u);
-    utils.destroyFrame(frame);
-    QCOMPARE(fake.framesAlive.load(), 0);
-}
-
-void TestRadarConfigurationUtils::destroyFrameOfNullDoesNothing()
-{
-    FakeVrn fake;
-    RadarConfigurationUtils utils(&fake.table, true);
-    vrn_Frame_R_t* frame = nullptr;
-    utils.destroyFrame(frame);
-    utils.clearFrame(frame);
-    QCOMPARE(fake.frameDestroyCalls, 0);
-    QCOMPARE(fake.clearCalls, 0);
-}
-
-void TestRadarConfigurationUtils::maximumRangeIsRaisedToSdkMinimum_data()
-{
-    QTest::addColumn<float>("metric");
-    QTest::addColumn<float>("exactMinimum");
-    QTest::addColumn<float>("sent");
-    QTest::newRow("below minimum") << 0.8f << 0.84f << 0.84f;
-    QTest::newRow("above minimum") << 9.6f << 0.84f << 9.6f;
-    QTest::newRow("at minimum") << 1.0f << 1.0f << 1.0f;
-}
-
-void TestRadarConfigurationUtils::maximumRangeIsRaisedToSdkMinimum()
-{
-    QFETCH(float, metric);
-    QFETCH(float, exactMinimum);
-    QFETCH(float, sent);
-    FakeVrn fake;
-    fake.translated.num_chirps_per_frame = 32;
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceConfiguration config;
-    vrn_Metrics_Limits_t limits {};
-    limits.max_range_m_min = exactMinimum;
-    config.limits()->setFromSdk(limits);
-    config.metrics()->setMaxRangeM(metric);
-    config.metrics()->setSampleRateHz(1000000);
-    FakeDevice device;
-    RadarDeviceBase* base = &device;
-    vrn_Device_Config_t out {};
-    QVERIFY(utils.convertConfiguration(base, config, out));
-    QCOMPARE(fake.lastMetrics.max_range_m, sent);
-    QCOMPARE(fake.lastMetrics.sample_rate_Hz, 1000000u);
-    QCOMPARE(out.num_chirps_per_frame, 32u);
-    // The scene itself keeps the user's value.
-    QCOMPARE(config.metrics()->maxRangeM(), metric);
-}
-
-void TestRadarConfigurationUtils::failedTranslationIsLogged()
-{
-    FakeVrn fake;
-    fake.translateError = "range too short";
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceConfiguration config;
-    FakeDevice device;
-    RadarDeviceBase* base = &device;
-    vrn_Device_Config_t out {};
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot translate metrics to config range too short");
-    QVERIFY(!utils.convertConfiguration(base, config, out));
-}
-
-void TestRadarConfigurationUtils::mimoModeToSdk_data()
-{
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<int>("sdk");
-    QTest::addColumn<bool>("warns");
-    QTest::newRow("off") << "off" << int(VRN_MIMO_OFF) << false;
-    QTest::newRow("tdm") << "tdm" << int(VRN_MIMO_TDM) << false;
-    QTest::newRow("unknown") << "TDM" << int(VRN_MIMO_OFF) << true;
-}
-
-void TestRadarConfigurationUtils::mimoModeToSdk()
-{
-    QFETCH(QString, mode);
-    QFETCH(int, sdk);
-    QFETCH(bool, warns);
-    FakeVrn fake;
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceConfiguration config;
-    config.parameters()->setMimoMode(mode);
-    config.parameters()->setNumSamplesPerChirp(128);
-    config.parameters()->setLowerFrequencyHz(60000000000ull);
-    config.metrics()->rx()->setMask(0b0101);
-    config.metrics()->tx()->setMask(0b0001);
-    config.metrics()->setIfGainDB(33);
-    if (warns)
-        QTest::ignoreMessage(QtWarningMsg,
-                             "Current mimo mode from configuration does not fit into any defined type by SDK");
-    vrn_Device_Config_t out {};
-    utils.setupSdkDeviceConfiguration(config, out);
-    QCOMPARE(int(out.mimo_mode), sdk);
-    QCOMPARE(out.num_samples_per_chirp, 128u);
-    QCOMPARE(out.lower_frequency_Hz, 60000000000ull);
-    QCOMPARE(out.rx_mask, 0b0101u);
-    QCOMPARE(out.tx_mask, 0u);
-    QCOMPARE(out.if_gain_dB, 33u);
-}
-
-void TestRadarConfigurationUtils::deviceRecordToParameters_data()
-{
-    QTest::addColumn<int>("sdk");
-    QTest::addColumn<QString>("mode");
-    QTest::newRow("off") << int(VRN_MIMO_OFF) << "off";
-    QTest::newRow("tdm") << int(VRN_MIMO_TDM) << "tdm";
-    QTest::newRow("7") << 7 << "off";
-}
-
-void TestRadarConfigurationUtils::deviceRecordToParameters()
-{
-    QFETCH(int, sdk);
-    QFETCH(QString, mode);
-    FakeVrn fake;
-    fake.prt = 0.0005f;
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceParameters parameters;
-    parameters.setMimoMode("tdm");
-    vrn_Device_Config_t record {};
-    record.num_samples_per_chirp = 64;
-    record.num_chirps_per_frame = 32;
-    record.frame_repetition_time_s = 0.1f;
-    record.upper_frequency_Hz = 61000000000ull;
-    record.chirp_repetition_time_s = 0.0004f;
-    record.mimo_mode = static_cast<vrn_Mimo_Mode_t>(sdk);
-    if (sdk == 7)
-        QTest::ignoreMessage(QtWarningMsg, "Current mimo mode from SDK configuration does not fit into any defined "
-                                           "type by configuration");
-    utils.parseDeviceConfig(&parameters, record);
-    QCOMPARE(parameters.mimoMode(), mode);
-    QCOMPARE(parameters.numSamplesPerChirp(), 64u);
-    QCOMPARE(parameters.numChirpsPerFrame(), 32u);
-    QCOMPARE(parameters.frameRepetitionTimeS(), 0.1f);
-    QCOMPARE(parameters.upperFrequencyHz(), 61000000000ull);
-    QCOMPARE(parameters.chirpRepetitionTimeS(), 0.0004f);
-    QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0005f);
-    utils.parseDeviceConfig(nullptr, record);
-}
-
-void TestRadarConfigurationUtils::pulseRepetitionFailureIsReported()
-{
-    FakeVrn fake;
-    fake.prtError = "no chirps";
-    RadarConfigurationUtils utils(&fake.table, true);
-    QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
-    RadarDeviceParameters parameters;
-    parameters.setPulseRepetitionTimeS(1.0f);
-    vrn_Device_Config_t record {};
-    utils.parseDeviceConfig(&parameters, record);
-    QCOMPARE(eventsOf(events),
-             QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to get Pulse Repetition Time", "no chirps" } }));
-    // The value the SDK left behind is stored all the same.
-    QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0f);
-}
-
-void TestRadarConfigurationUtils::segmentationDefaults()
-{
-    FakeVrn fake;
-    fake.segDefaults.num_samples_per_chirp = 128;
-    fake.segDefaults.max_detection_range_m = 6.0f;
-    fake.segDefaults.max_num_tracks = 5;
-    fake.segDefaults.num_segments = 2;
-    fake.segDefaults.segments_degrees[0] = 30.0f;
-    fake.segDefaults.segments_degrees[1] = 60.0f;
-    fake.segDefaults.detection_sensitivity = VRN_LEVEL_LOW;
-    RadarConfigurationUtils utils(&fake.table, true);
-    QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
-    RadarDeviceConfiguration config;
-    FakeDevice device;
-    RadarDeviceBase* base = &device;
-    QVERIFY(utils.getDefaultSegmentationConfig(base, config, *config.segmentation()));
-    QCOMPARE(config.segmentation()->numSamplesPerChirp(), 128u);
-    QCOMPARE(config.segmentation()->maxDetectionRangeM(), 6.0f);
-    QCOMPARE(config.segmentation()->segmentsDegrees(), QVector<float>({ 30.0f, 60.0f }));
-    QCOMPARE(config.segmentation()->detectionSensitivity(), RadarConstants::Low);
-
-    fake.segError = "no segmentation on this chip";
-    QVERIFY(!utils.getDefaultSegmentationConfig(base, config, *config.segmentation()));
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get default config for segmentation",
-                                                      "no segmentation on this chip" } }));
-}
-
-void TestRadarConfigurationUtils::presenceSensingDefaults()
-{
-    FakeVrn fake;
-    fake.psDefaults.min_detection_range_m = 0.3f;
-    fake.psDefaults.max_detection_range_m = 5.0f;
-    fake.psDefaults.range_hysteresis_percentage = 10.0f;
-    fake.psDefaults.absence_confirm_count = 7;
-    fake.psDefaults.presence_confirm_count = 2;
-    fake.psDefaults.sensitivity_threshold = 0.5f;
-    RadarConfigurationUtils utils(&fake.table, true);
-    RadarDeviceConfiguration config;
-    utils.fillDefaultPresenceSensing(config);
-    const PresenceSensingConfig& presence = *config.presenceSensing();
-    QCOMPARE(presence.minDetectionRange(), 0.3f);
-    QCOMPARE(presence.maxDetectionRange(), 5.0f);
-    QCOMPARE(presence.rangeHysteresisPercentage(), 10.0f);
-    QCOMPARE(presence.absenceConfirmCount(), 7u);
-    QCOMPARE(presence.presenceConfirmCount(), 2u);
-
-    config.presenceSensing()->setMaxDetectionRange(3.0f);
-    vrn_PresenceSensing_Config_t record {};
-    utils.fillPresenceSensingRecord(config, record);
-    QCOMPARE(record.max_detection_range_m, 3.0f);
-    QCOMPARE(record.sensitivity_threshold, 0.5f);
-    QCOMPARE(record.range_resolution_m, 0.25f);
-
-    fake.psError = "unknown chip";
-    QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
-    utils.fillDefaultPresenceSensing(config);
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error,
-                                                      "Failed to get default presence sensing configuration from SDK",
-                                                      "unknown chip" } }));
-}
-
-void TestRadarConfigurationUtils::bandwidthIsUpperMinusLower()
-{
-    RadarDeviceParameters parameters;
-    parameters.setLowerFrequencyHz(58000000000ull);
-    parameters.setUpperFrequencyHz(63000000000ull);
-    QCOMPARE(RadarConfigurationUtils::bandwidth(parameters), 5e9f);
-    QCOMPARE(RadarConfigurationUtils::activeAntennaCount(0xF5u), 2);
-}
 
 QTEST_GUILESS_MAIN(TestRadarConfigurationUtils)
 #include "tst_RadarConfigurationUtils.moc"

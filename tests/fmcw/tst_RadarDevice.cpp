@@ -33,368 +33,352 @@ class TestRadarDevice : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { qRegisterMetaType<RadarEventCode>(); }
-    void fetchByStatus_data();
-    void fetchByStatus();
-    void fetchWithoutHandleReturnsQuietly();
-    void frameTimeLimit_data();
-    void frameTimeLimit();
-    void temperatureByStatus_data();
-    void temperatureByStatus();
-    void stopAcquisitionFailures();
-    void setConfigurationSteps_data();
-    void setConfigurationSteps();
-    void recalculationDoesNotTouchTheDevice();
-    void deviceInformation();
-    void applicationDefaults();
-    void chirpTimeFailureFindsTheDeviceUnlocked();
-    void segmentationDefaultsKeepUserSettingsOnRequest_data();
-    void segmentationDefaultsKeepUserSettingsOnRequest();
-};
 
-void TestRadarDevice::fetchByStatus_data()
-{
-    QTest::addColumn<QVector<int>>("statuses");
-    QTest::addColumn<bool>("success");
-    QTest::addColumn<bool>("hasFrame");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("frame") << QVector<int> { 0 } << true << true << -1 << "";
-    QTest::newRow("two time-outs, then a frame") << QVector<int> { 0x1100d, 0x1100d, 0 } << true << true << -1 << "";
-    QTest::newRow("fetch failed") << QVector<int> { 0x1100e } << true << false << 2 << "Fetching next frame failed";
-    QTest::newRow("communication lost") << QVector<int> { 0x11002 } << false << false << 3
-                                        << "Communication with device failed";
-    QTest::newRow("other") << QVector<int> { 0x10001 } << false << false << 4
-                           << "Cannot fetch data from Radar. Please restart acquisition and try again";
-}
-
-void TestRadarDevice::fetchByStatus()
-{
-    QFETCH(QVector<int>, statuses);
-    QFETCH(bool, success);
-    QFETCH(bool, hasFrame);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    FakeVrn fake;
-    fake.frameStatuses.clear();
-    for (int status : statuses)
-        fake.frameStatuses.append(status);
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
+    void fetchByStatus_data()
     {
+        QTest::addColumn<QVector<int>>("statuses");
+        QTest::addColumn<bool>("success");
+        QTest::addColumn<bool>("hasFrame");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("frame") << QVector<int> { 0 } << true << true << -1 << "";
+        QTest::newRow("two time-outs, then a frame") << QVector<int> { 0x1100d, 0x1100d, 0 } << true << true << -1 << "";
+        QTest::newRow("fetch failed") << QVector<int> { 0x1100e } << true << false << 2 << "Fetching next frame failed";
+        QTest::newRow("communication lost") << QVector<int> { 0x11002 } << false << false << 3
+                                            << "Communication with device failed";
+        QTest::newRow("other") << QVector<int> { 0x10001 } << false << false << 4
+                               << "Cannot fetch data from Radar. Please restart acquisition and try again";
+    }
+
+    void fetchByStatus()
+    {
+        QFETCH(QVector<int>, statuses);
+        QFETCH(bool, success);
+        QFETCH(bool, hasFrame);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        FakeVrn fake;
+        fake.frameStatuses.clear();
+        for (int status : statuses)
+            fake.frameStatuses.append(status);
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        {
+            const RadarFrameResult result = device.getNextFrame(config);
+            QCOMPARE(result.success, success);
+            QCOMPARE(result.frame != nullptr, hasFrame);
+            QCOMPARE(result.owner.get(), result.frame);
+            if (hasFrame)
+                QCOMPARE(result.frame->num_rx, 1u);
+            QCOMPARE(fake.nextFrameCalls.load(), statuses.size());
+            QVERIFY(!device.isFetchInProgress());
+        }
+        // Whatever the outcome, the frame went back to the SDK.
+        QCOMPARE(fake.framesAlive.load(), 0);
+        QVector<RadarEvent> expected;
+        if (code >= 0)
+            expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(statuses.last(), 0, 16) });
+        QCOMPARE(eventsOf(events), expected);
+    }
+
+    void fetchWithoutHandleReturnsQuietly()
+    {
+        FakeVrn fake;
+        RadarDevice device(&fake.table);
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
         const RadarFrameResult result = device.getNextFrame(config);
-        QCOMPARE(result.success, success);
-        QCOMPARE(result.frame != nullptr, hasFrame);
-        QCOMPARE(result.owner.get(), result.frame);
-        if (hasFrame)
-            QCOMPARE(result.frame->num_rx, 1u);
-        QCOMPARE(fake.nextFrameCalls.load(), statuses.size());
-        QVERIFY(!device.isFetchInProgress());
+        QVERIFY(!result.success);
+        QCOMPARE(result.frame, nullptr);
+        QCOMPARE(fake.nextFrameCalls.load(), 0);
+        QCOMPARE(events.count(), 0);
     }
-    // Whatever the outcome, the frame went back to the SDK.
-    QCOMPARE(fake.framesAlive.load(), 0);
-    QVector<RadarEvent> expected;
-    if (code >= 0)
-        expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(statuses.last(), 0, 16) });
-    QCOMPARE(eventsOf(events), expected);
-}
 
-void TestRadarDevice::fetchWithoutHandleReturnsQuietly()
-{
-    FakeVrn fake;
-    RadarDevice device(&fake.table);
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    const RadarFrameResult result = device.getNextFrame(config);
-    QVERIFY(!result.success);
-    QCOMPARE(result.frame, nullptr);
-    QCOMPARE(fake.nextFrameCalls.load(), 0);
-    QCOMPARE(events.count(), 0);
-}
-
-void TestRadarDevice::frameTimeLimit_data()
-{
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<double>("limitMs");
-    QTest::newRow("0.05 s, floor") << 0.05f << 300.0;
-    QTest::newRow("0.08 s, at the floor") << 0.08f << 300.0;
-    QTest::newRow("0.1 s") << 0.1f << 375.0;
-    QTest::newRow("0.2 s") << 0.2f << 750.0;
-}
-
-void TestRadarDevice::frameTimeLimit()
-{
-    QFETCH(float, frameTime);
-    QFETCH(double, limitMs);
-    QVERIFY(std::fabs(RadarDevice::frameTimeLimitMs(frameTime) - limitMs) < 1e-3);
-}
-
-void TestRadarDevice::temperatureByStatus_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("reading") << 0 << true << -1 << "";
-    QTest::newRow("not supported") << 0x1000c << false << 5 << "Temperature monitoring is not supported";
-    QTest::newRow("communication") << 0x11000 << false << 3 << "Communication with device failed";
-    QTest::newRow("lost") << 0x11002 << false << 3 << "Communication with device failed";
-    QTest::newRow("other") << 0x10001 << false << -1 << "";
-}
-
-void TestRadarDevice::temperatureByStatus()
-{
-    QFETCH(int, status);
-    QFETCH(bool, valid);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    FakeVrn fake;
-    fake.temperatureStatus = status;
-    fake.temperature = 41.5f;
-    RadarDevice device(&fake.table);
-    QVERIFY(std::isnan(device.getTemperature()));
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    if (status == 0x10001)
-        QTest::ignoreMessage(QtCriticalMsg, "Failed to get device temperature: \"status 0x10001\"");
-    const float temperature = device.getTemperature();
-    if (valid)
-        QCOMPARE(temperature, 41.5f);
-    else
-        QVERIFY(std::isnan(temperature));
-    QVector<RadarEvent> expected;
-    if (code >= 0)
-        expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(status, 0, 16) });
-    QCOMPARE(eventsOf(events), expected);
-}
-
-void TestRadarDevice::stopAcquisitionFailures()
-{
-    FakeVrn fake;
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    fake.stopped = 0;
-    QTest::ignoreMessage(QtWarningMsg, "Cannot stop acquisition - returned result is FALSE");
-    device.stopAcquisition();
-    QCOMPARE(events.count(), 0);
-    fake.stopError = "board gone";
-    device.stopAcquisition();
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::DeviceCommunicationFailure,
-                                                      "Failed to stop acquisition", "board gone" } }));
-}
-
-void TestRadarDevice::setConfigurationSteps_data()
-{
-    QTest::addColumn<QString>("failing");
-    QTest::addColumn<bool>("result");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<int>("setCalls");
-    QTest::addColumn<QString>("details");
-    QTest::newRow("all well") << "" << true << "" << 1 << "";
-    QTest::newRow("limits") << "limits" << true << "Failed to get metric limits" << 1 << "limits unavailable";
-    QTest::newRow("translate") << "translate" << false << "Cannot translate metrics to config" << 0
-                               << "speed resolution too fine";
-    QTest::newRow("set") << "set" << false << "Cannot set device config" << 1 << "board refused";
-}
-
-void TestRadarDevice::setConfigurationSteps()
-{
-    QFETCH(QString, failing);
-    QFETCH(bool, result);
-    QFETCH(QString, message);
-    QFETCH(int, setCalls);
-    QFETCH(QString, details);
-    FakeVrn fake;
-    fake.limits.max_range_m_min = 0.84f;
-    fake.limits.max_range_m_max = 19.27f;
-    fake.translated.num_samples_per_chirp = 128;
-    fake.translated.num_chirps_per_frame = 32;
-    fake.translated.mimo_mode = VRN_MIMO_TDM;
-    if (failing == "limits")
-        fake.limitsError = "limits unavailable";
-    if (failing == "translate")
-        fake.translateError = "speed resolution too fine";
-    if (failing == "set")
-        fake.setConfigError = "board refused";
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    config.metrics()->setMaxRangeM(0.8f);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    if (failing == "translate")
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot translate metrics to config speed resolution too fine");
-
-    QCOMPARE(device.setConfiguration(config), result);
-    QCOMPARE(fake.setConfigCalls, setCalls);
-    QVector<RadarEvent> expected;
-    if (!message.isEmpty())
-        expected.append({ RadarEventCode::Error, message, details });
-    QCOMPARE(eventsOf(events), expected);
-    if (failing.isEmpty()) {
-        QCOMPARE(config.limits()->maxRangeMMin(), 0.8f);
-        QCOMPARE(config.limits()->maxRangeMMax(), 19.2f);
-        QCOMPARE(fake.lastMetrics.max_range_m, 0.84f);
-        QCOMPARE(fake.lastSetConfig.num_samples_per_chirp, 128u);
+    void frameTimeLimit_data()
+    {
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<double>("limitMs");
+        QTest::newRow("0.05 s, floor") << 0.05f << 300.0;
+        QTest::newRow("0.08 s, at the floor") << 0.08f << 300.0;
+        QTest::newRow("0.1 s") << 0.1f << 375.0;
+        QTest::newRow("0.2 s") << 0.2f << 750.0;
     }
-    if (result) {
-        QCOMPARE(config.parameters()->numChirpsPerFrame(), 32u);
-        QCOMPARE(config.parameters()->mimoMode(), QString("tdm"));
-        QCOMPARE(config.parameters()->chirpTime(), fake.chirpTime);
-    } else {
-        QCOMPARE(config.parameters()->numChirpsPerFrame(), 4u);
+
+    void frameTimeLimit()
+    {
+        QFETCH(float, frameTime);
+        QFETCH(double, limitMs);
+        QVERIFY(std::fabs(RadarDevice::frameTimeLimitMs(frameTime) - limitMs) < 1e-3);
     }
-}
 
-void TestRadarDevice::recalculationDoesNotTouchTheDevice()
-{
-    FakeVrn fake;
-    fake.translated.num_chirps_per_frame = 64;
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    QVERIFY(device.recalculateConfiguration(config));
-    QCOMPARE(fake.setConfigCalls, 0);
-    QCOMPARE(config.parameters()->numChirpsPerFrame(), 64u);
-    config.setRecalcHandler(&device);
-    fake.translated.num_chirps_per_frame = 16;
-    QVERIFY(config.recalcConfig());
-    QCOMPARE(config.parameters()->numChirpsPerFrame(), 16u);
-}
+    void temperatureByStatus_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("valid");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("reading") << 0 << true << -1 << "";
+        QTest::newRow("not supported") << 0x1000c << false << 5 << "Temperature monitoring is not supported";
+        QTest::newRow("communication") << 0x11000 << false << 3 << "Communication with device failed";
+        QTest::newRow("lost") << 0x11002 << false << 3 << "Communication with device failed";
+        QTest::newRow("other") << 0x10001 << false << -1 << "";
+    }
 
-void TestRadarDevice::deviceInformation()
-{
-    FakeVrn fake;
-    qstrcpy(fake.info.name, "KMR7C");
-    fake.info.num_rx_antennas = 3;
-    fake.info.num_tx_antennas = 2;
-    fake.info.min_rf_frequency_Hz = 58000000000ull;
-    fake.info.max_rf_frequency_Hz = 63500000000ull;
-    qstrcpy(fake.firmware.description, "Radar baseboard firmware");
-    fake.firmware.version_major = 2;
-    fake.firmware.version_minor = 5;
-    fake.firmware.version_build = 11;
-    fake.txPower = { 4.0f, 5.5f };
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    // A page that asks the device for more on a change must find it unlocked.
-    int rxSeen = -1;
-    connect(config.deviceInfo(), &DeviceInfo::deviceNameChanged, this, [&] { rxSeen = device.getNumRxAntennas(); });
-    device.updateDeviceInfo(*config.deviceInfo());
-    QCOMPARE(rxSeen, 3);
-    const DeviceInfo& info = *config.deviceInfo();
-    QCOMPARE(info.deviceName(), QString("KMR7C"));
-    QCOMPARE(config.radarType(), RadarConstants::KMR7C);
-    QCOMPARE(info.numRxAntennas(), quint8(3));
-    QCOMPARE(info.numTxAntennas(), quint8(2));
-    QCOMPARE(info.maxRfFrequencyHz(), 63500000000ull);
-    QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.11"));
-    QCOMPARE(info.deviceFirmwareName(), QString("Radar baseboard firmware"));
-    QCOMPARE(info.deviceType(), int(VRN_DEVICE_TYPE_KMR7A));
-    QCOMPARE(device.getFirmwareVersion(), QString("2511"));
-    QCOMPARE(device.getNumRxAntennas(), 3);
-    QCOMPARE(device.getNumTxAntennas(), 2);
-    QCOMPARE(fake.lastUuid, QByteArray("a"));
+    void temperatureByStatus()
+    {
+        QFETCH(int, status);
+        QFETCH(bool, valid);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        FakeVrn fake;
+        fake.temperatureStatus = status;
+        fake.temperature = 41.5f;
+        RadarDevice device(&fake.table);
+        QVERIFY(std::isnan(device.getTemperature()));
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        if (status == 0x10001)
+            QTest::ignoreMessage(QtCriticalMsg, "Failed to get device temperature: \"status 0x10001\"");
+        const float temperature = device.getTemperature();
+        if (valid)
+            QCOMPARE(temperature, 41.5f);
+        else
+            QVERIFY(std::isnan(temperature));
+        QVector<RadarEvent> expected;
+        if (code >= 0)
+            expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(status, 0, 16) });
+        QCOMPARE(eventsOf(events), expected);
+    }
 
-    config.metrics()->tx()->setMask(0b0010);
-    device.updateTxPower(config);
-    QCOMPARE(info.deviceTxPower(), QVector<float>({ 0.0f, 5.5f }));
-}
+    void stopAcquisitionFailures()
+    {
+        FakeVrn fake;
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        fake.stopped = 0;
+        QTest::ignoreMessage(QtWarningMsg, "Cannot stop acquisition - returned result is FALSE");
+        device.stopAcquisition();
+        QCOMPARE(events.count(), 0);
+        fake.stopError = "board gone";
+        device.stopAcquisition();
+        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::DeviceCommunicationFailure,
+                                                          "Failed to stop acquisition", "board gone" } }));
+    }
 
-void TestRadarDevice::applicationDefaults()
-{
-    FakeVrn fake;
-    fake.psDefaults.max_detection_range_m = 4.0f;
-    fake.segError = "no segmentation on this chip";
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    // A receiver that asks the device for more must find it unlocked.
-    float temperatureSeen = -1.0f;
-    connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+    void setConfigurationSteps_data()
+    {
+        QTest::addColumn<QString>("failing");
+        QTest::addColumn<bool>("result");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("setCalls");
+        QTest::addColumn<QString>("details");
+        QTest::newRow("all well") << "" << true << "" << 1 << "";
+        QTest::newRow("limits") << "limits" << true << "Failed to get metric limits" << 1 << "limits unavailable";
+        QTest::newRow("translate") << "translate" << false << "Cannot translate metrics to config" << 0
+                                   << "speed resolution too fine";
+        QTest::newRow("set") << "set" << false << "Cannot set device config" << 1 << "board refused";
+    }
 
-    config.setApplication(RadarConstants::Segmentation);
-    device.updateApplicationDefaults(config);
-    const QVector<RadarEvent> expected {
-        { RadarEventCode::Error, "Cannot get default config for segmentation", "no segmentation on this chip" },
-        { RadarEventCode::Error, "Failed to get default configuration for Segmentation calculations", "" },
-    };
-    QCOMPARE(eventsOf(events), expected);
-    QCOMPARE(temperatureSeen, 0.0f);
+    void setConfigurationSteps()
+    {
+        QFETCH(QString, failing);
+        QFETCH(bool, result);
+        QFETCH(QString, message);
+        QFETCH(int, setCalls);
+        QFETCH(QString, details);
+        FakeVrn fake;
+        fake.limits.max_range_m_min = 0.84f;
+        fake.limits.max_range_m_max = 19.27f;
+        fake.translated.num_samples_per_chirp = 128;
+        fake.translated.num_chirps_per_frame = 32;
+        fake.translated.mimo_mode = VRN_MIMO_TDM;
+        if (failing == "limits")
+            fake.limitsError = "limits unavailable";
+        if (failing == "translate")
+            fake.translateError = "speed resolution too fine";
+        if (failing == "set")
+            fake.setConfigError = "board refused";
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        config.metrics()->setMaxRangeM(0.8f);
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        if (failing == "translate")
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot translate metrics to config speed resolution too fine");
 
-    config.setApplication(RadarConstants::PresenceSensing);
-    device.updateApplicationDefaults(config);
-    QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
-    QCOMPARE(events.count(), 2);
-}
+        QCOMPARE(device.setConfiguration(config), result);
+        QCOMPARE(fake.setConfigCalls, setCalls);
+        QVector<RadarEvent> expected;
+        if (!message.isEmpty())
+            expected.append({ RadarEventCode::Error, message, details });
+        QCOMPARE(eventsOf(events), expected);
+        if (failing.isEmpty()) {
+            QCOMPARE(config.limits()->maxRangeMMin(), 0.8f);
+            QCOMPARE(config.limits()->maxRangeMMax(), 19.2f);
+            QCOMPARE(fake.lastMetrics.max_range_m, 0.84f);
+            QCOMPARE(fake.lastSetConfig.num_samples_per_chirp, 128u);
+        }
+        if (result) {
+            QCOMPARE(config.parameters()->numChirpsPerFrame(), 32u);
+            QCOMPARE(config.parameters()->mimoMode(), QString("tdm"));
+            QCOMPARE(config.parameters()->chirpTime(), fake.chirpTime);
+        } else {
+            QCOMPARE(config.parameters()->numChirpsPerFrame(), 4u);
+        }
+    }
 
-void TestRadarDevice::chirpTimeFailureFindsTheDeviceUnlocked()
-{
-    FakeVrn fake;
-    fake.chirpTimeError = "no chirp time";
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    QSignalSpy events(&device, &RadarDevice::triggerEvent);
-    // A receiver that asks the device for more must find it unlocked.
-    float temperatureSeen = -1.0f;
-    connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+    void recalculationDoesNotTouchTheDevice()
+    {
+        FakeVrn fake;
+        fake.translated.num_chirps_per_frame = 64;
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        QVERIFY(device.recalculateConfiguration(config));
+        QCOMPARE(fake.setConfigCalls, 0);
+        QCOMPARE(config.parameters()->numChirpsPerFrame(), 64u);
+        config.setRecalcHandler(&device);
+        fake.translated.num_chirps_per_frame = 16;
+        QVERIFY(config.recalcConfig());
+        QCOMPARE(config.parameters()->numChirpsPerFrame(), 16u);
+    }
 
-    QVERIFY(device.setConfiguration(config));
+    void deviceInformation()
+    {
+        FakeVrn fake;
+        qstrcpy(fake.info.name, "KMR7C");
+        fake.info.num_rx_antennas = 3;
+        fake.info.num_tx_antennas = 2;
+        fake.info.min_rf_frequency_Hz = 58000000000ull;
+        fake.info.max_rf_frequency_Hz = 63500000000ull;
+        qstrcpy(fake.firmware.description, "Radar baseboard firmware");
+        fake.firmware.version_major = 2;
+        fake.firmware.version_minor = 5;
+        fake.firmware.version_build = 11;
+        fake.txPower = { 4.0f, 5.5f };
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        // A page that asks the device for more on a change must find it unlocked.
+        int rxSeen = -1;
+        connect(config.deviceInfo(), &DeviceInfo::deviceNameChanged, this, [&] { rxSeen = device.getNumRxAntennas(); });
+        device.updateDeviceInfo(*config.deviceInfo());
+        QCOMPARE(rxSeen, 3);
+        const DeviceInfo& info = *config.deviceInfo();
+        QCOMPARE(info.deviceName(), QString("KMR7C"));
+        QCOMPARE(config.radarType(), RadarConstants::KMR7C);
+        QCOMPARE(info.numRxAntennas(), quint8(3));
+        QCOMPARE(info.numTxAntennas(), quint8(2));
+        QCOMPARE(info.maxRfFrequencyHz(), 63500000000ull);
+        QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.11"));
+        QCOMPARE(info.deviceFirmwareName(), QString("Radar baseboard firmware"));
+        QCOMPARE(info.deviceType(), int(VRN_DEVICE_TYPE_KMR7A));
+        QCOMPARE(device.getFirmwareVersion(), QString("2511"));
+        QCOMPARE(device.getNumRxAntennas(), 3);
+        QCOMPARE(device.getNumTxAntennas(), 2);
+        QCOMPARE(fake.lastUuid, QByteArray("a"));
 
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get chirp time", "no chirp time" } }));
-    QCOMPARE(temperatureSeen, 0.0f);
-}
+        config.metrics()->tx()->setMask(0b0010);
+        device.updateTxPower(config);
+        QCOMPARE(info.deviceTxPower(), QVector<float>({ 0.0f, 5.5f }));
+    }
 
-void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest_data()
-{
-    QTest::addColumn<bool>("chirpValuesOnly");
-    QTest::addColumn<quint32>("tracks");
-    QTest::addColumn<float>("range");
-    QTest::newRow("everything") << false << 10u << 5.0f;
-    QTest::newRow("chirp values only") << true << 7u << 2.5f;
-}
+    void applicationDefaults()
+    {
+        FakeVrn fake;
+        fake.psDefaults.max_detection_range_m = 4.0f;
+        fake.segError = "no segmentation on this chip";
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        // A receiver that asks the device for more must find it unlocked.
+        float temperatureSeen = -1.0f;
+        connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
 
-void TestRadarDevice::segmentationDefaultsKeepUserSettingsOnRequest()
-{
-    QFETCH(bool, chirpValuesOnly);
-    QFETCH(quint32, tracks);
-    QFETCH(float, range);
-    FakeVrn fake;
-    fake.segDefaults.max_num_tracks = 10;
-    fake.segDefaults.max_detection_range_m = 5.0f;
-    fake.segDefaults.num_chirps_per_frame = 64;
-    RadarDevice device(&fake.table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    RadarDeviceConfiguration config;
-    smallScene(config, 0.1f);
-    config.setApplication(RadarConstants::Segmentation);
-    config.segmentation()->setMaxNumTracks(7);
-    config.segmentation()->setMaxDetectionRangeM(2.5f);
-    // A page that asks the device for more on a change must find it unlocked.
-    int changesSeen = 0;
-    connect(config.segmentation(), &SegmentationConfiguration::numChirpsPerFrameChanged, this, [&] {
-        device.getNumRxAntennas();
-        ++changesSeen;
-    });
+        config.setApplication(RadarConstants::Segmentation);
+        device.updateApplicationDefaults(config);
+        const QVector<RadarEvent> expected {
+            { RadarEventCode::Error, "Cannot get default config for segmentation", "no segmentation on this chip" },
+            { RadarEventCode::Error, "Failed to get default configuration for Segmentation calculations", "" },
+        };
+        QCOMPARE(eventsOf(events), expected);
+        QCOMPARE(temperatureSeen, 0.0f);
 
-    device.updateApplicationDefaults(config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
-                                                             : RadarDevice::SegmentationDefaults::Everything);
+        config.setApplication(RadarConstants::PresenceSensing);
+        device.updateApplicationDefaults(config);
+        QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
+        QCOMPARE(events.count(), 2);
+    }
 
-    QCOMPARE(config.segmentation()->maxNumTracks(), tracks);
-    QCOMPARE(config.segmentation()->maxDetectionRangeM(), range);
-    QCOMPARE(config.segmentation()->numChirpsPerFrame(), 64u);
-    QCOMPARE(changesSeen, 1);
-}
+    void chirpTimeFailureFindsTheDeviceUnlocked()
+    {
+        FakeVrn fake;
+        fake.chirpTimeError = "no chirp time";
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        // A receiver that asks the device for more must find it unlocked.
+        float temperatureSeen = -1.0f;
+        connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+
+        QVERIFY(device.setConfiguration(config));
+
+        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get chirp time", "no chirp time" } }));
+        QCOMPARE(temperatureSeen, 0.0f);
+    }
+
+    void segmentationDefaultsKeepUserSettingsOnRequest_data()
+    {
+        QTest::addColumn<bool>("chirpValuesOnly");
+        QTest::addColumn<quint32>("tracks");
+        QTest::addColumn<float>("range");
+        QTest::newRow("everything") << false << 10u << 5.0f;
+        QTest::newRow("chirp values only") << true << 7u << 2.5f;
+    }
+
+    void segmentationDefaultsKeepUserSettingsOnRequest()
+    {
+        QFETCH(bool, chirpValuesOnly);
+        QFETCH(quint32, tracks);
+        QFETCH(float, range);
+        FakeVrn fake;
+        fake.segDefaults.max_num_tracks = 10;
+        fake.segDefaults.max_detection_range_m = 5.0f;
+        fake.segDefaults.num_chirps_per_frame = 64;
+        RadarDevice device(&fake.table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        RadarDeviceConfiguration config;
+        smallScene(config, 0.1f);
+        config.setApplication(RadarConstants::Segmentation);
+        config.segmentation()->setMaxNumTracks(7);
+        config.segmentation()->setMaxDetectionRangeM(2.5f);
+        // A page that asks the device for more on a change must find it unlocked.
+        int changesSeen = 0;
+        connect(config.segmentation(), &SegmentationConfiguration::numChirpsPerFrameChanged, this, [&] {
+            device.getNumRxAntennas();
+            ++changesSeen;
+        });
+
+        device.updateApplicationDefaults(config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
+                                                                 : RadarDevice::SegmentationDefaults::Everything);
+
+        QCOMPARE(config.segmentation()->maxNumTracks(), tracks);
+        QCOMPARE(config.segmentation()->maxDetectionRangeM(), range);
+        QCOMPARE(config.segmentation()->numChirpsPerFrame(), 64u);
+        QCOMPARE(changesSeen, 1);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarDevice)
 #include "tst_RadarDevice.moc"

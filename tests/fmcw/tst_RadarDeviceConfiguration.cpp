@@ -60,512 +60,486 @@ class TestRadarDeviceConfiguration : public QObject
 private slots:
     void initTestCase() { Q_INIT_RESOURCE(radar_configurations); }
 
-    void defaultDocumentLoadsAndRoundTrips_data();
-    void defaultDocumentLoadsAndRoundTrips();
-    void invalidSceneIsRejectedWithMessage_data();
-    void invalidSceneIsRejectedWithMessage();
-    void invalidApplicationSectionIsRejected_data();
-    void invalidApplicationSectionIsRejected();
-    void applicationSectionFollowsMode_data();
-    void applicationSectionFollowsMode();
-    void extendedDocumentRoundTrips();
-    void extendedDocumentRejectsUnknownMimoMode();
-    void defaultResourceChoice_data();
-    void defaultResourceChoice();
-    void radarTypeFromDeviceName_data();
-    void radarTypeFromDeviceName();
-    void maxRangeIsFloored_data();
-    void maxRangeIsFloored();
-    void derivedValuesDoNotCountAsEdits();
-    void antennaMasksAreSanitised_data();
-    void antennaMasksAreSanitised();
-    void antennaListAndMask();
-    void metricsCompareWithTolerance_data();
-    void metricsCompareWithTolerance();
-    void limitsFromSdkFloorTheMaximumRange();
-    void typedFieldValueIsJudgedLikeTheFiles_data();
-    void typedFieldValueIsJudgedLikeTheFiles();
-};
-
-void TestRadarDeviceConfiguration::defaultDocumentLoadsAndRoundTrips_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<quint32>("rxMask");
-    QTest::addColumn<float>("rangeResolution");
-    QTest::addColumn<QString>("type");
-    QTest::newRow("KMR7A") << "defaultConfigKMR7A.json" << 0.1f << 0b0100u << 0.3f << "KMR7A";
-    QTest::newRow("PS_KMR7A") << "defaultConfigPS_KMR7A.json" << 0.2f << 0b0100u << 0.15f << "KMR7A";
-    QTest::newRow("Seg_KMR7A") << "defaultConfigSeg_KMR7A.json" << 0.1f << 0b0101u << 0.15f << "KMR7A";
-    QTest::newRow("KMR7B") << "defaultConfigKMR7B.json" << 0.1f << 0b0100u << 0.3f << "KMR7B";
-    QTest::newRow("KMR7C") << "defaultConfigKMR7C.json" << 0.1f << 0b0001u << 0.3f << "KMR7C";
-    QTest::newRow("PS_KMR7C") << "defaultConfigPS_KMR7C.json" << 0.2f << 0b0001u << 0.15f << "KMR7C";
-}
-
-void TestRadarDeviceConfiguration::defaultDocumentLoadsAndRoundTrips()
-{
-    QFETCH(QString, file);
-    QFETCH(float, frameTime);
-    QFETCH(quint32, rxMask);
-    QFETCH(float, rangeResolution);
-    QFETCH(QString, type);
-
-    const QJsonObject original = readResource(":/json/config/" + file);
-    QVERIFY(!original.isEmpty());
-    QCOMPARE(original.keys(), QStringList({ "device_config", "json_version" }));
-
-    RadarDeviceConfiguration config;
-    describeBoard(config, type);
-    auto tree = config.configurationTree();
-    QCOMPARE(loadFromText(*tree, toBytes(original)), QString());
-
-    const Metrics& metrics = *config.metrics();
-    QCOMPARE(metrics.frameRepetitionTimeS(), frameTime);
-    QCOMPARE(metrics.rx()->mask(), rxMask);
-    QCOMPARE(metrics.rangeResolutionM(), rangeResolution);
-    QCOMPARE(metrics.maxRangeM(), 9.6f);
-    QCOMPARE(config.fileVersion().check(type, "1.0"), QString());
-
-    // Saved again, every value comes back as shipped except the maximum
-    // range, which the setter cut down to one decimal place.
-    QJsonObject expected = original;
-    setPath(expected, { "device_config", "fmcw_scene", "max_range_m" }, double(9.6f));
-    auto saveTree = config.configurationTree();
-    const QJsonObject saved = writeTree(*saveTree);
-    QCOMPARE(saved, expected);
-
-    // From then on the document is stable byte for byte.
-    RadarDeviceConfiguration reloaded;
-    describeBoard(reloaded, type);
-    auto reloadTree = reloaded.configurationTree();
-    QCOMPARE(loadFromText(*reloadTree, toBytes(saved)), QString());
-    auto resaveTree = reloaded.configurationTree();
-    QCOMPARE(toBytes(writeTree(*resaveTree)), toBytes(saved));
-}
-
-void TestRadarDeviceConfiguration::invalidSceneIsRejectedWithMessage_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("sample rate 0") << "sample_rate_Hz" << QJsonValue(0) << "Value 0 not in expected range: [1 - 2000000000]";
-    QTest::newRow("sample rate too high") << "sample_rate_Hz" << QJsonValue(2000000001.0)
-                                          << "Value 2000000001 not in expected range: [1 - 2000000000]";
-    QTest::newRow("tx power 0") << "tx_power_level" << QJsonValue(0) << "Value 0 not in expected range: [1 - 100]";
-    QTest::newRow("if gain 101") << "if_gain_dB" << QJsonValue(101) << "Value 101 not in expected range: [1 - 100]";
-    QTest::newRow("max range 150") << "max_range_m" << QJsonValue(150) << "Value 150 not in expected range: [0.0001 - 100]";
-    QTest::newRow("range resolution tiny") << "range_resolution_m" << QJsonValue(0.00001)
-                                           << "Value 1e-05 not in expected range: [0.0001 - 100]";
-    QTest::newRow("frame time negative") << "frame_repetition_time_s" << QJsonValue(-1)
-                                         << "Value -1 not in expected range: [0.0001 - 100]";
-    QTest::newRow("centre frequency 0") << "center_frequency_Hz" << QJsonValue(0) << "Value must be greater than 0";
-    QTest::newRow("rx empty") << "rx_antennas" << QJsonValue(QJsonArray()) << "Array is empty";
-    QTest::newRow("rx 4 of 3") << "rx_antennas" << QJsonValue(QJsonArray { 1, 4 }) << "Invalid RX antenna index: 4";
-    QTest::newRow("rx 0") << "rx_antennas" << QJsonValue(QJsonArray { 0 }) << "Invalid RX antenna index: 0";
-    QTest::newRow("tx empty") << "tx_antennas" << QJsonValue(QJsonArray()) << "Array is empty";
-    QTest::newRow("tx 2 of 1") << "tx_antennas" << QJsonValue(QJsonArray { 2 }) << "Invalid TX antenna index: 2";
-}
-
-void TestRadarDeviceConfiguration::invalidSceneIsRejectedWithMessage()
-{
-    QFETCH(QString, key);
-    QFETCH(QJsonValue, value);
-    QFETCH(QString, message);
-
-    QJsonObject document = readResource(":/json/config/defaultConfigKMR7A.json");
-    setPath(document, { "device_config", "fmcw_scene", key }, value);
-
-    RadarDeviceConfiguration config;
-    describeBoard(config);
-    auto tree = config.configurationTree();
-    QCOMPARE(loadFromText(*tree, toBytes(document)),
-             QString("Field device_config.fmcw_scene.%1 validation error: %2").arg(key, message));
-    // Nothing of the rejected document was taken.
-    QCOMPARE(config.metrics()->sampleRateHz(), 0u);
-    QCOMPARE(config.metrics()->rx()->mask(), 0u);
-}
-
-void TestRadarDeviceConfiguration::invalidApplicationSectionIsRejected_data()
-{
-    QTest::addColumn<int>("application");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<QString>("message");
-    const int ps = RadarConstants::PresenceSensing;
-    const int seg = RadarConstants::Segmentation;
-    QTest::newRow("ps min range") << ps << "min_detection_range_m" << QJsonValue(25)
-                                  << "Value 25 not in expected range: [0.0001 - 20]";
-    QTest::newRow("ps max range") << ps << "max_detection_range_m" << QJsonValue(0)
-                                  << "Value 0 not in expected range: [0.0001 - 20]";
-    QTest::newRow("seg range") << seg << "max_detection_range_m" << QJsonValue(0.5)
-                               << "Value 0.5 not in expected range: [1 - 7]";
-    QTest::newRow("seg tracks") << seg << "max_num_tracks" << QJsonValue(51) << "Value 51 not in expected range: [1 - 50]";
-    QTest::newRow("seg no segments") << seg << "segments_degrees" << QJsonValue(QJsonArray())
-                                     << "Array length must be in range [1-3]";
-    QTest::newRow("seg four segments") << seg << "segments_degrees" << QJsonValue(QJsonArray { 10, 20, 30, 40 })
-                                       << "Array length must be in range [1-3]";
-    QTest::newRow("seg half degree") << seg << "segments_degrees" << QJsonValue(QJsonArray { 0.5 })
-                                     << "Value 0.5 not in expected range: [1 - 120]";
-    QTest::newRow("seg sensitivity") << seg << "detection_sensitivity" << QJsonValue("Huge") << "Invalid value: Huge";
-    QTest::newRow("seg removal") << seg << "static_target_removal" << QJsonValue("high") << "Invalid value: high";
-}
-
-void TestRadarDeviceConfiguration::invalidApplicationSectionIsRejected()
-{
-    QFETCH(int, application);
-    QFETCH(QString, key);
-    QFETCH(QJsonValue, value);
-    QFETCH(QString, message);
-
-    RadarDeviceConfiguration config;
-    describeBoard(config);
-    config.setApplication(RadarConstants::Application(application));
-    config.presenceSensing()->setMinDetectionRange(0.5f);
-    config.presenceSensing()->setMaxDetectionRange(5.0f);
-    config.segmentation()->setMaxDetectionRangeM(5.0f);
-    config.segmentation()->setMaxNumTracks(5);
-    config.segmentation()->setSegmentsDegrees({ 40.0f, 40.0f });
-    QJsonObject document = readResource(":/json/config/defaultConfigSeg_KMR7A.json");
-    auto saveTree = config.configurationTree();
-    QJsonObject valid = writeTree(*saveTree);
-    const QString section = application == RadarConstants::PresenceSensing ? "presence_sensing" : "segmentation";
-    document.insert(section, valid.value(section));
-    setPath(document, { section, key }, value);
-
-    RadarDeviceConfiguration loaded;
-    describeBoard(loaded);
-    loaded.setApplication(RadarConstants::Application(application));
-    auto tree = loaded.configurationTree();
-    QCOMPARE(loadFromText(*tree, toBytes(document)),
-             QString("Field %1.%2 validation error: %3").arg(section, key, message));
-    QCOMPARE(loaded.metrics()->sampleRateHz(), 0u);
-    QCOMPARE(loaded.segmentation()->maxNumTracks(), 0u);
-}
-
-void TestRadarDeviceConfiguration::applicationSectionFollowsMode_data()
-{
-    QTest::addColumn<int>("application");
-    QTest::addColumn<QStringList>("keys");
-    QTest::newRow("None") << int(RadarConstants::None) << QStringList { "device_config", "json_version" };
-    QTest::newRow("PresenceSensing") << int(RadarConstants::PresenceSensing)
-                                     << QStringList { "device_config", "json_version", "presence_sensing" };
-    QTest::newRow("Segmentation") << int(RadarConstants::Segmentation)
-                                  << QStringList { "device_config", "json_version", "segmentation" };
-}
-
-void TestRadarDeviceConfiguration::applicationSectionFollowsMode()
-{
-    QFETCH(int, application);
-    QFETCH(QStringList, keys);
-    RadarDeviceConfiguration config;
-    describeBoard(config, "KMR7C");
-    config.setApplication(RadarConstants::Application(application));
-    auto tree = config.configurationTree();
-    const QJsonObject saved = writeTree(*tree);
-    QCOMPARE(saved.keys(), keys);
-    QCOMPARE(saved.value("json_version").toObject().value("type").toString(), QString("KMR7C"));
-    QCOMPARE(saved.value("json_version").toObject().value("version").toString(), QString("1.0"));
-}
-
-void TestRadarDeviceConfiguration::extendedDocumentRoundTrips()
-{
-    RadarDeviceConfiguration config;
-    describeBoard(config);
-    config.setApplication(RadarConstants::Segmentation);
-    config.deviceInfo()->setDeviceFirmwareNumber("v2.5.1");
-    config.deviceInfo()->setMaxRfFrequencyHz(61500000000ull);
-    config.deviceInfo()->setDeviceTxPower({ 4.5f });
-    config.parameters()->setNumSamplesPerChirp(128);
-    config.parameters()->setMimoMode("tdm");
-    config.parameters()->setUpperFrequencyHz(61000000000ull);
-    vrn_Metrics_Limits_t limits {};
-    limits.if_gain_dB_max = 60;
-    limits.frame_repetition_time_s_min = 0.02f;
-    config.limits()->setFromSdk(limits);
-
-    auto tree = config.extendedConfigurationTree();
-    const QJsonObject saved = writeTree(*tree);
-    QCOMPARE(saved.keys(), QStringList({ "application", "device_info", "json_version", "metrics_limits",
-                                         "radar_device_parameters" }));
-    QCOMPARE(saved.value("application").toString(), QString("Segmentation"));
-    QCOMPARE(saved.value("json_version").toObject().value("type").toString(), QString("KMR7A_Extended"));
-
-    // Loaded into a fresh configuration, everything set above is saved
-    // again unchanged.
-    RadarDeviceConfiguration loaded;
-    auto loadTree = loaded.extendedConfigurationTree();
-    QCOMPARE(loadFromText(*loadTree, toBytes(saved)), QString());
-    QCOMPARE(loaded.application(), RadarConstants::Segmentation);
-    QCOMPARE(loaded.parameters()->mimoMode(), QString("tdm"));
-    auto resaveTree = loaded.extendedConfigurationTree();
-    QCOMPARE(writeTree(*resaveTree), saved);
-    QCOMPARE(loaded.extendedFileVersion().check("KMR7A_Extended", "1.0"), QString());
-}
-
-void TestRadarDeviceConfiguration::extendedDocumentRejectsUnknownMimoMode()
-{
-    RadarDeviceConfiguration config;
-    describeBoard(config);
-    auto tree = config.extendedConfigurationTree();
-    QJsonObject document = writeTree(*tree);
-    setPath(document, { "radar_device_parameters", "mimo_mode" }, "fdm");
-    setPath(document, { "application", }, "PresenceSensing");
-
-    RadarDeviceConfiguration loaded;
-    auto loadTree = loaded.extendedConfigurationTree();
-    QCOMPARE(loadFromText(*loadTree, toBytes(document)),
-             QString("Field radar_device_parameters.mimo_mode validation error: Invalid value"));
-    QCOMPARE(loaded.application(), RadarConstants::None);
-}
-
-void TestRadarDeviceConfiguration::defaultResourceChoice_data()
-{
-    QTest::addColumn<int>("application");
-    QTest::addColumn<int>("radarType");
-    QTest::addColumn<QString>("resource");
-    using namespace RadarConstants;
-    QTest::newRow("PS on 7C") << int(PresenceSensing) << int(KMR7C) << "defaultConfigPS_KMR7C.json";
-    QTest::newRow("PS on 7B") << int(PresenceSensing) << int(KMR7B) << "defaultConfigPS_KMR7A.json";
-    QTest::newRow("PS on unknown") << int(PresenceSensing) << int(Unknown) << "defaultConfigPS_KMR7A.json";
-    QTest::newRow("Seg on 7C") << int(Segmentation) << int(KMR7C) << "defaultConfigSeg_KMR7A.json";
-    QTest::newRow("None on 7B") << int(None) << int(KMR7B) << "defaultConfigKMR7B.json";
-    QTest::newRow("None on 7A") << int(None) << int(KMR7A) << "defaultConfigKMR7A.json";
-    QTest::newRow("None on 7C") << int(None) << int(KMR7C) << "defaultConfigKMR7C.json";
-    QTest::newRow("None on unknown") << int(None) << int(Unknown) << "defaultConfigKMR7A.json";
-}
-
-void TestRadarDeviceConfiguration::defaultResourceChoice()
-{
-    QFETCH(int, application);
-    QFETCH(int, radarType);
-    QFETCH(QString, resource);
-    const QString path = RadarDeviceConfiguration::defaultConfigurationResource(
-        RadarConstants::Application(application), RadarConstants::RadarType(radarType));
-    QCOMPARE(path, ":/json/config/" + resource);
-    QVERIFY(QFile::exists(path));
-}
-
-void TestRadarDeviceConfiguration::radarTypeFromDeviceName_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("type");
-    QTest::newRow("7B") << "KMR7B" << int(RadarConstants::KMR7B);
-    QTest::newRow("7A") << "KMR7A" << int(RadarConstants::KMR7A);
-    QTest::newRow("7C") << "KMR7C" << int(RadarConstants::KMR7C);
-    QTest::newRow("lower case") << "kmr7a" << int(RadarConstants::Unknown);
-    QTest::newRow("longer") << "KMR7A2" << int(RadarConstants::Unknown);
-    QTest::newRow("empty") << "" << int(RadarConstants::Unknown);
-}
-
-void TestRadarDeviceConfiguration::radarTypeFromDeviceName()
-{
-    QFETCH(QString, name);
-    QFETCH(int, type);
-    RadarDeviceConfiguration config;
-    config.deviceInfo()->setDeviceName(name);
-    QCOMPARE(int(config.radarType()), type);
-}
-
-void TestRadarDeviceConfiguration::maxRangeIsFloored_data()
-{
-    QTest::addColumn<float>("value");
-    QTest::addColumn<float>("stored");
-    QTest::newRow("9.64") << 9.64f << 9.6f;
-    QTest::newRow("9.66") << 9.66f << 9.6f;
-    QTest::newRow("shipped") << 9.600960731506348f << 9.6f;
-    QTest::newRow("0.84") << 0.84f << 0.8f;
-    QTest::newRow("largest float") << std::numeric_limits<float>::max() << std::numeric_limits<float>::max();
-}
-
-void TestRadarDeviceConfiguration::maxRangeIsFloored()
-{
-    QFETCH(float, value);
-    QFETCH(float, stored);
-    Metrics metrics;
-    metrics.setMaxRangeM(value);
-    QCOMPARE(metrics.maxRangeM(), stored);
-}
-
-void TestRadarDeviceConfiguration::derivedValuesDoNotCountAsEdits()
-{
-    Metrics metrics;
-    QSignalSpy edits(&metrics, &Metrics::guiParamChanged);
-    QSignalSpy sampleRate(&metrics, &Metrics::sampleRateHzChanged);
-    metrics.setSampleRateHz(2000000);
-    metrics.setCenterFrequencyHz(61e9f);
-    QCOMPARE(sampleRate.count(), 1);
-    QCOMPARE(edits.count(), 0);
-    metrics.setTxPowerLevel(20);
-    metrics.setTxPowerLevel(20);
-    metrics.rx()->setMask(0b0010);
-    QCOMPARE(edits.count(), 2);
-}
-
-void TestRadarDeviceConfiguration::antennaMasksAreSanitised_data()
-{
-    QTest::addColumn<bool>("transmit");
-    QTest::addColumn<quint32>("stored");
-    QTest::addColumn<quint32>("requested");
-    QTest::addColumn<quint32>("expected");
-    QTest::newRow("tx adds second") << true << 0b0001u << 0b0011u << 0b0010u;
-    QTest::newRow("tx none") << true << 0b0001u << 0u << 0b0001u;
-    QTest::newRow("tx single") << true << 0b0001u << 0b0100u << 0b0100u;
-    QTest::newRow("rx none") << false << 0b0001u << 0u << 0b0100u;
-    QTest::newRow("rx several") << false << 0b0001u << 0b1011u << 0b1011u;
-}
-
-void TestRadarDeviceConfiguration::antennaMasksAreSanitised()
-{
-    QFETCH(bool, transmit);
-    QFETCH(quint32, stored);
-    QFETCH(quint32, requested);
-    QFETCH(quint32, expected);
-    Metrics metrics;
-    RadarAntennas* antennas = transmit ? metrics.tx() : metrics.rx();
-    antennas->setMask(stored);
-    QCOMPARE(antennas->mask(), stored);
-    antennas->setMask(requested);
-    QCOMPARE(antennas->mask(), expected);
-}
-
-void TestRadarDeviceConfiguration::antennaListAndMask()
-{
-    Metrics metrics;
-    QSignalSpy changed(metrics.rx(), &RadarAntennas::antennasChanged);
-    metrics.rx()->setActiveAntennas({ 1, 3 });
-    QCOMPARE(metrics.rx()->mask(), 0b0101u);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).value<QVector<int>>(), QVector<int>({ 1, 3 }));
-    QVERIFY(metrics.rx()->isActive(2));
-    QVERIFY(!metrics.rx()->isActive(1));
-    QVERIFY(!metrics.rx()->isActive(4));
-    QCOMPARE(metrics.rx()->getNumberOfEnabled(), 2);
-    metrics.rx()->setEnabled(3, true);
-    QCOMPARE(metrics.rx()->activeAntennas(), QVector<int>({ 1, 3, 4 }));
-    // Switching the only transmitter off keeps antenna 1 on.
-    metrics.tx()->setActiveAntennas({ 2 });
-    metrics.tx()->setEnabled(1, false);
-    QCOMPARE(metrics.tx()->mask(), 0b0001u);
-}
-
-void TestRadarDeviceConfiguration::metricsCompareWithTolerance_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<double>("delta");
-    QTest::addColumn<bool>("equal");
-    QTest::newRow("frame time +0.0005") << "frame" << 0.0005 << true;
-    QTest::newRow("frame time +0.002") << "frame" << 0.002 << false;
-    QTest::newRow("speed resolution +0.0009") << "speed" << 0.0009 << true;
-    QTest::newRow("speed resolution +0.01") << "speed" << 0.01 << false;
-    QTest::newRow("sample rate +1") << "sampleRate" << 1.0 << false;
-    QTest::newRow("rx mask") << "rx" << 1.0 << false;
-}
-
-void TestRadarDeviceConfiguration::metricsCompareWithTolerance()
-{
-    QFETCH(QString, field);
-    QFETCH(double, delta);
-    QFETCH(bool, equal);
-    Metrics a;
-    Metrics b;
-    for (Metrics* m : { &a, &b }) {
-        m->setFrameRepetitionTimeS(0.1f);
-        m->setSpeedResolutionMs(0.08f);
-        m->setSampleRateHz(1000000);
-        m->rx()->setMask(0b0100);
+    void defaultDocumentLoadsAndRoundTrips_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<quint32>("rxMask");
+        QTest::addColumn<float>("rangeResolution");
+        QTest::addColumn<QString>("type");
+        QTest::newRow("KMR7A") << "defaultConfigKMR7A.json" << 0.1f << 0b0100u << 0.3f << "KMR7A";
+        QTest::newRow("PS_KMR7A") << "defaultConfigPS_KMR7A.json" << 0.2f << 0b0100u << 0.15f << "KMR7A";
+        QTest::newRow("Seg_KMR7A") << "defaultConfigSeg_KMR7A.json" << 0.1f << 0b0101u << 0.15f << "KMR7A";
+        QTest::newRow("KMR7B") << "defaultConfigKMR7B.json" << 0.1f << 0b0100u << 0.3f << "KMR7B";
+        QTest::newRow("KMR7C") << "defaultConfigKMR7C.json" << 0.1f << 0b0001u << 0.3f << "KMR7C";
+        QTest::newRow("PS_KMR7C") << "defaultConfigPS_KMR7C.json" << 0.2f << 0b0001u << 0.15f << "KMR7C";
     }
-    if (field == "frame")
-        b.setFrameRepetitionTimeS(float(0.1 + delta));
-    else if (field == "speed")
-        b.setSpeedResolutionMs(float(0.08 + delta));
-    else if (field == "sampleRate")
-        b.setSampleRateHz(1000000 + quint32(delta));
-    else
-        b.rx()->setMask(0b0101);
-    QCOMPARE(a == b, equal);
-    QCOMPARE(a != b, !equal);
-}
 
-void TestRadarDeviceConfiguration::limitsFromSdkFloorTheMaximumRange()
-{
-    MetricsLimits limits;
-    QCOMPARE(limits.sampleRateHzMax(), 4294967295u);
-    QCOMPARE(limits.maxRangeMMin(), -3.4028235e38f);
-    vrn_Metrics_Limits_t sdk {};
-    sdk.sample_rate_Hz_min = 100000;
-    sdk.sample_rate_Hz_max = 2000000;
-    sdk.max_range_m_min = 0.84f;
-    sdk.max_range_m_max = 19.27f;
-    sdk.frame_repetition_time_s_min = 0.01f;
-    QSignalSpy range(&limits, &MetricsLimits::maxRangeMLimitChanged);
-    QSignalSpy ifGain(&limits, &MetricsLimits::ifGainDbLimitChanged);
-    limits.setFromSdk(sdk);
-    QCOMPARE(limits.maxRangeMMin(), 0.8f);
-    QCOMPARE(limits.maxRangeMMax(), 19.2f);
-    QCOMPARE(limits.exactMaxRangeMMin(), 0.84f);
-    QCOMPARE(limits.sampleRateHzMax(), 2000000u);
-    QCOMPARE(limits.frameRepetitionTimeSMin(), 0.01f);
-    QVERIFY(range.count() > 0);
-    // The IF gain pair 0..0 differs from the unbounded start only in its
-    // maximum.
-    QCOMPARE(ifGain.count(), 1);
-    range.clear();
-    limits.setFromSdk(sdk);
-    QCOMPARE(range.count(), 0);
-}
+    void defaultDocumentLoadsAndRoundTrips()
+    {
+        QFETCH(QString, file);
+        QFETCH(float, frameTime);
+        QFETCH(quint32, rxMask);
+        QFETCH(float, rangeResolution);
+        QFETCH(QString, type);
 
-void TestRadarDeviceConfiguration::typedFieldValueIsJudgedLikeTheFiles_data()
-{
-    QTest::addColumn<bool>("deviceLimits");
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("message");
-    const QString range = QStringLiteral("Value %1 not in expected range: [%2 - %3]");
-    QTest::newRow("max range within") << false << "metrics.maxRangeM" << "9.6" << "";
-    QTest::newRow("max range 150") << false << "metrics.maxRangeM" << "150" << range.arg("150", "0.0001", "100");
-    QTest::newRow("max range beyond device") << true << "metrics.maxRangeM" << "25" << range.arg("25", "0.8", "19.2");
-    QTest::newRow("device limits first") << true << "metrics.maxRangeM" << "150" << range.arg("150", "0.8", "19.2");
-    QTest::newRow("frame time 0") << false << "metrics.frameRepetitionTimeS" << "0" << range.arg("0", "0.0001", "100");
-    QTest::newRow("sample rate beyond device") << true << "metrics.sampleRateHz" << "3000000"
-                                               << range.arg("3000000", "100000", "2000000");
-    QTest::newRow("sample rate fraction") << false << "metrics.sampleRateHz" << "1.5" << "Value 1.5 is not a whole number";
-    QTest::newRow("if gain negative") << false << "metrics.ifGainDB" << "-3" << "Value -3 must not be negative";
-    QTest::newRow("tx power 101") << false << "metrics.txPowerLevel" << " 101 " << range.arg("101", "1", "100");
-    QTest::newRow("centre frequency 0") << false << "metrics.centerFrequencyHz" << "0" << "Value must be greater than 0";
-    QTest::newRow("not a number") << false << "metrics.maxSpeedMs" << "fast" << "Value fast is not a number";
-    QTest::newRow("empty") << false << "metrics.maxSpeedMs" << "  " << "A value is required";
-    QTest::newRow("presence range 21") << false << "presencesensing.maxDetectionRange" << "21"
-                                       << range.arg("21", "0.0001", "20");
-    QTest::newRow("presence count anything") << false << "presencesensing.absenceConfirmCount" << "4000" << "";
-    QTest::newRow("segmentation range 8") << false << "segmentation.maxDetectionRangeM" << "8" << range.arg("8", "1", "7");
-    QTest::newRow("tracks 51") << false << "segmentation.maxNumTracks" << "51" << range.arg("51", "1", "50");
-    QTest::newRow("segment 121") << false << "segmentation.segmentsDegrees" << "121" << range.arg("121", "1", "120");
-    QTest::newRow("segment 40") << false << "segmentation.segmentsDegrees" << "40" << "";
-    QTest::newRow("unknown field") << false << "metrics.colour" << "1" << "Unknown field metrics.colour";
-}
+        const QJsonObject original = readResource(":/json/config/" + file);
+        QVERIFY(!original.isEmpty());
+        QCOMPARE(original.keys(), QStringList({ "device_config", "json_version" }));
 
-void TestRadarDeviceConfiguration::typedFieldValueIsJudgedLikeTheFiles()
-{
-    QFETCH(bool, deviceLimits);
-    QFETCH(QString, field);
-    QFETCH(QString, text);
-    QFETCH(QString, message);
-    RadarDeviceConfiguration config;
-    if (deviceLimits) {
+        RadarDeviceConfiguration config;
+        describeBoard(config, type);
+        auto tree = config.configurationTree();
+        QCOMPARE(loadFromText(*tree, toBytes(original)), QString());
+
+        const Metrics& metrics = *config.metrics();
+        QCOMPARE(metrics.frameRepetitionTimeS(), frameTime);
+        QCOMPARE(metrics.rx()->mask(), rxMask);
+        QCOMPARE(metrics.rangeResolutionM(), rangeResolution);
+        QCOMPARE(metrics.maxRangeM(), 9.6f);
+        QCOMPARE(config.fileVersion().check(type, "1.0"), QString());
+
+        // Saved again, every value comes back as shipped except the maximum
+        // range, which the setter cut down to one decimal place.
+        QJsonObject expected = original;
+        setPath(expected, { "device_config", "fmcw_scene", "max_range_m" }, double(9.6f));
+        auto saveTree = config.configurationTree();
+        const QJsonObject saved = writeTree(*saveTree);
+        QCOMPARE(saved, expected);
+
+        // From then on the document is stable byte for byte.
+        RadarDeviceConfiguration reloaded;
+        describeBoard(reloaded, type);
+        auto reloadTree = reloaded.configurationTree();
+        QCOMPARE(loadFromText(*reloadTree, toBytes(saved)), QString());
+        auto resaveTree = reloaded.configurationTree();
+        QCOMPARE(toBytes(writeTree(*resaveTree)), toBytes(saved));
+    }
+
+    void invalidSceneIsRejectedWithMessage_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("sample rate 0") << "sample_rate_Hz" << QJsonValue(0) << "Value 0 not in expected range: [1 - 2000000000]";
+        QTest::newRow("sample rate too high") << "sample_rate_Hz" << QJsonValue(2000000001.0)
+                                              << "Value 2000000001 not in expected range: [1 - 2000000000]";
+        QTest::newRow("tx power 0") << "tx_power_level" << QJsonValue(0) << "Value 0 not in expected range: [1 - 100]";
+        QTest::newRow("if gain 101") << "if_gain_dB" << QJsonValue(101) << "Value 101 not in expected range: [1 - 100]";
+        QTest::newRow("max range 150") << "max_range_m" << QJsonValue(150) << "Value 150 not in expected range: [0.0001 - 100]";
+        QTest::newRow("range resolution tiny") << "range_resolution_m" << QJsonValue(0.00001)
+                                               << "Value 1e-05 not in expected range: [0.0001 - 100]";
+        QTest::newRow("frame time negative") << "frame_repetition_time_s" << QJsonValue(-1)
+                                             << "Value -1 not in expected range: [0.0001 - 100]";
+        QTest::newRow("centre frequency 0") << "center_frequency_Hz" << QJsonValue(0) << "Value must be greater than 0";
+        QTest::newRow("rx empty") << "rx_antennas" << QJsonValue(QJsonArray()) << "Array is empty";
+        QTest::newRow("rx 4 of 3") << "rx_antennas" << QJsonValue(QJsonArray { 1, 4 }) << "Invalid RX antenna index: 4";
+        QTest::newRow("rx 0") << "rx_antennas" << QJsonValue(QJsonArray { 0 }) << "Invalid RX antenna index: 0";
+        QTest::newRow("tx empty") << "tx_antennas" << QJsonValue(QJsonArray()) << "Array is empty";
+        QTest::newRow("tx 2 of 1") << "tx_antennas" << QJsonValue(QJsonArray { 2 }) << "Invalid TX antenna index: 2";
+    }
+
+    void invalidSceneIsRejectedWithMessage()
+    {
+        QFETCH(QString, key);
+        QFETCH(QJsonValue, value);
+        QFETCH(QString, message);
+
+        QJsonObject document = readResource(":/json/config/defaultConfigKMR7A.json");
+        setPath(document, { "device_config", "fmcw_scene", key }, value);
+
+        RadarDeviceConfiguration config;
+        describeBoard(config);
+        auto tree = config.configurationTree();
+        QCOMPARE(loadFromText(*tree, toBytes(document)),
+                 QString("Field device_config.fmcw_scene.%1 validation error: %2").arg(key, message));
+        // Nothing of the rejected document was taken.
+        QCOMPARE(config.metrics()->sampleRateHz(), 0u);
+        QCOMPARE(config.metrics()->rx()->mask(), 0u);
+    }
+
+    void invalidApplicationSectionIsRejected_data()
+    {
+        QTest::addColumn<int>("application");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+        QTest::addColumn<QString>("message");
+        const int ps = RadarConstants::PresenceSensing;
+        const int seg = RadarConstants::Segmentation;
+        QTest::newRow("ps min range") << ps << "min_detection_range_m" << QJsonValue(25)
+                                      << "Value 25 not in expected range: [0.0001 - 20]";
+        QTest::newRow("ps max range") << ps << "max_detection_range_m" << QJsonValue(0)
+                                      << "Value 0 not in expected range: [0.0001 - 20]";
+        QTest::newRow("seg range") << seg << "max_detection_range_m" << QJsonValue(0.5)
+                                   << "Value 0.5 not in expected range: [1 - 7]";
+        QTest::newRow("seg tracks") << seg << "max_num_tracks" << QJsonValue(51) << "Value 51 not in expected range: [1 - 50]";
+        QTest::newRow("seg no segments") << seg << "segments_degrees" << QJsonValue(QJsonArray())
+                                         << "Array length must be in range [1-3]";
+        QTest::newRow("seg four segments") << seg << "segments_degrees" << QJsonValue(QJsonArray { 10, 20, 30, 40 })
+                                           << "Array length must be in range [1-3]";
+        QTest::newRow("seg half degree") << seg << "segments_degrees" << QJsonValue(QJsonArray { 0.5 })
+                                         << "Value 0.5 not in expected range: [1 - 120]";
+        QTest::newRow("seg sensitivity") << seg << "detection_sensitivity" << QJsonValue("Huge") << "Invalid value: Huge";
+        QTest::newRow("seg removal") << seg << "static_target_removal" << QJsonValue("high") << "Invalid value: high";
+    }
+
+    void invalidApplicationSectionIsRejected()
+    {
+        QFETCH(int, application);
+        QFETCH(QString, key);
+        QFETCH(QJsonValue, value);
+        QFETCH(QString, message);
+
+        RadarDeviceConfiguration config;
+        describeBoard(config);
+        config.setApplication(RadarConstants::Application(application));
+        config.presenceSensing()->setMinDetectionRange(0.5f);
+        config.presenceSensing()->setMaxDetectionRange(5.0f);
+        config.segmentation()->setMaxDetectionRangeM(5.0f);
+        config.segmentation()->setMaxNumTracks(5);
+        config.segmentation()->setSegmentsDegrees({ 40.0f, 40.0f });
+        QJsonObject document = readResource(":/json/config/defaultConfigSeg_KMR7A.json");
+        auto saveTree = config.configurationTree();
+        QJsonObject valid = writeTree(*saveTree);
+        const QString section = application == RadarConstants::PresenceSensing ? "presence_sensing" : "segmentation";
+        document.insert(section, valid.value(section));
+        setPath(document, { section, key }, value);
+
+        RadarDeviceConfiguration loaded;
+        describeBoard(loaded);
+        loaded.setApplication(RadarConstants::Application(application));
+        auto tree = loaded.configurationTree();
+        QCOMPARE(loadFromText(*tree, toBytes(document)),
+                 QString("Field %1.%2 validation error: %3").arg(section, key, message));
+        QCOMPARE(loaded.metrics()->sampleRateHz(), 0u);
+        QCOMPARE(loaded.segmentation()->maxNumTracks(), 0u);
+    }
+
+    void applicationSectionFollowsMode_data()
+    {
+        QTest::addColumn<int>("application");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("None") << int(RadarConstants::None) << QStringList { "device_config", "json_version" };
+        QTest::newRow("PresenceSensing") << int(RadarConstants::PresenceSensing)
+                                         << QStringList { "device_config", "json_version", "presence_sensing" };
+        QTest::newRow("Segmentation") << int(RadarConstants::Segmentation)
+                                      << QStringList { "device_config", "json_version", "segmentation" };
+    }
+
+    void applicationSectionFollowsMode()
+    {
+        QFETCH(int, application);
+        QFETCH(QStringList, keys);
+        RadarDeviceConfiguration config;
+        describeBoard(config, "KMR7C");
+        config.setApplication(RadarConstants::Application(application));
+        auto tree = config.configurationTree();
+        const QJsonObject saved = writeTree(*tree);
+        QCOMPARE(saved.keys(), keys);
+        QCOMPARE(saved.value("json_version").toObject().value("type").toString(), QString("KMR7C"));
+        QCOMPARE(saved.value("json_version").toObject().value("version").toString(), QString("1.0"));
+    }
+
+    void extendedDocumentRoundTrips()
+    {
+        RadarDeviceConfiguration config;
+        describeBoard(config);
+        config.setApplication(RadarConstants::Segmentation);
+        config.deviceInfo()->setDeviceFirmwareNumber("v2.5.1");
+        config.deviceInfo()->setMaxRfFrequencyHz(61500000000ull);
+        config.deviceInfo()->setDeviceTxPower({ 4.5f });
+        config.parameters()->setNumSamplesPerChirp(128);
+        config.parameters()->setMimoMode("tdm");
+        config.parameters()->setUpperFrequencyHz(61000000000ull);
+        vrn_Metrics_Limits_t limits {};
+        limits.if_gain_dB_max = 60;
+        limits.frame_repetition_time_s_min = 0.02f;
+        config.limits()->setFromSdk(limits);
+
+        auto tree = config.extendedConfigurationTree();
+        const QJsonObject saved = writeTree(*tree);
+        QCOMPARE(saved.keys(), QStringList({ "application", "device_info", "json_version", "metrics_limits",
+                                             "radar_device_parameters" }));
+        QCOMPARE(saved.value("application").toString(), QString("Segmentation"));
+        QCOMPARE(saved.value("json_version").toObject().value("type").toString(), QString("KMR7A_Extended"));
+
+        // Loaded into a fresh configuration, everything set above is saved
+        // again unchanged.
+        RadarDeviceConfiguration loaded;
+        auto loadTree = loaded.extendedConfigurationTree();
+        QCOMPARE(loadFromText(*loadTree, toBytes(saved)), QString());
+        QCOMPARE(loaded.application(), RadarConstants::Segmentation);
+        QCOMPARE(loaded.parameters()->mimoMode(), QString("tdm"));
+        auto resaveTree = loaded.extendedConfigurationTree();
+        QCOMPARE(writeTree(*resaveTree), saved);
+        QCOMPARE(loaded.extendedFileVersion().check("KMR7A_Extended", "1.0"), QString());
+    }
+
+    void extendedDocumentRejectsUnknownMimoMode()
+    {
+        RadarDeviceConfiguration config;
+        describeBoard(config);
+        auto tree = config.extendedConfigurationTree();
+        QJsonObject document = writeTree(*tree);
+        setPath(document, { "radar_device_parameters", "mimo_mode" }, "fdm");
+        setPath(document, { "application", }, "PresenceSensing");
+
+        RadarDeviceConfiguration loaded;
+        auto loadTree = loaded.extendedConfigurationTree();
+        QCOMPARE(loadFromText(*loadTree, toBytes(document)),
+                 QString("Field radar_device_parameters.mimo_mode validation error: Invalid value"));
+        QCOMPARE(loaded.application(), RadarConstants::None);
+    }
+
+    void defaultResourceChoice_data()
+    {
+        QTest::addColumn<int>("application");
+        QTest::addColumn<int>("radarType");
+        QTest::addColumn<QString>("resource");
+        using namespace RadarConstants;
+        QTest::newRow("PS on 7C") << int(PresenceSensing) << int(KMR7C) << "defaultConfigPS_KMR7C.json";
+        QTest::newRow("PS on 7B") << int(PresenceSensing) << int(KMR7B) << "defaultConfigPS_KMR7A.json";
+        QTest::newRow("PS on unknown") << int(PresenceSensing) << int(Unknown) << "defaultConfigPS_KMR7A.json";
+        QTest::newRow("Seg on 7C") << int(Segmentation) << int(KMR7C) << "defaultConfigSeg_KMR7A.json";
+        QTest::newRow("None on 7B") << int(None) << int(KMR7B) << "defaultConfigKMR7B.json";
+        QTest::newRow("None on 7A") << int(None) << int(KMR7A) << "defaultConfigKMR7A.json";
+        QTest::newRow("None on 7C") << int(None) << int(KMR7C) << "defaultConfigKMR7C.json";
+        QTest::newRow("None on unknown") << int(None) << int(Unknown) << "defaultConfigKMR7A.json";
+    }
+
+    void defaultResourceChoice()
+    {
+        QFETCH(int, application);
+        QFETCH(int, radarType);
+        QFETCH(QString, resource);
+        const QString path = RadarDeviceConfiguration::defaultConfigurationResource(
+            RadarConstants::Application(application), RadarConstants::RadarType(radarType));
+        QCOMPARE(path, ":/json/config/" + resource);
+        QVERIFY(QFile::exists(path));
+    }
+
+    void radarTypeFromDeviceName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("type");
+        QTest::newRow("7B") << "KMR7B" << int(RadarConstants::KMR7B);
+        QTest::newRow("7A") << "KMR7A" << int(RadarConstants::KMR7A);
+        QTest::newRow("7C") << "KMR7C" << int(RadarConstants::KMR7C);
+        QTest::newRow("lower case") << "kmr7a" << int(RadarConstants::Unknown);
+        QTest::newRow("longer") << "KMR7A2" << int(RadarConstants::Unknown);
+        QTest::newRow("empty") << "" << int(RadarConstants::Unknown);
+    }
+
+    void radarTypeFromDeviceName()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, type);
+        RadarDeviceConfiguration config;
+        config.deviceInfo()->setDeviceName(name);
+        QCOMPARE(int(config.radarType()), type);
+    }
+
+    void maxRangeIsFloored_data()
+    {
+        QTest::addColumn<float>("value");
+        QTest::addColumn<float>("stored");
+        QTest::newRow("9.64") << 9.64f << 9.6f;
+        QTest::newRow("9.66") << 9.66f << 9.6f;
+        QTest::newRow("shipped") << 9.600960731506348f << 9.6f;
+        QTest::newRow("0.84") << 0.84f << 0.8f;
+        QTest::newRow("largest float") << std::numeric_limits<float>::max() << std::numeric_limits<float>::max();
+    }
+
+    void maxRangeIsFloored()
+    {
+        QFETCH(float, value);
+        QFETCH(float, stored);
+        Metrics metrics;
+        metrics.setMaxRangeM(value);
+        QCOMPARE(metrics.maxRangeM(), stored);
+    }
+
+    void derivedValuesDoNotCountAsEdits()
+    {
+        Metrics metrics;
+        QSignalSpy edits(&metrics, &Metrics::guiParamChanged);
+        QSignalSpy sampleRate(&metrics, &Metrics::sampleRateHzChanged);
+        metrics.setSampleRateHz(2000000);
+        metrics.setCenterFrequencyHz(61e9f);
+        QCOMPARE(sampleRate.count(), 1);
+        QCOMPARE(edits.count(), 0);
+        metrics.setTxPowerLevel(20);
+        metrics.setTxPowerLevel(20);
+        metrics.rx()->setMask(0b0010);
+        QCOMPARE(edits.count(), 2);
+    }
+
+    void antennaMasksAreSanitised_data()
+    {
+        QTest::addColumn<bool>("transmit");
+        QTest::addColumn<quint32>("stored");
+        QTest::addColumn<quint32>("requested");
+        QTest::addColumn<quint32>("expected");
+        QTest::newRow("tx adds second") << true << 0b0001u << 0b0011u << 0b0010u;
+        QTest::newRow("tx none") << true << 0b0001u << 0u << 0b0001u;
+        QTest::newRow("tx single") << true << 0b0001u << 0b0100u << 0b0100u;
+        QTest::newRow("rx none") << false << 0b0001u << 0u << 0b0100u;
+        QTest::newRow("rx several") << false << 0b0001u << 0b1011u << 0b1011u;
+    }
+
+    void antennaMasksAreSanitised()
+    {
+        QFETCH(bool, transmit);
+        QFETCH(quint32, stored);
+        QFETCH(quint32, requested);
+        QFETCH(quint32, expected);
+        Metrics metrics;
+        RadarAntennas* antennas = transmit ? metrics.tx() : metrics.rx();
+        antennas->setMask(stored);
+        QCOMPARE(antennas->mask(), stored);
+        antennas->setMask(requested);
+        QCOMPARE(antennas->mask(), expected);
+    }
+
+    void antennaListAndMask()
+    {
+        Metrics metrics;
+        QSignalSpy changed(metrics.rx(), &RadarAntennas::antennasChanged);
+        metrics.rx()->setActiveAntennas({ 1, 3 });
+        QCOMPARE(metrics.rx()->mask(), 0b0101u);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.at(0).at(0).value<QVector<int>>(), QVector<int>({ 1, 3 }));
+        QVERIFY(metrics.rx()->isActive(2));
+        QVERIFY(!metrics.rx()->isActive(1));
+        QVERIFY(!metrics.rx()->isActive(4));
+        QCOMPARE(metrics.rx()->getNumberOfEnabled(), 2);
+        metrics.rx()->setEnabled(3, true);
+        QCOMPARE(metrics.rx()->activeAntennas(), QVector<int>({ 1, 3, 4 }));
+        // Switching the only transmitter off keeps antenna 1 on.
+        metrics.tx()->setActiveAntennas({ 2 });
+        metrics.tx()->setEnabled(1, false);
+        QCOMPARE(metrics.tx()->mask(), 0b0001u);
+    }
+
+    void metricsCompareWithTolerance_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<double>("delta");
+        QTest::addColumn<bool>("equal");
+        QTest::newRow("frame time +0.0005") << "frame" << 0.0005 << true;
+        QTest::newRow("frame time +0.002") << "frame" << 0.002 << false;
+        QTest::newRow("speed resolution +0.0009") << "speed" << 0.0009 << true;
+        QTest::newRow("speed resolution +0.01") << "speed" << 0.01 << false;
+        QTest::newRow("sample rate +1") << "sampleRate" << 1.0 << false;
+        QTest::newRow("rx mask") << "rx" << 1.0 << false;
+    }
+
+    void metricsCompareWithTolerance()
+    {
+        QFETCH(QString, field);
+        QFETCH(double, delta);
+        QFETCH(bool, equal);
+        Metrics a;
+        Metrics b;
+        for (Metrics* m : { &a, &b }) {
+            m->setFrameRepetitionTimeS(0.1f);
+            m->setSpeedResolutionMs(0.08f);
+            m->setSampleRateHz(1000000);
+            m->rx()->setMask(0b0100);
+        }
+        if (field == "frame")
+            b.setFrameRepetitionTimeS(float(0.1 + delta));
+        else if (field == "speed")
+            b.setSpeedResolutionMs(float(0.08 + delta));
+        else if (field == "sampleRate")
+            b.setSampleRateHz(1000000 + quint32(delta));
+        else
+            b.rx()->setMask(0b0101);
+        QCOMPARE(a == b, equal);
+        QCOMPARE(a != b, !equal);
+    }
+
+    void limitsFromSdkFloorTheMaximumRange()
+    {
+        MetricsLimits limits;
+        QCOMPARE(limits.sampleRateHzMax(), 4294967295u);
+        QCOMPARE(limits.maxRangeMMin(), -3.4028235e38f);
         vrn_Metrics_Limits_t sdk {};
         sdk.sample_rate_Hz_min = 100000;
         sdk.sample_rate_Hz_max = 2000000;
         sdk.max_range_m_min = 0.84f;
         sdk.max_range_m_max = 19.27f;
-        config.limits()->setFromSdk(sdk);
+        sdk.frame_repetition_time_s_min = 0.01f;
+        QSignalSpy range(&limits, &MetricsLimits::maxRangeMLimitChanged);
+        QSignalSpy ifGain(&limits, &MetricsLimits::ifGainDbLimitChanged);
+        limits.setFromSdk(sdk);
+        QCOMPARE(limits.maxRangeMMin(), 0.8f);
+        QCOMPARE(limits.maxRangeMMax(), 19.2f);
+        QCOMPARE(limits.exactMaxRangeMMin(), 0.84f);
+        QCOMPARE(limits.sampleRateHzMax(), 2000000u);
+        QCOMPARE(limits.frameRepetitionTimeSMin(), 0.01f);
+        QVERIFY(range.count() > 0);
+        // The IF gain pair 0..0 differs from the unbounded start only in its
+        // maximum.
+        QCOMPARE(ifGain.count(), 1);
+        range.clear();
+        limits.setFromSdk(sdk);
+        QCOMPARE(range.count(), 0);
     }
-    if (message.startsWith("Unknown"))
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("unknown field"));
-    QString answer;
-    QVERIFY(QMetaObject::invokeMethod(&config, "validateField", Q_RETURN_ARG(QString, answer), Q_ARG(QString, field),
-                                      Q_ARG(QString, text)));
-    QCOMPARE(answer, message);
-}
+
+    void typedFieldValueIsJudgedLikeTheFiles_data()
+    {
+        QTest::addColumn<bool>("deviceLimits");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("message");
+        const QString range = QStringLiteral("Value %1 not in expected range: [%2 - %3]");
+        QTest::newRow("max range within") << false << "metrics.maxRangeM" << "9.6" << "";
+        QTest::newRow("max range 150") << false << "metrics.maxRangeM" << "150" << range.arg("150", "0.0001", "100");
+        QTest::newRow("max range beyond device") << true << "metrics.maxRangeM" << "25" << range.arg("25", "0.8", "19.2");
+        QTest::newRow("device limits first") << true << "metrics.maxRangeM" << "150" << range.arg("150", "0.8", "19.2");
+        QTest::newRow("frame time 0") << false << "metrics.frameRepetitionTimeS" << "0" << range.arg("0", "0.0001", "100");
+        QTest::newRow("sample rate beyond device") << true << "metrics.sampleRateHz" << "3000000"
+                                                   << range.arg("3000000", "100000", "2000000");
+        QTest::newRow("sample rate fraction") << false << "metrics.sampleRateHz" << "1.5" << "Value 1.5 is not a whole number";
+        QTest::newRow("if gain negative") << false << "metrics.ifGainDB" << "-3" << "Value -3 must not be negative";
+        QTest::newRow("tx power 101") << false << "metrics.txPowerLevel" << " 101 " << range.arg("101", "1", "100");
+        QTest::newRow("centre frequency 0") << false << "metrics.centerFrequencyHz" << "0" << "Value must be greater than 0";
+        QTest::newRow("not a number") << false << "metrics.maxSpeedMs" << "fast" << "Value fast is not a number";
+        QTest::newRow("empty") << false << "metrics.maxSpeedMs" << "  " << "A value is required";
+        QTest::newRow("presence range 21") << false << "presencesensing.maxDetectionRange" << "21"
+                                           << range.arg("21", "0.0001", "20");
+        QTest::newRow("presence count anything") << false << "presencesensing.absenceConfirmCount" << "4000" << "";
+        QTest::newRow("segmentation range 8") << false << "segmentation.maxDetectionRangeM" << "8" << range.arg("8", "1", "7");
+        QTest::newRow("tracks 51") << false << "segmentation.maxNumTracks" << "51" << range.arg("51", "1", "50");
+        QTest::newRow("segment 121") << false << "segmentation.segmentsDegrees" << "121" << range.arg("121", "1", "120");
+        QTest::newRow("segment 40") << false << "segmentation.segmentsDegrees" << "40" << "";
+        QTest::newRow("unknown field") << false << "metrics.colour" << "1" << "Unknown field metrics.colour";
+    }
+
+    void typedFieldValueIsJudgedLikeTheFiles()
+    {
+        QFETCH(bool, deviceLimits);
+        QFETCH(QString, field);
+        QFETCH(QString, text);
+        QFETCH(QString, message);
+        RadarDeviceConfiguration config;
+        if (deviceLimits) {
+            vrn_Metrics_Limits_t sdk {};
+            sdk.sample_rate_Hz_min = 100000;
+            sdk.sample_rate_Hz_max = 2000000;
+            sdk.max_range_m_min = 0.84f;
+            sdk.max_range_m_max = 19.27f;
+            config.limits()->setFromSdk(sdk);
+        }
+        if (message.startsWith("Unknown"))
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("unknown field"));
+        QString answer;
+        QVERIFY(QMetaObject::invokeMethod(&config, "validateField", Q_RETURN_ARG(QString, answer), Q_ARG(QString, field),
+                                          Q_ARG(QString, text)));
+        QCOMPARE(answer, message);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarDeviceConfiguration)
 #include "tst_RadarDeviceConfiguration.moc"

@@ -30,243 +30,220 @@ class TestRadarDeviceSimulator : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase()
+    {
+        Q_INIT_RESOURCE(radar_configurations);
+        qRegisterMetaType<RadarEventCode>();
+        QVERIFY2(m_sdk.vrn && m_sdk.sim, qPrintable(m_sdk.loadError()));
+    }
 
-    void configuredBoardDeliversFramesAtTheFrameRate();
-    void boardThatNeverAnswersTimesOutAtTheLimit();
-    void unplugDuringAFetchEndsWithCommunicationFailure();
-    void interruptionStopsAWaitingFetch();
-    void lostFrameKeepsAcquisitionAlive();
-    void refusedOpen_data();
-    void refusedOpen();
-    void monitorsReadTheBoard();
+    void init()
+    {
+        QCOMPARE(m_sdk.sim->reset(), nullptr);
+        m_device = std::make_unique<RadarDevice>(m_sdk.vrn);
+        m_config = std::make_unique<RadarDeviceConfiguration>();
+    }
+
+    void cleanup()
+    {
+        m_device.reset();
+        m_config.reset();
+        m_sdk.sim->clear_faults(nullptr);
+    }
+
+    void configuredBoardDeliversFramesAtTheFrameRate()
+    {
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        QVERIFY(openConfigured(0.05f));
+        QCOMPARE(m_config->deviceInfo()->deviceName(), QString("KMR7A"));
+        QCOMPARE(m_config->parameters()->numSamplesPerChirp(), 64u);
+        QCOMPARE(m_config->parameters()->numChirpsPerFrame(), 64u);
+
+        const int frames = 6;
+        QElapsedTimer clock;
+        RadarFrameResult first = m_device->getNextFrame(*m_config);
+        QVERIFY(first.success && first.frame);
+        clock.start();
+        for (int i = 1; i < frames; ++i) {
+            const RadarFrameResult result = m_device->getNextFrame(*m_config);
+            QVERIFY(result.success);
+            QVERIFY(result.frame);
+            QCOMPARE(result.frame->num_rx, 1u);
+            QCOMPARE(result.frame->rx_data[0]->rows, 64u);
+            QCOMPARE(result.frame->rx_data[0]->cols, 64u);
+        }
+        // Paced by the board: five more frames cannot come sooner than five
+        // frame times (less a little for the clock's start).
+        QVERIFY2(clock.elapsed() >= 5 * 50 - 10, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(events.count(), 0);
+        m_device->stopAcquisition();
+        QCOMPARE(events.count(), 0);
+    }
+
+    void boardThatNeverAnswersTimesOutAtTheLimit()
+    {
+        QVERIFY(openConfigured(0.2f)); // 750 ms in all
+        inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        QElapsedTimer clock;
+        clock.start();
+        const RadarFrameResult result = m_device->getNextFrame(*m_config);
+        QVERIFY(!result.success);
+        QVERIFY(clock.elapsed() >= 750);
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(eventAt(events, 0).code, RadarEventCode::DeviceCommunicationFailure);
+        QCOMPARE(eventAt(events, 0).message, QString("Too many timeouts occurred. Please reconnect device again."));
+    }
+
+    void unplugDuringAFetchEndsWithCommunicationFailure()
+    {
+        QVERIFY(openConfigured(0.1f));
+        QVERIFY(m_device->getNextFrame(*m_config).success);
+        // From now on the board answers nothing, so the fetch below is still
+        // waiting when the board goes.
+        inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        RadarFrameResult result;
+        result.success = true;
+        std::unique_ptr<QThread> worker(QThread::create([&] { result = m_device->getNextFrame(*m_config); }));
+        worker->start();
+        QTRY_VERIFY(m_device->isFetchInProgress() || worker->isFinished());
+        QCOMPARE(m_sdk.sim->unplug_board(kBoard), nullptr);
+        QVERIFY(worker->wait(int(RadarDevice::frameTimeLimitMs(0.1f)) + 1000));
+        QVERIFY(!result.success);
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(eventAt(events, 0).code, RadarEventCode::DeviceCommunicationFailure);
+        QCOMPARE(eventAt(events, 0).message, QString("Communication with device failed"));
+    }
+
+    void interruptionStopsAWaitingFetch()
+    {
+        QVERIFY(openConfigured(0.1f));
+        m_config->metrics()->setFrameRepetitionTimeS(5.0f); // a fetch limit of 18.75 s
+        inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        RadarFrameResult result;
+        result.success = true;
+        std::unique_ptr<QThread> worker(QThread::create([&] { result = m_device->getNextFrame(*m_config); }));
+        worker->start();
+        QTRY_VERIFY(m_device->isFetchInProgress());
+        worker->requestInterruption();
+        QVERIFY(worker->wait(1000));
+        QVERIFY(!result.success);
+        QCOMPARE(events.count(), 0);
+    }
+
+    void lostFrameKeepsAcquisitionAlive()
+    {
+        QVERIFY(openConfigured(0.05f));
+        inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1);
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        const RadarFrameResult lost = m_device->getNextFrame(*m_config);
+        QVERIFY(lost.success);
+        QCOMPARE(lost.frame, nullptr);
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(eventAt(events, 0).code, RadarEventCode::FrameFetchFailed);
+        QCOMPARE(eventAt(events, 0).message, QString("Fetching next frame failed"));
+        const RadarFrameResult next = m_device->getNextFrame(*m_config);
+        QVERIFY(next.success && next.frame);
+    }
+
+    void refusedOpen_data()
+    {
+        QTest::addColumn<QString>("board");
+        QTest::addColumn<int>("openFault");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("old firmware") << R"({ "uuid": "old-fw", "chip": "KMR7A", "firmware": "1.9.0" })" << -1 << 0
+                                      << "No compatible device found - Firmware not supported";
+        QTest::newRow("communication") << "" << int(VRN_STATUS_COMMUNICATION_ERROR) << 3
+                                       << "Communication with device failed";
+        QTest::newRow("no handle") << "" << 0 << 0 << "Failed to connect to the device";
+        QTest::newRow("unknown board") << R"(missing)" << -1 << 0 << "Failed to connect to the device";
+    }
+
+    void refusedOpen()
+    {
+        QFETCH(QString, board);
+        QFETCH(int, openFault);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        QString uuid = QString::fromLatin1(kBoard);
+        if (board.startsWith('{')) {
+            QCOMPARE(m_sdk.sim->plug_board(board.toUtf8().constData()), nullptr);
+            uuid = "old-fw";
+        } else if (!board.isEmpty()) {
+            uuid = board;
+        }
+        if (openFault >= 0)
+            inject(VRNSIM_FAULT_OPEN, openFault, 1);
+        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
+        QVERIFY(!m_device->connectDevice(uuid, VRN_SHIELD_FMCW_512));
+        QVERIFY(!m_device->isConnected());
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(int(eventAt(events, 0).code), code);
+        QCOMPARE(eventAt(events, 0).message, message);
+        QVERIFY(!events.at(0).at(2).toString().isEmpty());
+    }
+
+    void monitorsReadTheBoard()
+    {
+        QVERIFY(openConfigured(0.1f));
+        DeviceInfo& info = *m_config->deviceInfo();
+        QCOMPARE(info.numTxAntennas(), quint8(1));
+        QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.1"));
+        RadarTemperatureMonitor temperature(m_device.get(), &info);
+        temperature.update();
+        QVERIFY(info.deviceTemperature().isValid());
+        QVERIFY(info.deviceTemperature().toFloat() > 0.0f);
+
+        RadarTxPowerMonitor txPower(m_device.get(), &info);
+        txPower.update();
+        QCOMPARE(info.deviceTxPower().size(), 1);
+        const float power = info.deviceTxPower().at(0);
+
+        // A failed read leaves the last good value in place.
+        inject(VRNSIM_FAULT_TX_POWER, VRN_STATUS_COMMUNICATION_ERROR, 1);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Failed to get TX_Power:"));
+        info.setDeviceTxPower({ power + 1.0f });
+        txPower.update();
+        QCOMPARE(info.deviceTxPower(), QVector<float>({ power + 1.0f }));
+    }
 
 private:
     // Opens the default board and pushes the shipped default configuration
     // with the given frame time; false on any failure.
-    bool openConfigured(float frameTime);
-    void inject(VrnSimFaultKind kind, int32_t status, uint32_t count = 0);
+
+    bool openConfigured(float frameTime)
+    {
+        if (!m_device->connectDevice(kBoard, VRN_SHIELD_FMCW_512))
+            return false;
+        m_device->updateDeviceInfo(*m_config->deviceInfo());
+        auto tree = m_config->configurationTree();
+        const QString resource = RadarDeviceConfiguration::defaultConfigurationResource(RadarConstants::None,
+                                                                                        m_config->radarType());
+        const QString error = loadFromFile(*tree, resource);
+        if (!error.isEmpty()) {
+            qWarning() << "Default configuration rejected:" << error;
+            return false;
+        }
+        m_config->metrics()->setFrameRepetitionTimeS(frameTime);
+        return m_device->setConfiguration(*m_config);
+    }
+
+    void inject(VrnSimFaultKind kind, int32_t status, uint32_t count = 0)
+    {
+        VrnSimFault fault {};
+        fault.kind = kind;
+        fault.status = status;
+        fault.count = count;
+        QCOMPARE(m_sdk.sim->inject_fault(kBoard, &fault), nullptr);
+    }
 
     SimulatorSdk m_sdk;
     std::unique_ptr<RadarDevice> m_device;
     std::unique_ptr<RadarDeviceConfiguration> m_config;
 };
-
-void TestRadarDeviceSimulator::initTestCase()
-{
-    Q_INIT_RESOURCE(radar_configurations);
-    qRegisterMetaType<RadarEventCode>();
-    QVERIFY2(m_sdk.vrn && m_sdk.sim, qPrintable(m_sdk.loadError()));
-}
-
-void TestRadarDeviceSimulator::init()
-{
-    QCOMPARE(m_sdk.sim->reset(), nullptr);
-    m_device = std::make_unique<RadarDevice>(m_sdk.vrn);
-    m_config = std::make_unique<RadarDeviceConfiguration>();
-}
-
-void TestRadarDeviceSimulator::cleanup()
-{
-    m_device.reset();
-    m_config.reset();
-    m_sdk.sim->clear_faults(nullptr);
-}
-
-bool TestRadarDeviceSimulator::openConfigured(float frameTime)
-{
-    if (!m_device->connectDevice(kBoard, VRN_SHIELD_FMCW_512))
-        return false;
-    m_device->updateDeviceInfo(*m_config->deviceInfo());
-    auto tree = m_config->configurationTree();
-    const QString resource = RadarDeviceConfiguration::defaultConfigurationResource(RadarConstants::None,
-                                                                                    m_config->radarType());
-    const QString error = loadFromFile(*tree, resource);
-    if (!error.isEmpty()) {
-        qWarning() << "Default configuration rejected:" << error;
-        return false;
-    }
-    m_config->metrics()->setFrameRepetitionTimeS(frameTime);
-    return m_device->setConfiguration(*m_config);
-}
-
-void TestRadarDeviceSimulator::inject(VrnSimFaultKind kind, int32_t status, uint32_t count)
-{
-    VrnSimFault fault {};
-    fault.kind = kind;
-    fault.status = status;
-    fault.count = count;
-    QCOMPARE(m_sdk.sim->inject_fault(kBoard, &fault), nullptr);
-}
-
-void TestRadarDeviceSimulator::configuredBoardDeliversFramesAtTheFrameRate()
-{
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    QVERIFY(openConfigured(0.05f));
-    QCOMPARE(m_config->deviceInfo()->deviceName(), QString("KMR7A"));
-    QCOMPARE(m_config->parameters()->numSamplesPerChirp(), 64u);
-    QCOMPARE(m_config->parameters()->numChirpsPerFrame(), 64u);
-
-    const int frames = 6;
-    QElapsedTimer clock;
-    RadarFrameResult first = m_device->getNextFrame(*m_config);
-    QVERIFY(first.success && first.frame);
-    clock.start();
-    for (int i = 1; i < frames; ++i) {
-        const RadarFrameResult result = m_device->getNextFrame(*m_config);
-        QVERIFY(result.success);
-        QVERIFY(result.frame);
-        QCOMPARE(result.frame->num_rx, 1u);
-        QCOMPARE(result.frame->rx_data[0]->rows, 64u);
-        QCOMPARE(result.frame->rx_data[0]->cols, 64u);
-    }
-    // Paced by the board: five more frames cannot come sooner than five
-    // frame times (less a little for the clock's start).
-    QVERIFY2(clock.elapsed() >= 5 * 50 - 10, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(events.count(), 0);
-    m_device->stopAcquisition();
-    QCOMPARE(events.count(), 0);
-}
-
-void TestRadarDeviceSimulator::boardThatNeverAnswersTimesOutAtTheLimit()
-{
-    QVERIFY(openConfigured(0.2f)); // 750 ms in all
-    inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    QElapsedTimer clock;
-    clock.start();
-    const RadarFrameResult result = m_device->getNextFrame(*m_config);
-    QVERIFY(!result.success);
-    QVERIFY(clock.elapsed() >= 750);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(eventAt(events, 0).code, RadarEventCode::DeviceCommunicationFailure);
-    QCOMPARE(eventAt(events, 0).message, QString("Too many timeouts occurred. Please reconnect device again."));
-}
-
-void TestRadarDeviceSimulator::unplugDuringAFetchEndsWithCommunicationFailure()
-{
-    QVERIFY(openConfigured(0.1f));
-    QVERIFY(m_device->getNextFrame(*m_config).success);
-    // From now on the board answers nothing, so the fetch below is still
-    // waiting when the board goes.
-    inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    RadarFrameResult result;
-    result.success = true;
-    std::unique_ptr<QThread> worker(QThread::create([&] { result = m_device->getNextFrame(*m_config); }));
-    worker->start();
-    QTRY_VERIFY(m_device->isFetchInProgress() || worker->isFinished());
-    QCOMPARE(m_sdk.sim->unplug_board(kBoard), nullptr);
-    QVERIFY(worker->wait(int(RadarDevice::frameTimeLimitMs(0.1f)) + 1000));
-    QVERIFY(!result.success);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(eventAt(events, 0).code, RadarEventCode::DeviceCommunicationFailure);
-    QCOMPARE(eventAt(events, 0).message, QString("Communication with device failed"));
-}
-
-void TestRadarDeviceSimulator::interruptionStopsAWaitingFetch()
-{
-    QVERIFY(openConfigured(0.1f));
-    m_config->metrics()->setFrameRepetitionTimeS(5.0f); // a fetch limit of 18.75 s
-    inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_TIMEOUT);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    RadarFrameResult result;
-    result.success = true;
-    std::unique_ptr<QThread> worker(QThread::create([&] { result = m_device->getNextFrame(*m_config); }));
-    worker->start();
-    QTRY_VERIFY(m_device->isFetchInProgress());
-    worker->requestInterruption();
-    QVERIFY(worker->wait(1000));
-    QVERIFY(!result.success);
-    QCOMPARE(events.count(), 0);
-}
-
-void TestRadarDeviceSimulator::lostFrameKeepsAcquisitionAlive()
-{
-    QVERIFY(openConfigured(0.05f));
-    inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    const RadarFrameResult lost = m_device->getNextFrame(*m_config);
-    QVERIFY(lost.success);
-    QCOMPARE(lost.frame, nullptr);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(eventAt(events, 0).code, RadarEventCode::FrameFetchFailed);
-    QCOMPARE(eventAt(events, 0).message, QString("Fetching next frame failed"));
-    const RadarFrameResult next = m_device->getNextFrame(*m_config);
-    QVERIFY(next.success && next.frame);
-}
-
-void TestRadarDeviceSimulator::refusedOpen_data()
-{
-    QTest::addColumn<QString>("board");
-    QTest::addColumn<int>("openFault");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("old firmware") << R"({ "uuid": "old-fw", "chip": "KMR7A", "firmware": "1.9.0" })" << -1 << 0
-                                  << "No compatible device found - Firmware not supported";
-    QTest::newRow("communication") << "" << int(VRN_STATUS_COMMUNICATION_ERROR) << 3
-                                   << "Communication with device failed";
-    QTest::newRow("no handle") << "" << 0 << 0 << "Failed to connect to the device";
-    QTest::newRow("unknown board") << R"(missing)" << -1 << 0 << "Failed to connect to the device";
-}
-
-void TestRadarDeviceSimulator::refusedOpen()
-{
-    QFETCH(QString, board);
-    QFETCH(int, openFault);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    QString uuid = QString::fromLatin1(kBoard);
-    if (board.startsWith('{')) {
-        QCOMPARE(m_sdk.sim->plug_board(board.toUtf8().constData()), nullptr);
-        uuid = "old-fw";
-    } else if (!board.isEmpty()) {
-        uuid = board;
-    }
-    if (openFault >= 0)
-        inject(VRNSIM_FAULT_OPEN, openFault, 1);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    QVERIFY(!m_device->connectDevice(uuid, VRN_SHIELD_FMCW_512));
-    QVERIFY(!m_device->isConnected());
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(int(eventAt(events, 0).code), code);
-    QCOMPARE(eventAt(events, 0).message, message);
-    QVERIFY(!events.at(0).at(2).toString().isEmpty());
-}
-
-void TestRadarDeviceSimulator::monitorsReadTheBoard()
-{
-    QVERIFY(openConfigured(0.1f));
-    DeviceInfo& info = *m_config->deviceInfo();
-    QCOMPARE(info.numTxAntennas(), quint8(1));
-    QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.1"));
-    RadarTemperatureMonitor temperature(m_device.get(), &info);
-    temperature.update();
-    QVERIFY(info.deviceTemperature().isValid());
-    QVERIFY(info.deviceTemperature().toFloat() > 0.0f);
-
-    RadarTxPowerMonitor txPower(m_device.get(), &info);
-    txPower.update();
-    QCOMPARE(info.deviceTxPower().size(), 1);
-    const float power = info.deviceTxPower().at(0);
-
-    // A failed read leaves the last good value in place.
-    inject(VRNSIM_FAULT_TX_POWER, VRN_STATUS_COMMUNICATION_ERROR, 1);
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Failed to get TX_Power:"));
-    info.setDeviceTxPower({ power + 1.0f });
-    txPower.update();
-    QCOMPARE(info.deviceTxPower(), QVector<float>({ power + 1.0f }));
-
-    inject(VRNSIM_FAULT_TEMPERATURE, VRN_STATUS_NOT_SUPPORTED, 1);
-    QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-    const QVariant before = info.deviceTemperature();
-    temperature.update();
-    QCOMPARE(info.deviceTemperature(), before);
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(eventAt(events, 0).code, RadarEventCode::TemperatureNotSupported);
-}
 
 QTEST_GUILESS_MAIN(TestRadarDeviceSimulator)
 #include "tst_RadarDeviceSimulator.moc"

@@ -39,86 +39,80 @@ class TestRadarMonitors : public QObject
 {
     Q_OBJECT
 private slots:
-    void temperatureIsStoredUnlessNaN();
-    void temperatureFollowsTheTimer();
-    void destroyedMonitorClearsTheTemperature();
-    void txPowerTakesAllOrNothing_data();
-    void txPowerTakesAllOrNothing();
-};
-
-void TestRadarMonitors::temperatureIsStoredUnlessNaN()
-{
-    ScriptedTemperature provider;
-    DeviceInfo info;
-    RadarTemperatureMonitor monitor(&provider, &info);
-    QSignalSpy changed(&info, &DeviceInfo::deviceTemperatureChanged);
-    provider.value = 36.5f;
-    monitor.update();
-    QCOMPARE(info.deviceTemperature().userType(), int(QMetaType::Float));
-    QCOMPARE(info.deviceTemperature().toFloat(), 36.5f);
-    provider.value = kNaN;
-    monitor.update();
-    QCOMPARE(info.deviceTemperature().toFloat(), 36.5f);
-    QCOMPARE(changed.count(), 1);
-}
-
-void TestRadarMonitors::temperatureFollowsTheTimer()
-{
-    ScriptedTemperature provider;
-    provider.value = 40.0f;
-    DeviceInfo info;
-    RadarTemperatureMonitor monitor(&provider, &info);
-    monitor.setInterval(5);
-    monitor.start();
-    QTRY_COMPARE(info.deviceTemperature().toFloat(), 40.0f);
-    provider.value = 45.0f;
-    QTRY_COMPARE(info.deviceTemperature().toFloat(), 45.0f);
-    QVERIFY(provider.calls >= 2);
-}
-
-void TestRadarMonitors::destroyedMonitorClearsTheTemperature()
-{
-    ScriptedTemperature provider;
-    provider.value = 30.0f;
-    DeviceInfo info;
+    void temperatureIsStoredUnlessNaN()
     {
+        ScriptedTemperature provider;
+        DeviceInfo info;
         RadarTemperatureMonitor monitor(&provider, &info);
+        QSignalSpy changed(&info, &DeviceInfo::deviceTemperatureChanged);
+        provider.value = 36.5f;
         monitor.update();
-        QVERIFY(info.deviceTemperature().isValid());
+        QCOMPARE(info.deviceTemperature().userType(), int(QMetaType::Float));
+        QCOMPARE(info.deviceTemperature().toFloat(), 36.5f);
+        provider.value = kNaN;
+        monitor.update();
+        QCOMPARE(info.deviceTemperature().toFloat(), 36.5f);
+        QCOMPARE(changed.count(), 1);
     }
-    QVERIFY(!info.deviceTemperature().isValid());
-}
 
-void TestRadarMonitors::txPowerTakesAllOrNothing_data()
-{
-    QTest::addColumn<int>("antennas");
-    QTest::addColumn<QVector<float>>("readings");
-    QTest::addColumn<QVector<float>>("stored");
-    const QVector<float> previous { 1.0f, 1.0f };
-    QTest::newRow("both read") << 2 << QVector<float> { 5.0f, 6.5f } << QVector<float> { 5.0f, 6.5f };
-    QTest::newRow("second NaN") << 2 << QVector<float> { 5.0f, kNaN } << previous;
-    QTest::newRow("first NaN") << 2 << QVector<float> { kNaN, 6.0f } << previous;
-    QTest::newRow("no antennas") << 0 << QVector<float> {} << QVector<float> {};
-}
+    void temperatureFollowsTheTimer()
+    {
+        ScriptedTemperature provider;
+        provider.value = 40.0f;
+        DeviceInfo info;
+        RadarTemperatureMonitor monitor(&provider, &info);
+        monitor.setInterval(5);
+        monitor.start();
+        QTRY_COMPARE(info.deviceTemperature().toFloat(), 40.0f);
+        provider.value = 45.0f;
+        QTRY_COMPARE(info.deviceTemperature().toFloat(), 45.0f);
+        QVERIFY(provider.calls >= 2);
+    }
 
-void TestRadarMonitors::txPowerTakesAllOrNothing()
-{
-    QFETCH(int, antennas);
-    QFETCH(QVector<float>, readings);
-    QFETCH(QVector<float>, stored);
-    ScriptedTxPower provider;
-    provider.values = readings;
-    DeviceInfo info;
-    info.setNumTxAntennas(quint8(antennas));
-    info.setDeviceTxPower({ 1.0f, 1.0f });
-    RadarTxPowerMonitor monitor(&provider, &info);
-    monitor.update();
-    QCOMPARE(info.deviceTxPower(), stored);
-    // Reading stops at the first failure.
-    const int firstNaN = int(std::find_if(readings.begin(), readings.end(), [](float v) { return v != v; })
-                             - readings.begin());
-    QCOMPARE(provider.asked.size(), std::min(antennas, firstNaN + 1));
-}
+    void destroyedMonitorClearsTheTemperature()
+    {
+        ScriptedTemperature provider;
+        provider.value = 30.0f;
+        DeviceInfo info;
+        {
+            RadarTemperatureMonitor monitor(&provider, &info);
+            monitor.update();
+            QVERIFY(info.deviceTemperature().isValid());
+        }
+        QVERIFY(!info.deviceTemperature().isValid());
+    }
+
+    void txPowerTakesAllOrNothing_data()
+    {
+        QTest::addColumn<int>("antennas");
+        QTest::addColumn<QVector<float>>("readings");
+        QTest::addColumn<QVector<float>>("stored");
+        const QVector<float> previous { 1.0f, 1.0f };
+        QTest::newRow("both read") << 2 << QVector<float> { 5.0f, 6.5f } << QVector<float> { 5.0f, 6.5f };
+        QTest::newRow("second NaN") << 2 << QVector<float> { 5.0f, kNaN } << previous;
+        QTest::newRow("first NaN") << 2 << QVector<float> { kNaN, 6.0f } << previous;
+        QTest::newRow("no antennas") << 0 << QVector<float> {} << QVector<float> {};
+    }
+
+    void txPowerTakesAllOrNothing()
+    {
+        QFETCH(int, antennas);
+        QFETCH(QVector<float>, readings);
+        QFETCH(QVector<float>, stored);
+        ScriptedTxPower provider;
+        provider.values = readings;
+        DeviceInfo info;
+        info.setNumTxAntennas(quint8(antennas));
+        info.setDeviceTxPower({ 1.0f, 1.0f });
+        RadarTxPowerMonitor monitor(&provider, &info);
+        monitor.update();
+        QCOMPARE(info.deviceTxPower(), stored);
+        // Reading stops at the first failure.
+        const int firstNaN = int(std::find_if(readings.begin(), readings.end(), [](float v) { return v != v; })
+                                 - readings.begin());
+        QCOMPARE(provider.asked.size(), std::min(antennas, firstNaN + 1));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarMonitors)
 #include "tst_RadarMonitors.moc"

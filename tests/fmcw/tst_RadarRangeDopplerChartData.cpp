@@ -33,101 +33,94 @@ class TestRadarRangeDopplerChartData : public QObject
 {
     Q_OBJECT
 private slots:
-    void colorIndex_data();
-    void colorIndex();
-    void firstEntriesRunFromBlackTowardsYellow();
-    void imageHasRangeZeroAtTheBottom();
-    void mapOfOtherSizeIsNotDrawn_data();
-    void mapOfOtherSizeIsNotDrawn();
-};
+    void colorIndex_data()
+    {
+        QTest::addColumn<quint32>("threshold");
+        QTest::addColumn<float>("value");
+        QTest::addColumn<int>("index");
 
-void TestRadarRangeDopplerChartData::colorIndex_data()
-{
-    QTest::addColumn<quint32>("threshold");
-    QTest::addColumn<float>("value");
-    QTest::addColumn<int>("index");
-
-    QTest::newRow("0 dB is the top entry") << 90u << 0.0f << 255;
-    QTest::newRow("-45 dB") << 90u << -45.0f << 128;
-    QTest::newRow("-1 dB") << 90u << -1.0f << 253; // 255 - floor(2.83)
-    QTest::newRow("-89 dB") << 90u << -89.0f << 3; // 255 - floor(252.17)
-    QTest::newRow("-91 dB is below the scale") << 90u << -91.0f << 0;
-    QTest::newRow("far below") << 90u << -400.0f << 0;
-    QTest::newRow("-30 dB on a 60 dB scale") << 60u << -30.0f << 128;
-    QTest::newRow("-61 dB on a 60 dB scale") << 60u << -61.0f << 0;
-    QTest::newRow("not a number") << 90u << std::numeric_limits<float>::quiet_NaN() << 0;
-}
-
-void TestRadarRangeDopplerChartData::colorIndex()
-{
-    QFETCH(quint32, threshold);
-    QFETCH(float, value);
-    QFETCH(int, index);
-    RangeDopplerColorMap map;
-    map.setThreshold(threshold);
-    QCOMPARE(map.index(value), index);
-}
-
-void TestRadarRangeDopplerChartData::firstEntriesRunFromBlackTowardsYellow()
-{
-    RangeDopplerColorMap map;
-    for (int i = 0; i < 16; ++i) {
-        const int level = i * 255 / 16;
-        QCOMPARE(tableColor(map, i), qRgb(level, level, 0));
+        QTest::newRow("0 dB is the top entry") << 90u << 0.0f << 255;
+        QTest::newRow("-45 dB") << 90u << -45.0f << 128;
+        QTest::newRow("-1 dB") << 90u << -1.0f << 253; // 255 - floor(2.83)
+        QTest::newRow("-89 dB") << 90u << -89.0f << 3; // 255 - floor(252.17)
+        QTest::newRow("-91 dB is below the scale") << 90u << -91.0f << 0;
+        QTest::newRow("far below") << 90u << -400.0f << 0;
+        QTest::newRow("-30 dB on a 60 dB scale") << 60u << -30.0f << 128;
+        QTest::newRow("-61 dB on a 60 dB scale") << 60u << -61.0f << 0;
+        QTest::newRow("not a number") << 90u << std::numeric_limits<float>::quiet_NaN() << 0;
     }
-    // The strongest return must not look like the noise floor.
-    QVERIFY(tableColor(map, 255) != tableColor(map, 0));
-}
 
-void TestRadarRangeDopplerChartData::imageHasRangeZeroAtTheBottom()
-{
-    // Two range bins (rows) × three speeds (columns): range bin 0 strong in
-    // the middle column, range bin 1 at -45 dB on the left. The colours
-    // follow the 90 dB scale the dimensions set, not the map's default.
-    RadarRangeDopplerChartData data;
-    data.setDimensions(3, 2, 90);
-    data.setMap(handMadeMap(2, 3, { -100.0f, 0.0f, -100.0f, -45.0f, -100.0f, -100.0f }));
+    void colorIndex()
+    {
+        QFETCH(quint32, threshold);
+        QFETCH(float, value);
+        QFETCH(int, index);
+        RangeDopplerColorMap map;
+        map.setThreshold(threshold);
+        QCOMPARE(map.index(value), index);
+    }
 
-    QPixmap pixmap;
-    QVERIFY(data.render(pixmap));
-    const QImage image = pixmap.toImage();
-    QCOMPARE(image.size(), QSize(3, 2));
-    const RangeDopplerColorMap& map = data.colorMap();
-    // Image row 1 (bottom) is range bin 0.
-    QCOMPARE(image.pixel(1, 1), tableColor(map, 255));
-    QCOMPARE(image.pixel(0, 1), tableColor(map, 0));
-    QCOMPARE(image.pixel(2, 1), tableColor(map, 0));
-    // Image row 0 (top) is range bin 1.
-    QCOMPARE(image.pixel(0, 0), tableColor(map, 128));
-    QCOMPARE(image.pixel(1, 0), tableColor(map, 0));
-}
+    void firstEntriesRunFromBlackTowardsYellow()
+    {
+        RangeDopplerColorMap map;
+        for (int i = 0; i < 16; ++i) {
+            const int level = i * 255 / 16;
+            QCOMPARE(tableColor(map, i), qRgb(level, level, 0));
+        }
+        // The strongest return must not look like the noise floor.
+        QVERIFY(tableColor(map, 255) != tableColor(map, 0));
+    }
 
-void TestRadarRangeDopplerChartData::mapOfOtherSizeIsNotDrawn_data()
-{
-    QTest::addColumn<quint32>("rows");
-    QTest::addColumn<quint32>("cols");
-    QTest::newRow("more rows") << 3u << 3u;
-    QTest::newRow("fewer columns") << 2u << 2u;
-    QTest::newRow("transposed") << 3u << 2u;
-}
+    void imageHasRangeZeroAtTheBottom()
+    {
+        // Two range bins (rows) × three speeds (columns): range bin 0 strong in
+        // the middle column, range bin 1 at -45 dB on the left. The colours
+        // follow the 90 dB scale the dimensions set, not the map's default.
+        RadarRangeDopplerChartData data;
+        data.setDimensions(3, 2, 90);
+        data.setMap(handMadeMap(2, 3, { -100.0f, 0.0f, -100.0f, -45.0f, -100.0f, -100.0f }));
 
-void TestRadarRangeDopplerChartData::mapOfOtherSizeIsNotDrawn()
-{
-    QFETCH(quint32, rows);
-    QFETCH(quint32, cols);
-    RadarRangeDopplerChartData data;
-    data.setDimensions(3, 2, 90);
+        QPixmap pixmap;
+        QVERIFY(data.render(pixmap));
+        const QImage image = pixmap.toImage();
+        QCOMPARE(image.size(), QSize(3, 2));
+        const RangeDopplerColorMap& map = data.colorMap();
+        // Image row 1 (bottom) is range bin 0.
+        QCOMPARE(image.pixel(1, 1), tableColor(map, 255));
+        QCOMPARE(image.pixel(0, 1), tableColor(map, 0));
+        QCOMPARE(image.pixel(2, 1), tableColor(map, 0));
+        // Image row 0 (top) is range bin 1.
+        QCOMPARE(image.pixel(0, 0), tableColor(map, 128));
+        QCOMPARE(image.pixel(1, 0), tableColor(map, 0));
+    }
 
-    QPixmap pixmap;
-    QVERIFY(!data.render(pixmap)); // no map yet
-    data.setMap(handMadeMap(2, 3, std::vector<float>(6, 0.0f)));
-    QVERIFY(data.render(pixmap));
-    const qint64 shown = pixmap.cacheKey();
+    void mapOfOtherSizeIsNotDrawn_data()
+    {
+        QTest::addColumn<quint32>("rows");
+        QTest::addColumn<quint32>("cols");
+        QTest::newRow("more rows") << 3u << 3u;
+        QTest::newRow("fewer columns") << 2u << 2u;
+        QTest::newRow("transposed") << 3u << 2u;
+    }
 
-    data.setMap(handMadeMap(rows, cols, std::vector<float>(rows * cols, -10.0f)));
-    QVERIFY(!data.render(pixmap));
-    QCOMPARE(pixmap.cacheKey(), shown);
-}
+    void mapOfOtherSizeIsNotDrawn()
+    {
+        QFETCH(quint32, rows);
+        QFETCH(quint32, cols);
+        RadarRangeDopplerChartData data;
+        data.setDimensions(3, 2, 90);
+
+        QPixmap pixmap;
+        QVERIFY(!data.render(pixmap)); // no map yet
+        data.setMap(handMadeMap(2, 3, std::vector<float>(6, 0.0f)));
+        QVERIFY(data.render(pixmap));
+        const qint64 shown = pixmap.cacheKey();
+
+        data.setMap(handMadeMap(rows, cols, std::vector<float>(rows * cols, -10.0f)));
+        QVERIFY(!data.render(pixmap));
+        QCOMPARE(pixmap.cacheKey(), shown);
+    }
+};
 
 QTEST_MAIN(TestRadarRangeDopplerChartData)
 #include "tst_RadarRangeDopplerChartData.moc"

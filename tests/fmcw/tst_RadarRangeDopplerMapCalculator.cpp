@@ -1,4 +1,4 @@
-#include "FakeProcessingVrn.h"
+#include "FakeVrn.h"
 
 #include "common/MathAxis.h"
 #include "fmcw/processing/RadarRangeDopplerMapCalculator.h"
@@ -10,161 +10,142 @@ class TestRadarRangeDopplerMapCalculator : public QObject
 {
     Q_OBJECT
 private slots:
-    void createHandsTheSettingsToTheSdk();
-    void refusedCreationGivesNoCalculator();
-    void axes_data();
-    void axes();
-    void mapOfTheChosenAntenna_data();
-    void mapOfTheChosenAntenna();
-    void failedRunGivesNoMap();
-    void refusedDestroyIsLogged();
-};
-
-void TestRadarRangeDopplerMapCalculator::createHandsTheSettingsToTheSdk()
-{
-    FakeProcessingVrn fake;
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    settings.updateDeviceParameters(64, 300);
-    auto calculator = RadarRangeDopplerMapCalculator::create(broker, settings, nullptr, nullptr, 0, 0.1f, 0.0003f,
-                                                             60.5e9f);
-    QVERIFY(calculator);
-    QCOMPARE(fake.rdmConfig.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
-    QCOMPARE(fake.rdmConfig.spect_threshold, 1.0e-6f);
-    QCOMPARE(fake.rdmConfig.range_fft_config.fft_size, 256u);
-    QCOMPARE(fake.rdmConfig.range_fft_config.window_config.size, 64u);
-    QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_size, 512u);
-    QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_type, VRN_FFT_TYPE_C2C);
-    QCOMPARE(calculator->configuration().doppler_fft_config.fft_size, 512u);
-}
-
-void TestRadarRangeDopplerMapCalculator::refusedCreationGivesNoCalculator()
-{
-    FakeProcessingVrn fake;
-    fake.rdmCreateError = "FFT size not supported";
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Doppler Map handle: FFT size not supported");
-    QVERIFY(!RadarRangeDopplerMapCalculator::create(broker, settings, nullptr, nullptr, 0, 0, 0, 0));
-}
-
-void TestRadarRangeDopplerMapCalculator::axes_data()
-{
-    QTest::addColumn<quint64>("bandwidth");
-    QTest::addColumn<bool>("withAxes");
-    QTest::addColumn<QByteArray>("rangeError");
-    QTest::addColumn<QByteArray>("speedError");
-    QTest::addColumn<double>("rangeMax");
-    QTest::addColumn<double>("speedMin");
-
-    QTest::newRow("both computed") << quint64(1000000000) << true << QByteArray() << QByteArray() << 12.0 << -2.5;
-    QTest::newRow("no bandwidth, no axes") << quint64(0) << true << QByteArray() << QByteArray() << 0.0 << 0.0;
-    QTest::newRow("axes not given") << quint64(1000000000) << false << QByteArray() << QByteArray() << 0.0 << 0.0;
-    QTest::newRow("range refused") << quint64(1000000000) << true << QByteArray("bad bandwidth") << QByteArray() << 0.0
-                                   << -2.5;
-    QTest::newRow("speed refused") << quint64(1000000000) << true << QByteArray() << QByteArray("bad chirp time")
-                                   << 12.0 << 0.0;
-}
-
-void TestRadarRangeDopplerMapCalculator::axes()
-{
-    QFETCH(quint64, bandwidth);
-    QFETCH(bool, withAxes);
-    QFETCH(QByteArray, rangeError);
-    QFETCH(QByteArray, speedError);
-    QFETCH(double, rangeMax);
-    QFETCH(double, speedMin);
-
-    FakeProcessingVrn fake;
-    fake.rangeAxisError = rangeError.isEmpty() ? nullptr : rangeError.constData();
-    fake.speedAxisError = speedError.isEmpty() ? nullptr : speedError.constData();
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    MathAxis range;
-    MathAxis speed;
-    if (!rangeError.isEmpty())
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Axis for Doppler Map: " + rangeError);
-    if (!speedError.isEmpty())
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Speed Axis for Doppler Map: " + speedError);
-
-    auto calculator = RadarRangeDopplerMapCalculator::create(broker, settings, withAxes ? &range : nullptr,
-                                                             withAxes ? &speed : nullptr, bandwidth, 0.1f, 0.0003f,
-                                                             60.5e9f);
-    // An axis failure does not cost the map.
-    QVERIFY(calculator);
-    QCOMPARE(range.max(), rangeMax);
-    QCOMPARE(speed.min(), speedMin);
-    if (withAxes && bandwidth != 0) {
-        QCOMPARE(fake.lastBandwidth, bandwidth);
-        QCOMPARE(fake.lastCenterFrequency, 60.5e9f);
-        QCOMPARE(fake.lastChirpTime, 0.0003f);
-    }
-}
-
-void TestRadarRangeDopplerMapCalculator::mapOfTheChosenAntenna_data()
-{
-    QTest::addColumn<quint32>("channels");
-    QTest::addColumn<quint32>("antenna");
-    QTest::addColumn<bool>("hasMap");
-    QTest::addColumn<float>("marker");
-
-    QTest::newRow("first antenna") << 3u << 0u << true << 10.0f;
-    QTest::newRow("third antenna") << 3u << 2u << true << 30.0f;
-    QTest::newRow("index equal to the count") << 3u << 3u << false << 0.0f;
-    QTest::newRow("far beyond") << 1u << 7u << false << 0.0f;
-}
-
-void TestRadarRangeDopplerMapCalculator::mapOfTheChosenAntenna()
-{
-    QFETCH(quint32, channels);
-    QFETCH(quint32, antenna);
-    QFETCH(bool, hasMap);
-    QFETCH(float, marker);
-
-    FakeProcessingVrn fake;
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    settings.setRangeFftSize(128);
-    auto calculator = RadarRangeDopplerMapCalculator::create(broker, settings, nullptr, nullptr, 0, 0, 0, 0);
-    if (!hasMap)
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
+    void createHandsTheSettingsToTheSdk()
     {
-        SharedMatrix map = calculator->processData(fake.newFrame(channels, 32, 64), antenna);
-        QCOMPARE(bool(map), hasMap);
-        if (map) {
-            QCOMPARE(map->rows, 64u);  // range FFT 128 / 2
-            QCOMPARE(map->cols, 256u); // Doppler FFT
-            QCOMPARE(map->data[0], marker);
+        FakeVrn fake;
+        RangeDopplerUserSettings settings;
+        settings.updateDeviceParameters(64, 300);
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0.1f, 0.0003f,
+                                                                 60.5e9f);
+        QVERIFY(calculator);
+        QCOMPARE(fake.rdmConfig.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
+        QCOMPARE(fake.rdmConfig.spect_threshold, 1.0e-6f);
+        QCOMPARE(fake.rdmConfig.range_fft_config.fft_size, 256u);
+        QCOMPARE(fake.rdmConfig.range_fft_config.window_config.size, 64u);
+        QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_size, 512u);
+        QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_type, VRN_FFT_TYPE_C2C);
+        QCOMPARE(calculator->configuration().doppler_fft_config.fft_size, 512u);
+    }
+
+    void axes_data()
+    {
+        QTest::addColumn<quint64>("bandwidth");
+        QTest::addColumn<bool>("withAxes");
+        QTest::addColumn<QByteArray>("rangeError");
+        QTest::addColumn<QByteArray>("speedError");
+        QTest::addColumn<double>("rangeMax");
+        QTest::addColumn<double>("speedMin");
+
+        QTest::newRow("both computed") << quint64(1000000000) << true << QByteArray() << QByteArray() << 12.0 << -2.5;
+        QTest::newRow("no bandwidth, no axes") << quint64(0) << true << QByteArray() << QByteArray() << 0.0 << 0.0;
+        QTest::newRow("axes not given") << quint64(1000000000) << false << QByteArray() << QByteArray() << 0.0 << 0.0;
+        QTest::newRow("range refused") << quint64(1000000000) << true << QByteArray("bad bandwidth") << QByteArray() << 0.0
+                                       << -2.5;
+        QTest::newRow("speed refused") << quint64(1000000000) << true << QByteArray() << QByteArray("bad chirp time")
+                                       << 12.0 << 0.0;
+    }
+
+    void axes()
+    {
+        QFETCH(quint64, bandwidth);
+        QFETCH(bool, withAxes);
+        QFETCH(QByteArray, rangeError);
+        QFETCH(QByteArray, speedError);
+        QFETCH(double, rangeMax);
+        QFETCH(double, speedMin);
+
+        FakeVrn fake;
+        fake.rangeAxisError = rangeError.isEmpty() ? nullptr : rangeError.constData();
+        fake.speedAxisError = speedError.isEmpty() ? nullptr : speedError.constData();
+        RangeDopplerUserSettings settings;
+        MathAxis range;
+        MathAxis speed;
+        if (!rangeError.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Axis for Doppler Map: " + rangeError);
+        if (!speedError.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Speed Axis for Doppler Map: " + speedError);
+
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, withAxes ? &range : nullptr,
+                                                                 withAxes ? &speed : nullptr, bandwidth, 0.1f, 0.0003f,
+                                                                 60.5e9f);
+        // An axis failure does not cost the map.
+        QVERIFY(calculator);
+        QCOMPARE(range.max(), rangeMax);
+        QCOMPARE(speed.min(), speedMin);
+        if (withAxes && bandwidth != 0) {
+            QCOMPARE(fake.lastBandwidth, bandwidth);
+            QCOMPARE(fake.lastCenterFrequency, 60.5e9f);
+            QCOMPARE(fake.lastChirpTime, 0.0003f);
         }
     }
-    QCOMPARE(fake.matricesAlive, 0);
-    QCOMPARE(fake.framesAlive, 0);
-}
 
-void TestRadarRangeDopplerMapCalculator::failedRunGivesNoMap()
-{
-    FakeProcessingVrn fake;
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    auto calculator = RadarRangeDopplerMapCalculator::create(broker, settings, nullptr, nullptr, 0, 0, 0, 0);
-    fake.rdmRunError = "matrix too small";
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data matrix too small");
-    QVERIFY(!calculator->processData(fake.newFrame(1, 32, 64), 0));
-    QCOMPARE(fake.matricesAlive, 0);
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
-    QVERIFY(!calculator->processData(SharedFrame(), 0));
-}
+    void mapOfTheChosenAntenna_data()
+    {
+        QTest::addColumn<quint32>("channels");
+        QTest::addColumn<quint32>("antenna");
+        QTest::addColumn<bool>("hasMap");
+        QTest::addColumn<float>("marker");
 
-void TestRadarRangeDopplerMapCalculator::refusedDestroyIsLogged()
-{
-    FakeProcessingVrn fake;
-    fake.rdmDestroyError = "in use";
-    FakeBroker broker(&fake.table);
-    RangeDopplerUserSettings settings;
-    auto calculator = RadarRangeDopplerMapCalculator::create(broker, settings, nullptr, nullptr, 0, 0, 0, 0);
-    QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Doppler Map handle: in use");
-    calculator.reset();
-}
+        QTest::newRow("first antenna") << 3u << 0u << true << 10.0f;
+        QTest::newRow("third antenna") << 3u << 2u << true << 30.0f;
+        QTest::newRow("index equal to the count") << 3u << 3u << false << 0.0f;
+        QTest::newRow("far beyond") << 1u << 7u << false << 0.0f;
+    }
+
+    void mapOfTheChosenAntenna()
+    {
+        QFETCH(quint32, channels);
+        QFETCH(quint32, antenna);
+        QFETCH(bool, hasMap);
+        QFETCH(float, marker);
+
+        FakeVrn fake;
+        RangeDopplerUserSettings settings;
+        settings.setRangeFftSize(128);
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
+        if (!hasMap)
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
+        {
+            SharedMatrix map = calculator->processData(fake.newFrame(channels, 32, 64), antenna);
+            QCOMPARE(bool(map), hasMap);
+            if (map) {
+                QCOMPARE(map->rows, 64u);  // range FFT 128 / 2
+                QCOMPARE(map->cols, 256u); // Doppler FFT
+                QCOMPARE(map->data[0], marker);
+            }
+        }
+        QCOMPARE(fake.matricesAlive, 0);
+        QCOMPARE(fake.framesAlive.load(), 0);
+    }
+
+    void failedRunGivesNoMap()
+    {
+        FakeVrn fake;
+        RangeDopplerUserSettings settings;
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
+        fake.rdmRunError = "matrix too small";
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data matrix too small");
+        QVERIFY(!calculator->processData(fake.newFrame(1, 32, 64), 0));
+        QCOMPARE(fake.matricesAlive, 0);
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
+        QVERIFY(!calculator->processData(SharedFrame(), 0));
+    }
+
+    void refusedHandleIsLogged()
+    {
+        FakeVrn fake;
+        fake.rdmCreateError = "FFT size not supported";
+        RangeDopplerUserSettings settings;
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Doppler Map handle: FFT size not supported");
+        QVERIFY(!RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0));
+
+        fake.rdmCreateError = nullptr;
+        fake.rdmDestroyError = "in use";
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
+        QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Doppler Map handle: in use");
+        calculator.reset();
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarRangeDopplerMapCalculator)
 #include "tst_RadarRangeDopplerMapCalculator.moc"

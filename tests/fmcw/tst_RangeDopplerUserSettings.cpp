@@ -9,185 +9,174 @@ class TestRangeDopplerUserSettings : public QObject
 {
     Q_OBJECT
 private slots:
-    void defaults_data();
-    void defaults();
-    void deviceParameterUpdate_data();
-    void deviceParameterUpdate();
-    void resetFollowsTheDevice();
-    void checkOptimalSettings_data();
-    void checkOptimalSettings();
-    void antennaSwitching_data();
-    void antennaSwitching();
-    void jsonRoundTrip();
-};
+    void defaults_data()
+    {
+        QTest::addColumn<QString>("fft");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<float>("attenuation");
 
-void TestRangeDopplerUserSettings::defaults_data()
-{
-    QTest::addColumn<QString>("fft");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("window");
-    QTest::addColumn<float>("attenuation");
-
-    QTest::newRow("range") << "range" << "FFT_TYPE_R2C" << "Blackmann Harris" << 0.0f;
-    QTest::newRow("doppler") << "doppler" << "FFT_TYPE_C2C" << "Chebyshev" << 100.0f;
-}
-
-void TestRangeDopplerUserSettings::defaults()
-{
-    QFETCH(QString, fft);
-    QFETCH(QString, type);
-    QFETCH(QString, window);
-    QFETCH(float, attenuation);
-
-    RangeDopplerUserSettings settings;
-    const PpfftConfig* config = fft == "range" ? settings.rangeFft() : settings.dopplerFft();
-    QCOMPARE(config->size(), 256u);
-    QCOMPARE(config->type(), type);
-    QVERIFY(config->meanRemoval());
-    QVERIFY(config->normalizedWindow());
-    QCOMPARE(config->window()->type(), window);
-    QCOMPARE(config->window()->attenuationDB(), attenuation);
-    QCOMPARE(config->window()->scale(), 1.0f);
-    QCOMPARE(config->window()->size(), 256u);
-    QCOMPARE(settings.colorThreshold(), -90);
-    QCOMPARE(settings.outputScale(), QString("SCALE_TYPE_DECIBEL_20LOG"));
-    QCOMPARE(settings.threshold(), 1.0e-6f);
-}
-
-void TestRangeDopplerUserSettings::deviceParameterUpdate_data()
-{
-    QTest::addColumn<quint32>("rangeFft");
-    QTest::addColumn<quint32>("dopplerFft");
-    QTest::addColumn<quint32>("samples");
-    QTest::addColumn<quint32>("chirps");
-    QTest::addColumn<quint32>("expectedRangeFft");
-    QTest::addColumn<quint32>("expectedDopplerFft");
-
-    QTest::newRow("64 x 32 keeps the defaults") << 256u << 256u << 64u << 32u << 256u << 256u;
-    QTest::newRow("300 chirps give 512") << 256u << 256u << 64u << 300u << 256u << 512u;
-    QTest::newRow("300 chirps shrink 2048 to 512") << 256u << 2048u << 64u << 300u << 256u << 512u;
-    QTest::newRow("512 samples raise 256") << 256u << 256u << 512u << 32u << 512u << 256u;
-    QTest::newRow("long FFTs are kept") << 1024u << 1024u << 512u << 128u << 1024u << 1024u;
-    QTest::newRow("200 samples give 256") << 1024u << 256u << 200u << 64u << 256u << 256u;
-}
-
-void TestRangeDopplerUserSettings::deviceParameterUpdate()
-{
-    QFETCH(quint32, rangeFft);
-    QFETCH(quint32, dopplerFft);
-    QFETCH(quint32, samples);
-    QFETCH(quint32, chirps);
-    QFETCH(quint32, expectedRangeFft);
-    QFETCH(quint32, expectedDopplerFft);
-
-    RangeDopplerUserSettings settings;
-    settings.setRangeFftSize(rangeFft);
-    settings.setDopplerFftSize(dopplerFft);
-    QSignalSpy dopplerSpy(&settings, &RangeDopplerUserSettings::dopplerFftSizeChanged);
-    settings.updateDeviceParameters(samples, chirps);
-
-    QCOMPARE(settings.rangeFftSize(), expectedRangeFft);
-    QCOMPARE(settings.dopplerFftSize(), expectedDopplerFft);
-    QCOMPARE(dopplerSpy.count(), dopplerFft == expectedDopplerFft ? 0 : 1);
-    QCOMPARE(settings.rangeFft()->window()->size(), samples);
-    QCOMPARE(settings.dopplerFft()->window()->size(), chirps);
-    QCOMPARE(settings.samplesPerChirp(), samples);
-    QCOMPARE(settings.chirpsPerFrame(), chirps);
-}
-
-void TestRangeDopplerUserSettings::resetFollowsTheDevice()
-{
-    RangeDopplerUserSettings settings;
-    settings.updateDeviceParameters(512, 64);
-    settings.setDopplerFftSize(2048);
-    settings.setColorThreshold(-60);
-    QSignalSpy thresholdSpy(&settings, &RangeDopplerUserSettings::colorThresholdChanged);
-    settings.resetToDefault();
-    QCOMPARE(settings.rangeFftSize(), 512u);
-    QCOMPARE(settings.dopplerFftSize(), 256u);
-    QCOMPARE(settings.rangeFft()->window()->size(), 512u);
-    QCOMPARE(settings.dopplerFft()->window()->size(), 64u);
-    QCOMPARE(settings.colorThreshold(), -90);
-    QCOMPARE(thresholdSpy.count(), 1);
-}
-
-void TestRangeDopplerUserSettings::checkOptimalSettings_data()
-{
-    QTest::addColumn<quint32>("rangeFft");
-    QTest::addColumn<quint32>("dopplerFft");
-    QTest::addColumn<bool>("optimal");
-
-    QTest::newRow("both cover without excess") << 128u << 64u << true;
-    QTest::newRow("four times is still fine") << 512u << 256u << true;
-    QTest::newRow("range too short") << 64u << 64u << false;
-    QTest::newRow("doppler padded too much") << 128u << 512u << false;
-}
-
-void TestRangeDopplerUserSettings::checkOptimalSettings()
-{
-    QFETCH(quint32, rangeFft);
-    QFETCH(quint32, dopplerFft);
-    QFETCH(bool, optimal);
-    RangeDopplerUserSettings settings;
-    settings.updateDeviceParameters(128, 64);
-    QCOMPARE(settings.checkOptimalSettings(rangeFft, dopplerFft), optimal);
-}
-
-void TestRangeDopplerUserSettings::antennaSwitching_data()
-{
-    QTest::addColumn<QVector<int>>("rx");
-    QTest::addColumn<QVector<int>>("tx");
-    QTest::addColumn<QVector<int>>("expectedRxTx"); // pairs after each switch
-
-    QTest::newRow("three receivers, one transmitter")
-        << QVector<int> { 0, 1, 2 } << QVector<int> { 0 } << QVector<int> { 1, 0, 2, 0, 0, 0 };
-    QTest::newRow("two receivers, two transmitters")
-        << QVector<int> { 0, 2 } << QVector<int> { 0, 1 } << QVector<int> { 2, 0, 0, 1, 2, 1, 0, 0 };
-    QTest::newRow("one virtual antenna stays") << QVector<int> { 1 } << QVector<int> { 0 } << QVector<int> { 1, 0 };
-}
-
-void TestRangeDopplerUserSettings::antennaSwitching()
-{
-    QFETCH(QVector<int>, rx);
-    QFETCH(QVector<int>, tx);
-    QFETCH(QVector<int>, expectedRxTx);
-
-    RangeDopplerUserSettings settings;
-    settings.updateRxActiveIndexes(rx);
-    settings.updateTxActiveIndexes(tx);
-    for (int i = 0; i < expectedRxTx.size(); i += 2) {
-        settings.switchToAnotherAntenna();
-        QCOMPARE(settings.currentRxIndex(), expectedRxTx[i]);
-        QCOMPARE(settings.currentTxIndex(), expectedRxTx[i + 1]);
+        QTest::newRow("range") << "range" << "FFT_TYPE_R2C" << "Blackmann Harris" << 0.0f;
+        QTest::newRow("doppler") << "doppler" << "FFT_TYPE_C2C" << "Chebyshev" << 100.0f;
     }
-}
 
-void TestRangeDopplerUserSettings::jsonRoundTrip()
-{
-    RangeDopplerUserSettings source;
-    source.setColorThreshold(-70);
-    source.setDopplerFftSize(512);
-    source.rangeFft()->window()->setType("Hamming");
-    QJsonObject saved;
-    source.configurationNode()->writeToJson(saved);
+    void defaults()
+    {
+        QFETCH(QString, fft);
+        QFETCH(QString, type);
+        QFETCH(QString, window);
+        QFETCH(float, attenuation);
 
-    const QJsonObject node = saved.value("range_doppler").toObject();
-    QCOMPARE(node.value("color_threshold").toInt(), -70);
-    QCOMPARE(node.value("doppler_fft_config").toObject().value("size").toInt(), 512);
-    QCOMPARE(node.value("range_fft_config").toObject().value("window_config").toObject().value("type").toString(),
-             QString("Hamming"));
-    QVERIFY(!node.contains("fft_config"));
+        RangeDopplerUserSettings settings;
+        const PpfftConfig* config = fft == "range" ? settings.rangeFft() : settings.dopplerFft();
+        QCOMPARE(config->size(), 256u);
+        QCOMPARE(config->type(), type);
+        QVERIFY(config->meanRemoval());
+        QVERIFY(config->normalizedWindow());
+        QCOMPARE(config->window()->type(), window);
+        QCOMPARE(config->window()->attenuationDB(), attenuation);
+        QCOMPARE(config->window()->scale(), 1.0f);
+        QCOMPARE(config->window()->size(), 256u);
+        QCOMPARE(settings.colorThreshold(), -90);
+        QCOMPARE(settings.outputScale(), QString("SCALE_TYPE_DECIBEL_20LOG"));
+        QCOMPARE(settings.threshold(), 1.0e-6f);
+    }
 
-    RangeDopplerUserSettings target;
-    auto tree = target.configurationNode();
-    QString error;
-    tree->validate(error, saved, {});
-    QVERIFY2(error.isEmpty(), qPrintable(error));
-    tree->readFromJson(saved);
-    QCOMPARE(target.colorThreshold(), -70);
-    QCOMPARE(target.dopplerFftSize(), 512u);
-    QCOMPARE(target.rangeFft()->window()->type(), QString("Hamming"));
-}
+    void deviceParameterUpdate_data()
+    {
+        QTest::addColumn<quint32>("rangeFft");
+        QTest::addColumn<quint32>("dopplerFft");
+        QTest::addColumn<quint32>("samples");
+        QTest::addColumn<quint32>("chirps");
+        QTest::addColumn<quint32>("expectedRangeFft");
+        QTest::addColumn<quint32>("expectedDopplerFft");
+
+        QTest::newRow("64 x 32 keeps the defaults") << 256u << 256u << 64u << 32u << 256u << 256u;
+        QTest::newRow("300 chirps give 512") << 256u << 256u << 64u << 300u << 256u << 512u;
+        QTest::newRow("300 chirps shrink 2048 to 512") << 256u << 2048u << 64u << 300u << 256u << 512u;
+        QTest::newRow("512 samples raise 256") << 256u << 256u << 512u << 32u << 512u << 256u;
+        QTest::newRow("long FFTs are kept") << 1024u << 1024u << 512u << 128u << 1024u << 1024u;
+        QTest::newRow("200 samples give 256") << 1024u << 256u << 200u << 64u << 256u << 256u;
+    }
+
+    void deviceParameterUpdate()
+    {
+        QFETCH(quint32, rangeFft);
+        QFETCH(quint32, dopplerFft);
+        QFETCH(quint32, samples);
+        QFETCH(quint32, chirps);
+        QFETCH(quint32, expectedRangeFft);
+        QFETCH(quint32, expectedDopplerFft);
+
+        RangeDopplerUserSettings settings;
+        settings.setRangeFftSize(rangeFft);
+        settings.setDopplerFftSize(dopplerFft);
+        QSignalSpy dopplerSpy(&settings, &RangeDopplerUserSettings::dopplerFftSizeChanged);
+        settings.updateDeviceParameters(samples, chirps);
+
+        QCOMPARE(settings.rangeFftSize(), expectedRangeFft);
+        QCOMPARE(settings.dopplerFftSize(), expectedDopplerFft);
+        QCOMPARE(dopplerSpy.count(), dopplerFft == expectedDopplerFft ? 0 : 1);
+        QCOMPARE(settings.rangeFft()->window()->size(), samples);
+        QCOMPARE(settings.dopplerFft()->window()->size(), chirps);
+        QCOMPARE(settings.samplesPerChirp(), samples);
+        QCOMPARE(settings.chirpsPerFrame(), chirps);
+    }
+
+    void resetFollowsTheDevice()
+    {
+        RangeDopplerUserSettings settings;
+        settings.updateDeviceParameters(512, 64);
+        settings.setDopplerFftSize(2048);
+        settings.setColorThreshold(-60);
+        QSignalSpy thresholdSpy(&settings, &RangeDopplerUserSettings::colorThresholdChanged);
+        settings.resetToDefault();
+        QCOMPARE(settings.rangeFftSize(), 512u);
+        QCOMPARE(settings.dopplerFftSize(), 256u);
+        QCOMPARE(settings.rangeFft()->window()->size(), 512u);
+        QCOMPARE(settings.dopplerFft()->window()->size(), 64u);
+        QCOMPARE(settings.colorThreshold(), -90);
+        QCOMPARE(thresholdSpy.count(), 1);
+    }
+
+    void checkOptimalSettings_data()
+    {
+        QTest::addColumn<quint32>("rangeFft");
+        QTest::addColumn<quint32>("dopplerFft");
+        QTest::addColumn<bool>("optimal");
+
+        QTest::newRow("both cover without excess") << 128u << 64u << true;
+        QTest::newRow("four times is still fine") << 512u << 256u << true;
+        QTest::newRow("range too short") << 64u << 64u << false;
+        QTest::newRow("doppler padded too much") << 128u << 512u << false;
+    }
+
+    void checkOptimalSettings()
+    {
+        QFETCH(quint32, rangeFft);
+        QFETCH(quint32, dopplerFft);
+        QFETCH(bool, optimal);
+        RangeDopplerUserSettings settings;
+        settings.updateDeviceParameters(128, 64);
+        QCOMPARE(settings.checkOptimalSettings(rangeFft, dopplerFft), optimal);
+    }
+
+    void antennaSwitching_data()
+    {
+        QTest::addColumn<QVector<int>>("rx");
+        QTest::addColumn<QVector<int>>("tx");
+        QTest::addColumn<QVector<int>>("expectedRxTx"); // pairs after each switch
+
+        QTest::newRow("three receivers, one transmitter")
+            << QVector<int> { 0, 1, 2 } << QVector<int> { 0 } << QVector<int> { 1, 0, 2, 0, 0, 0 };
+        QTest::newRow("two receivers, two transmitters")
+            << QVector<int> { 0, 2 } << QVector<int> { 0, 1 } << QVector<int> { 2, 0, 0, 1, 2, 1, 0, 0 };
+        QTest::newRow("one virtual antenna stays") << QVector<int> { 1 } << QVector<int> { 0 } << QVector<int> { 1, 0 };
+    }
+
+    void antennaSwitching()
+    {
+        QFETCH(QVector<int>, rx);
+        QFETCH(QVector<int>, tx);
+        QFETCH(QVector<int>, expectedRxTx);
+
+        RangeDopplerUserSettings settings;
+        settings.updateRxActiveIndexes(rx);
+        settings.updateTxActiveIndexes(tx);
+        for (int i = 0; i < expectedRxTx.size(); i += 2) {
+            settings.switchToAnotherAntenna();
+            QCOMPARE(settings.currentRxIndex(), expectedRxTx[i]);
+            QCOMPARE(settings.currentTxIndex(), expectedRxTx[i + 1]);
+        }
+    }
+
+    void jsonRoundTrip()
+    {
+        RangeDopplerUserSettings source;
+        source.setColorThreshold(-70);
+        source.setDopplerFftSize(512);
+        source.rangeFft()->window()->setType("Hamming");
+        QJsonObject saved;
+        source.configurationNode()->writeToJson(saved);
+
+        const QJsonObject node = saved.value("range_doppler").toObject();
+        QCOMPARE(node.value("color_threshold").toInt(), -70);
+        QCOMPARE(node.value("doppler_fft_config").toObject().value("size").toInt(), 512);
+        QCOMPARE(node.value("range_fft_config").toObject().value("window_config").toObject().value("type").toString(),
+                 QString("Hamming"));
+        QVERIFY(!node.contains("fft_config"));
+
+        RangeDopplerUserSettings target;
+        auto tree = target.configurationNode();
+        QString error;
+        tree->validate(error, saved, {});
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        tree->readFromJson(saved);
+        QCOMPARE(target.colorThreshold(), -70);
+        QCOMPARE(target.dopplerFftSize(), 512u);
+        QCOMPARE(target.rangeFft()->window()->type(), QString("Hamming"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRangeDopplerUserSettings)
 #include "tst_RangeDopplerUserSettings.moc"

@@ -36,33 +36,411 @@ class TestRadarConfiguration : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase()
+    {
+        Q_INIT_RESOURCE(radar_configurations);
+        qRegisterMetaType<RadarEventCode>();
+        qRegisterMetaType<RadarDeviceConfiguration*>();
+        QVERIFY(m_dir.isValid());
+    }
 
-    void defaultsFollowApplicationAndChip_data();
-    void defaultsFollowApplicationAndChip();
-    void applicationChecksRefuseUnsuitableSettings_data();
-    void applicationChecksRefuseUnsuitableSettings();
-    void switchingApplicationLoadsItsDefault();
-    void applicationChosenAfterALoadedFileStartsFromItsDefaults_data();
-    void applicationChosenAfterALoadedFileStartsFromItsDefaults();
-    void applyKeepsTheUsersSegmentationSettings();
-    void optimalCheckToleratesSmallDifferences_data();
-    void optimalCheckToleratesSmallDifferences();
-    void invalidFileIsRefusedAndNothingChanges_data();
-    void invalidFileIsRefusedAndNothingChanges();
-    void savedFileLoadsBack();
-    void unknownChipCannotLoadUserFiles();
-    void differenceFollowsTheComparedFields_data();
-    void differenceFollowsTheComparedFields();
-    void revertCopiesTheAppliedConfigurationBack();
-    void recordingDocumentRunsWithoutTheBoard();
-    void fileNameProposalNamesChipAndTime();
+    void init()
+    {
+        m_fake = std::make_unique<FakeVrn>();
+        m_fake->psDefaults.min_detection_range_m = 0.5f;
+        m_fake->psDefaults.max_detection_range_m = 3.0f;
+        m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
+        m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
+        m_events = std::make_unique<QSignalSpy>(m_configuration.get(), &IRadarConfiguration::triggerEvent);
+    }
+
+    void cleanup()
+    {
+        m_events.reset();
+        m_configuration.reset();
+        m_settings.reset();
+        m_fake.reset();
+    }
+
+    void defaultsFollowApplicationAndChip_data()
+    {
+        QTest::addColumn<RadarConstants::Application>("application");
+        QTest::addColumn<QString>("chip");
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<QVector<int>>("rx");
+        QTest::addColumn<float>("rangeResolution");
+
+        QTest::newRow("None on KMR7A") << RadarConstants::None << "KMR7A" << 0.1f << QVector<int> { 3 } << 0.3f;
+        QTest::newRow("None on KMR7B") << RadarConstants::None << "KMR7B" << 0.1f << QVector<int> { 3 } << 0.3f;
+        QTest::newRow("None on KMR7C") << RadarConstants::None << "KMR7C" << 0.1f << QVector<int> { 1 } << 0.3f;
+        QTest::newRow("presence on KMR7A") << RadarConstants::PresenceSensing << "KMR7A" << 0.2f << QVector<int> { 3 }
+                                           << 0.15f;
+        QTest::newRow("presence on KMR7C") << RadarConstants::PresenceSensing << "KMR7C" << 0.2f << QVector<int> { 1 }
+                                           << 0.15f;
+        QTest::newRow("segmentation on KMR7C") << RadarConstants::Segmentation << "KMR7C" << 0.1f
+                                               << QVector<int> { 1, 3 } << 0.15f;
+    }
+
+    void defaultsFollowApplicationAndChip()
+    {
+        QFETCH(RadarConstants::Application, application);
+        QFETCH(QString, chip);
+        QFETCH(float, frameTime);
+        QFETCH(QVector<int>, rx);
+        QFETCH(float, rangeResolution);
+
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        describeBoard(edited, chip);
+        QVERIFY(m_configuration->applyDefaultConfiguration(application));
+        QCOMPARE(edited.application(), application);
+        QCOMPARE(edited.metrics()->frameRepetitionTimeS(), frameTime);
+        QCOMPARE(edited.metrics()->rx()->activeAntennas(), rx);
+        QCOMPARE(edited.metrics()->rangeResolutionM(), rangeResolution);
+        QVERIFY(edited.optimalAppConfig());
+        if (application == RadarConstants::PresenceSensing)
+            QCOMPARE(edited.presenceSensing()->maxDetectionRange(), 3.0f);
+        QVERIFY(m_events->isEmpty());
+    }
+
+    void applicationChecksRefuseUnsuitableSettings_data()
+    {
+        QTest::addColumn<RadarConstants::Application>("application");
+        QTest::addColumn<QVector<int>>("rx");
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<float>("minDetection");
+        QTest::addColumn<float>("maxDetection");
+        QTest::addColumn<QString>("message");
+
+        const QString segmentation = QStringLiteral("Segmentation app requires:\nOnly Rx1 and Rx3 antennas to be active\n"
+                                                    "Frame Repetition time = 10Hz\nTheoretical Max Range >= 1m");
+        QTest::newRow("segmentation Rx1+Rx3 at 0.1 s") << RadarConstants::Segmentation << QVector<int> { 1, 3 } << 0.1f
+                                                       << 0.0f << 0.0f << QString();
+        QTest::newRow("segmentation with Rx2") << RadarConstants::Segmentation << QVector<int> { 1, 2, 3 } << 0.1f << 0.0f
+                                               << 0.0f << segmentation;
+        QTest::newRow("segmentation at 0.1000001 s") << RadarConstants::Segmentation << QVector<int> { 1, 3 }
+                                                     << 0.1000001f << 0.0f << 0.0f << segmentation;
+        QTest::newRow("presence with one antenna") << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 0.5f
+                                                   << 3.0f << QString();
+        QTest::newRow("presence with two antennas")
+            << RadarConstants::PresenceSensing << QVector<int> { 1, 3 } << 0.2f << 0.5f << 3.0f
+            << QStringLiteral("Presence Sensing requires only one active Rx antenna");
+        QTest::newRow("presence min beyond max range")
+            << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 12.0f << 13.0f
+            << QStringLiteral("Min Detection Range of Presence Sensing cannot be higher than Max Theoretical Range. "
+                              "Check your Presence Sensing settings.");
+        QTest::newRow("presence max beyond max range")
+            << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 0.5f << 13.0f
+            << QStringLiteral("Max Detection Range of Presence Sensing cannot be higher than Max Theoretical Range. "
+                              "Check your Presence Sensing settings.");
+    }
+
+    void applicationChecksRefuseUnsuitableSettings()
+    {
+        QFETCH(RadarConstants::Application, application);
+        QFETCH(QVector<int>, rx);
+        QFETCH(float, frameTime);
+        QFETCH(float, minDetection);
+        QFETCH(float, maxDetection);
+        QFETCH(QString, message);
+
+        applyApplication(application);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        edited.metrics()->rx()->setActiveAntennas(rx);
+        edited.metrics()->setFrameRepetitionTimeS(frameTime);
+        if (application == RadarConstants::PresenceSensing) {
+            edited.presenceSensing()->setMinDetectionRange(minDetection);
+            edited.presenceSensing()->setMaxDetectionRange(maxDetection);
+        }
+        const float appliedFrameTime = m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS();
+
+        const bool accepted = m_configuration->applyGuiConfiguration();
+        QCOMPARE(accepted, message.isEmpty());
+        if (!message.isEmpty()) {
+            QCOMPARE(m_events->last().at(0).value<RadarEventCode>(), RadarEventCode::Error);
+            QCOMPARE(lastMessage(*m_events), message);
+            QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), appliedFrameTime);
+        }
+    }
+
+    void switchingApplicationLoadsItsDefault()
+    {
+        applyApplication(RadarConstants::None);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.1f);
+        edited.setApplication(RadarConstants::PresenceSensing);
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
+        QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
+        QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.2f);
+        QCOMPARE(applied.metrics()->rangeResolutionM(), 0.15f);
+    }
+
+    void applicationChosenAfterALoadedFileStartsFromItsDefaults_data()
+    {
+        QTest::addColumn<QVector<int>>("fileRx");
+        QTest::addColumn<bool>("fileRefused");
+        QTest::addColumn<RadarConstants::Application>("chosen");
+        QTest::addColumn<QVector<int>>("appliedRx");
+        QTest::newRow("file refused, then Segmentation") << QVector<int> { 1, 3 } << true << RadarConstants::Segmentation
+                                                         << QVector<int> { 1, 3 };
+        QTest::newRow("file loaded, then None") << QVector<int> { 3 } << false << RadarConstants::None
+                                                << QVector<int> { 3 };
+    }
+
+    void applicationChosenAfterALoadedFileStartsFromItsDefaults()
+    {
+        QFETCH(QVector<int>, fileRx);
+        QFETCH(bool, fileRefused);
+        QFETCH(RadarConstants::Application, chosen);
+        QFETCH(QVector<int>, appliedRx);
+        applyApplication(RadarConstants::PresenceSensing);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        edited.metrics()->setFrameRepetitionTimeS(0.25f);
+        edited.metrics()->rx()->setActiveAntennas(fileRx);
+        const QString path = m_dir.filePath(QStringLiteral("presence.json"));
+        QVERIFY(m_configuration->saveConfiguration(path));
+        QVERIFY(m_configuration->revertConfiguration());
+
+        QVERIFY(m_configuration->loadConfiguration(path, false));
+        if (fileRefused)
+            QVERIFY(!m_configuration->applyGuiConfiguration());
+        edited.setApplication(chosen);
+
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
+        QCOMPARE(applied.application(), chosen);
+        QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.1f);
+        QCOMPARE(applied.metrics()->rx()->activeAntennas(), appliedRx);
+    }
+
+    void applyKeepsTheUsersSegmentationSettings()
+    {
+        qstrncpy(m_fake->info.name, "KMR7A", sizeof m_fake->info.name);
+        m_fake->info.num_rx_antennas = 3;
+        m_fake->info.num_tx_antennas = 1;
+        m_fake->segDefaults.max_num_tracks = 10;
+        m_fake->segDefaults.max_detection_range_m = 5.0f;
+        m_fake->segDefaults.num_segments = 1;
+        m_fake->segDefaults.segments_degrees[0] = 60.0f;
+        RadarDevice device(&m_fake->table);
+        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
+        m_configuration->bindDevice(&device);
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::Segmentation));
+        QCOMPARE(m_configuration->editedConfiguration()->segmentation()->maxNumTracks(), 10u);
+        QVERIFY(m_configuration->applyGuiConfiguration());
+
+        SegmentationConfiguration& edited = *m_configuration->editedConfiguration()->segmentation();
+        edited.setMaxNumTracks(7);
+        edited.setSegmentsDegrees({ 30.0f, 90.0f });
+        QVERIFY(m_configuration->applyGuiConfiguration());
+
+        const SegmentationConfiguration& applied = *m_configuration->appliedConfiguration()->segmentation();
+        QCOMPARE(applied.maxNumTracks(), 7u);
+        QCOMPARE(applied.segmentsDegrees(), QVector<float>({ 30.0f, 90.0f }));
+        QCOMPARE(edited.maxNumTracks(), 7u);
+        m_configuration->bindDevice(nullptr);
+    }
+
+    void optimalCheckToleratesSmallDifferences_data()
+    {
+        QTest::addColumn<float>("offset");
+        QTest::addColumn<bool>("optimal");
+        QTest::newRow("0.0005 s off") << 0.0005f << true;
+        QTest::newRow("0.01 s off") << 0.01f << false;
+    }
+
+    void optimalCheckToleratesSmallDifferences()
+    {
+        QFETCH(float, offset);
+        QFETCH(bool, optimal);
+        applyApplication(RadarConstants::PresenceSensing);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        edited.metrics()->setFrameRepetitionTimeS(0.2f + offset);
+        QCOMPARE(m_configuration->validateApplication(), true);
+        QCOMPARE(edited.optimalAppConfig(), optimal);
+        if (optimal) {
+            QVERIFY(m_events->isEmpty());
+        } else {
+            QCOMPARE(m_events->last().at(0).value<RadarEventCode>(), RadarEventCode::Notice);
+            QCOMPARE(lastMessage(*m_events),
+                     QStringLiteral("The modified settings are non-optimal for Presence Sensing application"));
+            QCOMPARE(m_events->last().at(2).toString(), QString());
+        }
+    }
+
+    void invalidFileIsRefusedAndNothingChanges_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("details");
+        const QByteArray scene = R"("center_frequency_Hz": 60500000768, "frame_repetition_time_s": 0.5,
+            "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45, "range_resolution_m": 0.3,
+            "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766, "tx_antennas": [1], "tx_power_level": 31)";
+        QTest::newRow("antenna the chip lacks")
+            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [7]}},
+                            "json_version": {"type": "KMR7A", "version": "1.0"}})")
+            << QString();
+        QTest::newRow("text for a number")
+            << QByteArray(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3], "center_frequency_Hz": "high",
+                            "frame_repetition_time_s": 0.5, "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45,
+                            "range_resolution_m": 0.3, "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766,
+                            "tx_antennas": [1], "tx_power_level": 31}},
+                            "json_version": {"type": "KMR7A", "version": "1.0"}})")
+            << QString();
+        QTest::newRow("another chip's document")
+            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [1]}},
+                            "json_version": {"type": "KMR7C", "version": "1.0"}})")
+            << QStringLiteral("Invalid json type");
+        QTest::newRow("unknown version")
+            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [3]}},
+                            "json_version": {"type": "KMR7A", "version": "2.0"}})")
+            << QStringLiteral("Invalid json version");
+    }
+
+    void invalidFileIsRefusedAndNothingChanges()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(QString, details);
+        applyApplication(RadarConstants::None);
+        const QString path = m_dir.filePath(QStringLiteral("refused.json"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(document);
+        file.close();
+
+        QVERIFY(!m_configuration->loadConfiguration(path, false));
+        QCOMPARE(lastMessage(*m_events), QStringLiteral("Cannot load configuration"));
+        const QString reported = m_events->last().at(2).toString();
+        QVERIFY2(!reported.isEmpty(), "the reason goes with the message");
+        if (!details.isEmpty())
+            QCOMPARE(reported, details);
+        QCOMPARE(m_configuration->editedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
+        QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
+    }
+
+    void savedFileLoadsBack()
+    {
+        applyApplication(RadarConstants::PresenceSensing);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        edited.presenceSensing()->setMaxDetectionRange(2.5f);
+        edited.metrics()->setFrameRepetitionTimeS(0.25f);
+        const QString path = m_dir.filePath(QStringLiteral("saved.json"));
+        QVERIFY(m_configuration->saveConfiguration(path));
+
+        edited.setApplication(RadarConstants::None);
+        edited.metrics()->setFrameRepetitionTimeS(0.5f);
+        QVERIFY(m_configuration->loadConfiguration(path, false));
+        QCOMPARE(edited.application(), RadarConstants::PresenceSensing);
+        QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.25f);
+        QCOMPARE(edited.presenceSensing()->maxDetectionRange(), 2.5f);
+        // A loaded file is applied as it stands, not replaced by the default.
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
+    }
+
+    void unknownChipCannotLoadUserFiles()
+    {
+        QVERIFY(!m_configuration->loadConfiguration(m_dir.filePath(QStringLiteral("any.json")), false));
+        QCOMPARE(lastMessage(*m_events), QStringLiteral("Unknown radar device"));
+    }
+
+    void differenceFollowsTheComparedFields_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("differs");
+        QTest::newRow("nothing") << "" << false;
+        QTest::newRow("frame time within tolerance") << "frame+0.0005" << false;
+        QTest::newRow("frame time") << "frame+0.01" << true;
+        QTest::newRow("hysteresis") << "hysteresis" << true;
+        QTest::newRow("hysteresis NaN") << "hysteresisNaN" << true;
+        QTest::newRow("confirm count") << "count" << true;
+        QTest::newRow("application") << "application" << true;
+    }
+
+    void differenceFollowsTheComparedFields()
+    {
+        QFETCH(QString, change);
+        QFETCH(bool, differs);
+        applyApplication(RadarConstants::PresenceSensing);
+        QVERIFY(!m_configuration->differs());
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        PresenceSensingConfig& presence = *edited.presenceSensing();
+        if (change == QLatin1String("frame+0.0005"))
+            edited.metrics()->setFrameRepetitionTimeS(0.2005f);
+        else if (change == QLatin1String("frame+0.01"))
+            edited.metrics()->setFrameRepetitionTimeS(0.21f);
+        else if (change == QLatin1String("hysteresis"))
+            presence.setRangeHysteresisPercentage(presence.rangeHysteresisPercentage() + 1.0f);
+        else if (change == QLatin1String("hysteresisNaN"))
+            presence.setRangeHysteresisPercentage(std::numeric_limits<float>::quiet_NaN());
+        else if (change == QLatin1String("count"))
+            presence.setPresenceConfirmCount(presence.presenceConfirmCount() + 1);
+        else if (change == QLatin1String("application"))
+            edited.setApplication(RadarConstants::None);
+        QCOMPARE(m_configuration->differs(), differs);
+    }
+
+    void revertCopiesTheAppliedConfigurationBack()
+    {
+        applyApplication(RadarConstants::None);
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        edited.metrics()->setFrameRepetitionTimeS(0.4f);
+        edited.metrics()->rx()->setActiveAntennas({ 1, 2 });
+        QVERIFY(m_configuration->differs());
+        QVERIFY(m_configuration->revertConfiguration());
+        QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.1f);
+        QCOMPARE(edited.metrics()->rx()->activeAntennas(), QVector<int> { 3 });
+        QVERIFY(!m_configuration->differs());
+    }
+
+    void recordingDocumentRunsWithoutTheBoard()
+    {
+        applyApplication(RadarConstants::PresenceSensing, QStringLiteral("KMR7C"));
+        // Settings of the user's, not the application's defaults: the player
+        // must run what was recorded.
+        m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        const QByteArray document = m_configuration->recordingDocument();
+
+        RadarUserSettings settings(nullptr, nullptr);
+        RadarConfiguration player(&m_fake->table, &settings);
+        QSignalSpy updated(&player, &IRadarConfiguration::deviceConfigurationUpdated);
+        QString error;
+        QVERIFY2(player.loadRecordingDocument(document, error), qPrintable(error));
+        QCOMPARE(updated.count(), 1);
+        const RadarDeviceConfiguration& applied = *player.appliedConfiguration();
+        QCOMPARE(applied.deviceInfo()->deviceName(), QStringLiteral("KMR7C"));
+        // The presence algorithm's defaults are looked up by chip family.
+        QCOMPARE(applied.deviceInfo()->deviceType(), int(VRN_DEVICE_TYPE_KMR7C));
+        QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
+        QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.25f);
+        QVERIFY(!RadarConfiguration::configurationsDiffer(applied, *m_configuration->appliedConfiguration()));
+
+        QByteArray broken = document;
+        broken.replace("KMR7C_Extended", "KMR7X_Extended");
+        QVERIFY(!player.loadRecordingDocument(broken, error));
+        QCOMPARE(error, QStringLiteral("Invalid json type"));
+    }
+
+    void fileNameProposalNamesChipAndTime()
+    {
+        describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7B"));
+        QVERIFY(QRegularExpression(QStringLiteral("^KMR7B_Settings_\\d{8}-\\d{6}\\.json$"))
+                    .match(m_configuration->suggestGeneralConfigFileName())
+                    .hasMatch());
+    }
 
 private:
     // Makes `application` the applied one on a described chip.
-    void applyApplication(RadarConstants::Application application, const QString& chip = QStringLiteral("KMR7A"));
+
+    void applyApplication(RadarConstants::Application application, const QString& chip = QStringLiteral("KMR7A"))
+    {
+        describeBoard(*m_configuration->editedConfiguration(), chip);
+        describeBoard(*m_configuration->appliedConfiguration(), chip);
+        QVERIFY(m_configuration->applyDefaultConfiguration(application));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        QCOMPARE(m_configuration->appliedConfiguration()->application(), application);
+        m_events->clear();
+    }
 
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<RadarUserSettings> m_settings;
@@ -70,409 +448,6 @@ private:
     std::unique_ptr<QSignalSpy> m_events;
     QTemporaryDir m_dir;
 };
-
-void TestRadarConfiguration::initTestCase()
-{
-    Q_INIT_RESOURCE(radar_configurations);
-    qRegisterMetaType<RadarEventCode>();
-    qRegisterMetaType<RadarDeviceConfiguration*>();
-    QVERIFY(m_dir.isValid());
-}
-
-void TestRadarConfiguration::init()
-{
-    m_fake = std::make_unique<FakeVrn>();
-    m_fake->psDefaults.min_detection_range_m = 0.5f;
-    m_fake->psDefaults.max_detection_range_m = 3.0f;
-    m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
-    m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
-    m_events = std::make_unique<QSignalSpy>(m_configuration.get(), &IRadarConfiguration::triggerEvent);
-}
-
-void TestRadarConfiguration::cleanup()
-{
-    m_events.reset();
-    m_configuration.reset();
-    m_settings.reset();
-    m_fake.reset();
-}
-
-void TestRadarConfiguration::applyApplication(RadarConstants::Application application, const QString& chip)
-{
-    describeBoard(*m_configuration->editedConfiguration(), chip);
-    describeBoard(*m_configuration->appliedConfiguration(), chip);
-    QVERIFY(m_configuration->applyDefaultConfiguration(application));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    QCOMPARE(m_configuration->appliedConfiguration()->application(), application);
-    m_events->clear();
-}
-
-void TestRadarConfiguration::defaultsFollowApplicationAndChip_data()
-{
-    QTest::addColumn<RadarConstants::Application>("application");
-    QTest::addColumn<QString>("chip");
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<QVector<int>>("rx");
-    QTest::addColumn<float>("rangeResolution");
-
-    QTest::newRow("None on KMR7A") << RadarConstants::None << "KMR7A" << 0.1f << QVector<int> { 3 } << 0.3f;
-    QTest::newRow("None on KMR7B") << RadarConstants::None << "KMR7B" << 0.1f << QVector<int> { 3 } << 0.3f;
-    QTest::newRow("None on KMR7C") << RadarConstants::None << "KMR7C" << 0.1f << QVector<int> { 1 } << 0.3f;
-    QTest::newRow("presence on KMR7A") << RadarConstants::PresenceSensing << "KMR7A" << 0.2f << QVector<int> { 3 }
-                                       << 0.15f;
-    QTest::newRow("presence on KMR7C") << RadarConstants::PresenceSensing << "KMR7C" << 0.2f << QVector<int> { 1 }
-                                       << 0.15f;
-    QTest::newRow("segmentation on KMR7C") << RadarConstants::Segmentation << "KMR7C" << 0.1f
-                                           << QVector<int> { 1, 3 } << 0.15f;
-}
-
-void TestRadarConfiguration::defaultsFollowApplicationAndChip()
-{
-    QFETCH(RadarConstants::Application, application);
-    QFETCH(QString, chip);
-    QFETCH(float, frameTime);
-    QFETCH(QVector<int>, rx);
-    QFETCH(float, rangeResolution);
-
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    describeBoard(edited, chip);
-    QVERIFY(m_configuration->applyDefaultConfiguration(application));
-    QCOMPARE(edited.application(), application);
-    QCOMPARE(edited.metrics()->frameRepetitionTimeS(), frameTime);
-    QCOMPARE(edited.metrics()->rx()->activeAntennas(), rx);
-    QCOMPARE(edited.metrics()->rangeResolutionM(), rangeResolution);
-    QVERIFY(edited.optimalAppConfig());
-    if (application == RadarConstants::PresenceSensing)
-        QCOMPARE(edited.presenceSensing()->maxDetectionRange(), 3.0f);
-    QVERIFY(m_events->isEmpty());
-}
-
-void TestRadarConfiguration::applicationChecksRefuseUnsuitableSettings_data()
-{
-    QTest::addColumn<RadarConstants::Application>("application");
-    QTest::addColumn<QVector<int>>("rx");
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<float>("minDetection");
-    QTest::addColumn<float>("maxDetection");
-    QTest::addColumn<QString>("message");
-
-    const QString segmentation = QStringLiteral("Segmentation app requires:\nOnly Rx1 and Rx3 antennas to be active\n"
-                                                "Frame Repetition time = 10Hz\nTheoretical Max Range >= 1m");
-    QTest::newRow("segmentation Rx1+Rx3 at 0.1 s") << RadarConstants::Segmentation << QVector<int> { 1, 3 } << 0.1f
-                                                   << 0.0f << 0.0f << QString();
-    QTest::newRow("segmentation with Rx2") << RadarConstants::Segmentation << QVector<int> { 1, 2, 3 } << 0.1f << 0.0f
-                                           << 0.0f << segmentation;
-    QTest::newRow("segmentation at 0.1000001 s") << RadarConstants::Segmentation << QVector<int> { 1, 3 }
-                                                 << 0.1000001f << 0.0f << 0.0f << segmentation;
-    QTest::newRow("presence with one antenna") << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 0.5f
-                                               << 3.0f << QString();
-    QTest::newRow("presence with two antennas")
-        << RadarConstants::PresenceSensing << QVector<int> { 1, 3 } << 0.2f << 0.5f << 3.0f
-        << QStringLiteral("Presence Sensing requires only one active Rx antenna");
-    QTest::newRow("presence min beyond max range")
-        << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 12.0f << 13.0f
-        << QStringLiteral("Min Detection Range of Presence Sensing cannot be higher than Max Theoretical Range. "
-                          "Check your Presence Sensing settings.");
-    QTest::newRow("presence max beyond max range")
-        << RadarConstants::PresenceSensing << QVector<int> { 3 } << 0.2f << 0.5f << 13.0f
-        << QStringLiteral("Max Detection Range of Presence Sensing cannot be higher than Max Theoretical Range. "
-                          "Check your Presence Sensing settings.");
-}
-
-void TestRadarConfiguration::applicationChecksRefuseUnsuitableSettings()
-{
-    QFETCH(RadarConstants::Application, application);
-    QFETCH(QVector<int>, rx);
-    QFETCH(float, frameTime);
-    QFETCH(float, minDetection);
-    QFETCH(float, maxDetection);
-    QFETCH(QString, message);
-
-    applyApplication(application);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    edited.metrics()->rx()->setActiveAntennas(rx);
-    edited.metrics()->setFrameRepetitionTimeS(frameTime);
-    if (application == RadarConstants::PresenceSensing) {
-        edited.presenceSensing()->setMinDetectionRange(minDetection);
-        edited.presenceSensing()->setMaxDetectionRange(maxDetection);
-    }
-    const float appliedFrameTime = m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS();
-
-    const bool accepted = m_configuration->applyGuiConfiguration();
-    QCOMPARE(accepted, message.isEmpty());
-    if (!message.isEmpty()) {
-        QCOMPARE(m_events->last().at(0).value<RadarEventCode>(), RadarEventCode::Error);
-        QCOMPARE(lastMessage(*m_events), message);
-        QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), appliedFrameTime);
-    }
-}
-
-void TestRadarConfiguration::switchingApplicationLoadsItsDefault()
-{
-    applyApplication(RadarConstants::None);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.1f);
-    edited.setApplication(RadarConstants::PresenceSensing);
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
-    QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
-    QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.2f);
-    QCOMPARE(applied.metrics()->rangeResolutionM(), 0.15f);
-}
-
-void TestRadarConfiguration::applicationChosenAfterALoadedFileStartsFromItsDefaults_data()
-{
-    QTest::addColumn<QVector<int>>("fileRx");
-    QTest::addColumn<bool>("fileRefused");
-    QTest::addColumn<RadarConstants::Application>("chosen");
-    QTest::addColumn<QVector<int>>("appliedRx");
-    QTest::newRow("file refused, then Segmentation") << QVector<int> { 1, 3 } << true << RadarConstants::Segmentation
-                                                     << QVector<int> { 1, 3 };
-    QTest::newRow("file loaded, then None") << QVector<int> { 3 } << false << RadarConstants::None
-                                            << QVector<int> { 3 };
-}
-
-void TestRadarConfiguration::applicationChosenAfterALoadedFileStartsFromItsDefaults()
-{
-    QFETCH(QVector<int>, fileRx);
-    QFETCH(bool, fileRefused);
-    QFETCH(RadarConstants::Application, chosen);
-    QFETCH(QVector<int>, appliedRx);
-    applyApplication(RadarConstants::PresenceSensing);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    edited.metrics()->setFrameRepetitionTimeS(0.25f);
-    edited.metrics()->rx()->setActiveAntennas(fileRx);
-    const QString path = m_dir.filePath(QStringLiteral("presence.json"));
-    QVERIFY(m_configuration->saveConfiguration(path));
-    QVERIFY(m_configuration->revertConfiguration());
-
-    QVERIFY(m_configuration->loadConfiguration(path, false));
-    if (fileRefused)
-        QVERIFY(!m_configuration->applyGuiConfiguration());
-    edited.setApplication(chosen);
-
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
-    QCOMPARE(applied.application(), chosen);
-    QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.1f);
-    QCOMPARE(applied.metrics()->rx()->activeAntennas(), appliedRx);
-}
-
-void TestRadarConfiguration::applyKeepsTheUsersSegmentationSettings()
-{
-    qstrncpy(m_fake->info.name, "KMR7A", sizeof m_fake->info.name);
-    m_fake->info.num_rx_antennas = 3;
-    m_fake->info.num_tx_antennas = 1;
-    m_fake->segDefaults.max_num_tracks = 10;
-    m_fake->segDefaults.max_detection_range_m = 5.0f;
-    m_fake->segDefaults.num_segments = 1;
-    m_fake->segDefaults.segments_degrees[0] = 60.0f;
-    RadarDevice device(&m_fake->table);
-    QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-    m_configuration->bindDevice(&device);
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::Segmentation));
-    QCOMPARE(m_configuration->editedConfiguration()->segmentation()->maxNumTracks(), 10u);
-    QVERIFY(m_configuration->applyGuiConfiguration());
-
-    SegmentationConfiguration& edited = *m_configuration->editedConfiguration()->segmentation();
-    edited.setMaxNumTracks(7);
-    edited.setSegmentsDegrees({ 30.0f, 90.0f });
-    QVERIFY(m_configuration->applyGuiConfiguration());
-
-    const SegmentationConfiguration& applied = *m_configuration->appliedConfiguration()->segmentation();
-    QCOMPARE(applied.maxNumTracks(), 7u);
-    QCOMPARE(applied.segmentsDegrees(), QVector<float>({ 30.0f, 90.0f }));
-    QCOMPARE(edited.maxNumTracks(), 7u);
-    m_configuration->bindDevice(nullptr);
-}
-
-void TestRadarConfiguration::optimalCheckToleratesSmallDifferences_data()
-{
-    QTest::addColumn<float>("offset");
-    QTest::addColumn<bool>("optimal");
-    QTest::newRow("0.0005 s off") << 0.0005f << true;
-    QTest::newRow("0.01 s off") << 0.01f << false;
-}
-
-void TestRadarConfiguration::optimalCheckToleratesSmallDifferences()
-{
-    QFETCH(float, offset);
-    QFETCH(bool, optimal);
-    applyApplication(RadarConstants::PresenceSensing);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    edited.metrics()->setFrameRepetitionTimeS(0.2f + offset);
-    QCOMPARE(m_configuration->validateApplication(), true);
-    QCOMPARE(edited.optimalAppConfig(), optimal);
-    if (optimal) {
-        QVERIFY(m_events->isEmpty());
-    } else {
-        QCOMPARE(m_events->last().at(0).value<RadarEventCode>(), RadarEventCode::Notice);
-        QCOMPARE(lastMessage(*m_events),
-                 QStringLiteral("The modified settings are non-optimal for Presence Sensing application"));
-        QCOMPARE(m_events->last().at(2).toString(), QString());
-    }
-}
-
-void TestRadarConfiguration::invalidFileIsRefusedAndNothingChanges_data()
-{
-    QTest::addColumn<QByteArray>("document");
-    QTest::addColumn<QString>("details");
-    const QByteArray scene = R"("center_frequency_Hz": 60500000768, "frame_repetition_time_s": 0.5,
-        "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45, "range_resolution_m": 0.3,
-        "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766, "tx_antennas": [1], "tx_power_level": 31)";
-    QTest::newRow("antenna the chip lacks")
-        << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [7]}},
-                        "json_version": {"type": "KMR7A", "version": "1.0"}})")
-        << QString();
-    QTest::newRow("text for a number")
-        << QByteArray(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3], "center_frequency_Hz": "high",
-                        "frame_repetition_time_s": 0.5, "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45,
-                        "range_resolution_m": 0.3, "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766,
-                        "tx_antennas": [1], "tx_power_level": 31}},
-                        "json_version": {"type": "KMR7A", "version": "1.0"}})")
-        << QString();
-    QTest::newRow("another chip's document")
-        << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [1]}},
-                        "json_version": {"type": "KMR7C", "version": "1.0"}})")
-        << QStringLiteral("Invalid json type");
-    QTest::newRow("unknown version")
-        << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [3]}},
-                        "json_version": {"type": "KMR7A", "version": "2.0"}})")
-        << QStringLiteral("Invalid json version");
-}
-
-void TestRadarConfiguration::invalidFileIsRefusedAndNothingChanges()
-{
-    QFETCH(QByteArray, document);
-    QFETCH(QString, details);
-    applyApplication(RadarConstants::None);
-    const QString path = m_dir.filePath(QStringLiteral("refused.json"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(document);
-    file.close();
-
-    QVERIFY(!m_configuration->loadConfiguration(path, false));
-    QCOMPARE(lastMessage(*m_events), QStringLiteral("Cannot load configuration"));
-    const QString reported = m_events->last().at(2).toString();
-    QVERIFY2(!reported.isEmpty(), "the reason goes with the message");
-    if (!details.isEmpty())
-        QCOMPARE(reported, details);
-    QCOMPARE(m_configuration->editedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
-    QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
-}
-
-void TestRadarConfiguration::savedFileLoadsBack()
-{
-    applyApplication(RadarConstants::PresenceSensing);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    edited.presenceSensing()->setMaxDetectionRange(2.5f);
-    edited.metrics()->setFrameRepetitionTimeS(0.25f);
-    const QString path = m_dir.filePath(QStringLiteral("saved.json"));
-    QVERIFY(m_configuration->saveConfiguration(path));
-
-    edited.setApplication(RadarConstants::None);
-    edited.metrics()->setFrameRepetitionTimeS(0.5f);
-    QVERIFY(m_configuration->loadConfiguration(path, false));
-    QCOMPARE(edited.application(), RadarConstants::PresenceSensing);
-    QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.25f);
-    QCOMPARE(edited.presenceSensing()->maxDetectionRange(), 2.5f);
-    // A loaded file is applied as it stands, not replaced by the default.
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
-}
-
-void TestRadarConfiguration::unknownChipCannotLoadUserFiles()
-{
-    QVERIFY(!m_configuration->loadConfiguration(m_dir.filePath(QStringLiteral("any.json")), false));
-    QCOMPARE(lastMessage(*m_events), QStringLiteral("Unknown radar device"));
-}
-
-void TestRadarConfiguration::differenceFollowsTheComparedFields_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<bool>("differs");
-    QTest::newRow("nothing") << "" << false;
-    QTest::newRow("frame time within tolerance") << "frame+0.0005" << false;
-    QTest::newRow("frame time") << "frame+0.01" << true;
-    QTest::newRow("hysteresis") << "hysteresis" << true;
-    QTest::newRow("hysteresis NaN") << "hysteresisNaN" << true;
-    QTest::newRow("confirm count") << "count" << true;
-    QTest::newRow("application") << "application" << true;
-}
-
-void TestRadarConfiguration::differenceFollowsTheComparedFields()
-{
-    QFETCH(QString, change);
-    QFETCH(bool, differs);
-    applyApplication(RadarConstants::PresenceSensing);
-    QVERIFY(!m_configuration->differs());
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    PresenceSensingConfig& presence = *edited.presenceSensing();
-    if (change == QLatin1String("frame+0.0005"))
-        edited.metrics()->setFrameRepetitionTimeS(0.2005f);
-    else if (change == QLatin1String("frame+0.01"))
-        edited.metrics()->setFrameRepetitionTimeS(0.21f);
-    else if (change == QLatin1String("hysteresis"))
-        presence.setRangeHysteresisPercentage(presence.rangeHysteresisPercentage() + 1.0f);
-    else if (change == QLatin1String("hysteresisNaN"))
-        presence.setRangeHysteresisPercentage(std::numeric_limits<float>::quiet_NaN());
-    else if (change == QLatin1String("count"))
-        presence.setPresenceConfirmCount(presence.presenceConfirmCount() + 1);
-    else if (change == QLatin1String("application"))
-        edited.setApplication(RadarConstants::None);
-    QCOMPARE(m_configuration->differs(), differs);
-}
-
-void TestRadarConfiguration::revertCopiesTheAppliedConfigurationBack()
-{
-    applyApplication(RadarConstants::None);
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    edited.metrics()->setFrameRepetitionTimeS(0.4f);
-    edited.metrics()->rx()->setActiveAntennas({ 1, 2 });
-    QVERIFY(m_configuration->differs());
-    QVERIFY(m_configuration->revertConfiguration());
-    QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.1f);
-    QCOMPARE(edited.metrics()->rx()->activeAntennas(), QVector<int> { 3 });
-    QVERIFY(!m_configuration->differs());
-}
-
-void TestRadarConfiguration::recordingDocumentRunsWithoutTheBoard()
-{
-    applyApplication(RadarConstants::PresenceSensing, QStringLiteral("KMR7C"));
-    // Settings of the user's, not the application's defaults: the player
-    // must run what was recorded.
-    m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    const QByteArray document = m_configuration->recordingDocument();
-
-    RadarUserSettings settings(nullptr, nullptr);
-    RadarConfiguration player(&m_fake->table, &settings);
-    QSignalSpy updated(&player, &IRadarConfiguration::deviceConfigurationUpdated);
-    QString error;
-    QVERIFY2(player.loadRecordingDocument(document, error), qPrintable(error));
-    QCOMPARE(updated.count(), 1);
-    const RadarDeviceConfiguration& applied = *player.appliedConfiguration();
-    QCOMPARE(applied.deviceInfo()->deviceName(), QStringLiteral("KMR7C"));
-    // The presence algorithm's defaults are looked up by chip family.
-    QCOMPARE(applied.deviceInfo()->deviceType(), int(VRN_DEVICE_TYPE_KMR7C));
-    QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
-    QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.25f);
-    QVERIFY(!RadarConfiguration::configurationsDiffer(applied, *m_configuration->appliedConfiguration()));
-
-    QByteArray broken = document;
-    broken.replace("KMR7C_Extended", "KMR7X_Extended");
-    QVERIFY(!player.loadRecordingDocument(broken, error));
-    QCOMPARE(error, QStringLiteral("Invalid json type"));
-}
-
-void TestRadarConfiguration::fileNameProposalNamesChipAndTime()
-{
-    describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7B"));
-    QVERIFY(QRegularExpression(QStringLiteral("^KMR7B_Settings_\\d{8}-\\d{6}\\.json$"))
-                .match(m_configuration->suggestGeneralConfigFileName())
-                .hasMatch());
-}
 
 QTEST_MAIN(TestRadarConfiguration)
 #include "tst_RadarConfiguration.moc"

@@ -2,7 +2,6 @@
 // SDK's processing: frame counting, the refresh interval, calculators that
 // cannot be built, the virtual-antenna choice and the recording limit.
 
-#include "FakeProcessingVrn.h"
 #include "FakeVrn.h"
 #include "FmcwTestSupport.h"
 
@@ -108,39 +107,391 @@ class TestRadarDataProcessing : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase()
+    {
+        Q_INIT_RESOURCE(radar_configurations);
+        qRegisterMetaType<RadarEventCode>();
+    }
 
-    void calculatorsThatCannotBeBuiltAreReported_data();
-    void calculatorsThatCannotBeBuiltAreReported();
-    void emptyFramesAreNotCounted();
-    void resetWhileAFrameIsUnderWayRestartsTheCount();
-    void chartsRefreshNoMoreOftenThanTheInterval_data();
-    void chartsRefreshNoMoreOftenThanTheInterval();
-    void virtualAntennaIndex_data();
-    void virtualAntennaIndex();
-    void recordingFrameLimit_data();
-    void recordingFrameLimit();
-    void presenceHistorySpansThirtySeconds_data();
-    void presenceHistorySpansThirtySeconds();
-    void chartDataByType_data();
-    void chartDataByType();
-    void polarChartMustExist();
-    void polarChartReceivesTheSegments_data();
-    void polarChartReceivesTheSegments();
-    void rangeDopplerMapComesFromTheChosenAntenna_data();
-    void rangeDopplerMapComesFromTheChosenAntenna();
-    void failedRangeDopplerMapKeepsThePreviousImage();
-    void presenceDefaultsTheSdkRefusesReachTheUser();
+    void init()
+    {
+        m_fake = std::make_unique<FakeVrn>();
+        m_core = std::make_unique<CoreUserSettings>();
+        m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
+        m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
+        describeBoard(*m_configuration->editedConfiguration());
+        describeBoard(*m_configuration->appliedConfiguration());
+        // No broker: the SDK's processing is out of reach.
+        m_processing = std::make_unique<RadarDataProcessing>(nullptr, m_core.get(), m_configuration.get(),
+                                                             m_settings.get());
+    }
+
+    void cleanup()
+    {
+        m_processing.reset();
+        m_configuration.reset();
+        m_settings.reset();
+        m_core.reset();
+        m_fake.reset();
+    }
+
+    void calculatorsThatCannotBeBuiltAreReported_data()
+    {
+        QTest::addColumn<RadarConstants::Application>("application");
+        QTest::addColumn<QStringList>("details");
+        const QString rs = QStringLiteral("Range Spectrum calculator is NULL");
+        const QString rd = QStringLiteral("Range Doppler calculator is NULL");
+        QTest::newRow("none") << RadarConstants::None << QStringList { rs, rd };
+        QTest::newRow("presence") << RadarConstants::PresenceSensing
+                                  << QStringList { QStringLiteral("Presence Sensing calculator is NULL"), rs, rd };
+        QTest::newRow("segmentation") << RadarConstants::Segmentation
+                                      << QStringList { QStringLiteral("Segmentation calculator is NULL"), rs, rd };
+    }
+
+    void calculatorsThatCannotBeBuiltAreReported()
+    {
+        QFETCH(RadarConstants::Application, application);
+        QFETCH(QStringList, details);
+        QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
+        QVERIFY(m_configuration->applyDefaultConfiguration(application));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+
+        // Once each, in the order they are built.
+        QCOMPARE(events.count(), details.size());
+        for (int i = 0; i < details.size(); ++i) {
+            QCOMPARE(events.at(i).at(0).value<RadarEventCode>(), RadarEventCode::Error);
+            QCOMPARE(events.at(i).at(2).toString(), details.at(i));
+            QVERIFY(events.at(i).at(1).toString().endsWith(
+                QStringLiteral(" not configured properly. Processing of data will be continued without this step")));
+        }
+        QCOMPARE(m_core->recordingUserSettings()->frameRepetitionTimeS(),
+                 application == RadarConstants::PresenceSensing ? 0.2f : 0.1f);
+    }
+
+    void emptyFramesAreNotCounted()
+    {
+        ScriptedProvider provider({ delivered(makeFrame()), delivered(SharedFrame()), delivered(makeFrame()) });
+        m_processing->setDataProvider(&provider);
+        QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
+        m_processing->startAcquisition();
+        QTRY_COMPARE(numbers.count(), 3);
+        m_processing->stopAcquisition();
+        QCOMPARE(numbers.at(0).at(0).toInt(), 0);
+        QCOMPARE(numbers.at(1).at(0).toInt(), 1);
+        QCOMPARE(numbers.at(2).at(0).toInt(), 2);
+    }
+
+    void resetWhileAFrameIsUnderWayRestartsTheCount()
+    {
+        QTemporaryDir dir;
+        m_core->recordingUserSettings()->setRecordingPath(dir.path());
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        // Records of two chirps of four samples, as makeFrame() delivers them:
+        // a recording without samples per frame is refused.
+        m_configuration->appliedConfiguration()->parameters()->setNumChirpsPerFrame(2);
+        m_configuration->appliedConfiguration()->parameters()->setNumSamplesPerChirp(4);
+        HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
+        processing.heldFrames = { 2, 3 };
+        QVector<RadarFrameResult> script;
+        for (int i = 0; i < 6; ++i)
+            script.append(delivered(makeFrame()));
+        ScriptedProvider provider(script);
+        processing.setDataProvider(&provider);
+        // A failed check must not leave the worker held with the chain locked.
+        const auto letGo = qScopeGuard([&processing] { processing.released.release(100); });
+        processing.startRecording();
+        QVERIFY(processing.isRecordingActive());
+        processing.startAcquisition();
+
+        // The third frame has its number and is being recorded.
+        QVERIFY(processing.held.tryAcquire(1, 5000));
+        processing.resetFrameCounter();
+        processing.released.release();
+        // The fourth frame is the first of the new count.
+        QVERIFY(processing.held.tryAcquire(1, 5000));
+        QCOMPARE(processing.frameNumber(), 1u);
+        processing.released.release();
+        processing.stopAcquisition();
+    }
+
+    void chartsRefreshNoMoreOftenThanTheInterval_data()
+    {
+        QTest::addColumn<int>("intervalMs");
+        QTest::addColumn<int>("refreshes");
+        QTest::newRow("longer than the run") << 100000 << 0;
+        QTest::newRow("every frame") << -1 << 4;
+    }
+
+    void chartsRefreshNoMoreOftenThanTheInterval()
+    {
+        QFETCH(int, intervalMs);
+        QFETCH(int, refreshes);
+        m_core->setMinimumRefreshInterval(intervalMs);
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        ScriptedProvider provider({ delivered(makeFrame()), delivered(makeFrame()), delivered(makeFrame()),
+                                    delivered(makeFrame()) });
+        m_processing->setDataProvider(&provider);
+        QSignalSpy updated(m_processing.get(), &IRadarDataProcessing::chartsDataUpdated);
+        QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
+        m_processing->startAcquisition();
+        QTRY_COMPARE(numbers.count(), 5);
+        QTRY_COMPARE(updated.count(), refreshes);
+        QCOMPARE(m_processing->frameNumber(), 4u);
+        // The newest frame reaches the time-domain chart.
+        if (refreshes > 0)
+            QVERIFY(m_processing->chartData(Constants::Chart::TimeDomain)->iterator(0));
+        m_processing->stopAcquisition();
+    }
+
+    void virtualAntennaIndex_data()
+    {
+        QTest::addColumn<int>("tx");
+        QTest::addColumn<int>("rx");
+        QTest::addColumn<quint32>("txMask");
+        QTest::addColumn<quint32>("rxMask");
+        QTest::addColumn<quint32>("index");
+        QTest::newRow("first pair") << 0 << 0 << 0x1u << 0x7u << 0u;
+        QTest::newRow("Rx3 behind an off Rx2") << 0 << 2 << 0x1u << 0x5u << 1u;
+        QTest::newRow("Tx2 after three receivers") << 1 << 0 << 0x3u << 0x7u << 3u;
+        QTest::newRow("Tx2 Rx2 with Rx1 off") << 1 << 1 << 0x3u << 0x6u << 2u;
+        QTest::newRow("disabled transmitter") << 1 << 0 << 0x1u << 0x7u << 0u;
+        QTest::newRow("transmitter beyond the masks") << 32 << 0 << 0x1u << 0x7u << 0u;
+        QTest::newRow("receiver beyond the masks") << 0 << 33 << 0x1u << 0x7u << 0u;
+        QTest::newRow("negative transmitter") << -1 << 0 << 0x1u << 0x7u << 0u;
+    }
+
+    void virtualAntennaIndex()
+    {
+        QFETCH(int, tx);
+        QFETCH(int, rx);
+        QFETCH(quint32, txMask);
+        QFETCH(quint32, rxMask);
+        QFETCH(quint32, index);
+        QCOMPARE(RadarDataProcessing::virtualAntennaIndex(tx, rx, txMask, rxMask, 4), index);
+    }
+
+    void recordingFrameLimit_data()
+    {
+        QTest::addColumn<bool>("timeLimit");
+        QTest::addColumn<int>("seconds");
+        QTest::addColumn<int>("milliseconds");
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<quint32>("frames");
+        QTest::newRow("frame count") << false << 5 << 0 << 0.1f << 100u;
+        QTest::newRow("2 s at 0.1 s") << true << 2 << 0 << 0.1f << 20u;
+        QTest::newRow("1.5 s at 0.5 s") << true << 1 << 500 << 0.5f << 3u;
+        QTest::newRow("250 ms at 0.1 s rounds up") << true << 0 << 250 << 0.1f << 3u;
+        QTest::newRow("7 s at 0.7 s") << true << 7 << 0 << 0.7f << 10u;
+        QTest::newRow("9 s at 0.9 s") << true << 9 << 0 << 0.9f << 10u;
+        QTest::newRow("7 s at 0.35 s") << true << 7 << 0 << 0.35f << 20u;
+    }
+
+    void recordingFrameLimit()
+    {
+        QFETCH(bool, timeLimit);
+        QFETCH(int, seconds);
+        QFETCH(int, milliseconds);
+        QFETCH(float, frameTime);
+        QFETCH(quint32, frames);
+        RecordingUserSettings settings;
+        settings.setNumOfFrames(100);
+        settings.setTimeLimitOnRecording(timeLimit);
+        settings.setDuration(0, 0, quint32(seconds), quint32(milliseconds));
+        QCOMPARE(RadarDataProcessing::recordingFrameLimit(settings, frameTime), frames);
+    }
+
+    void presenceHistorySpansThirtySeconds_data()
+    {
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<int>("points");
+        QTest::newRow("0.5 s") << 0.5f << 61;
+        QTest::newRow("0.1 s") << 0.1f << 301;
+        QTest::newRow("0.3 s") << 0.3f << 101;
+        QTest::newRow("0.15 s") << 0.15f << 201;
+        QTest::newRow("0.7 s") << 0.7f << 43;
+        QTest::newRow("no frame time") << 0.0f << 0;
+    }
+
+    void presenceHistorySpansThirtySeconds()
+    {
+        QFETCH(float, frameTime);
+        QFETCH(int, points);
+        QCOMPARE(RadarDataProcessing::presenceHistoryCapacity(frameTime), points);
+    }
+
+    void chartDataByType_data()
+    {
+        QTest::addColumn<int>("chart");
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<bool>("stateHistory");
+        QTest::newRow("time domain") << 0 << true << false;
+        QTest::newRow("range spectrum") << 1 << true << false;
+        QTest::newRow("presence") << 2 << true << true;
+        QTest::newRow("range-Doppler is not a series") << 3 << false << false;
+        QTest::newRow("polar") << 4 << false << false;
+    }
+
+    void chartDataByType()
+    {
+        QFETCH(int, chart);
+        QFETCH(bool, exists);
+        QFETCH(bool, stateHistory);
+        ISeriesChartData* data = m_processing->chartData(static_cast<Constants::Chart>(chart));
+        QCOMPARE(data != nullptr, exists);
+        if (data)
+            QCOMPARE(data->isStateHistory(), stateHistory);
+    }
+
+    void polarChartMustExist()
+    {
+        QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
+        m_processing->attachChartItem(Constants::Chart::Polar, nullptr);
+        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot connect data from GUI to radar.",
+                                                          "Polar chart pointer is NULL" } }));
+    }
+
+    void polarChartReceivesTheSegments_data()
+    {
+        QTest::addColumn<RadarConstants::Application>("application");
+        QTest::addColumn<bool>("attachFirst");
+        QTest::addColumn<bool>("segmented");
+        QTest::newRow("attached, then segmentation applied") << RadarConstants::Segmentation << true << true;
+        QTest::newRow("segmentation applied, then attached") << RadarConstants::Segmentation << false << true;
+        QTest::newRow("no segmentation") << RadarConstants::None << true << false;
+    }
+
+    void polarChartReceivesTheSegments()
+    {
+        QFETCH(RadarConstants::Application, application);
+        QFETCH(bool, attachFirst);
+        QFETCH(bool, segmented);
+        PolarChart chart;
+        QVERIFY(m_configuration->applyDefaultConfiguration(application));
+        const QVector<float> widths { 20.5f, 35.0f, 15.9f };
+        m_configuration->editedConfiguration()->segmentation()->setSegmentsDegrees(widths);
+        if (attachFirst)
+            m_processing->attachChartItem(Constants::Chart::Polar, &chart);
+        // The segmentation calculator cannot be built without the SDK; the
+        // chart gets the configured segments all the same.
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        if (!attachFirst)
+            m_processing->attachChartItem(Constants::Chart::Polar, &chart);
+
+        const QVector<PolarChart::Segment> segments = chart.segments();
+        QCOMPARE(segments.size(), segmented ? widths.size() : 0);
+        for (int i = 0; i < segments.size(); ++i) {
+            QCOMPARE(segments.at(i).label, QStringLiteral("S%1").arg(i + 1));
+            QCOMPARE(segments.at(i).width, qint32(widths.at(i)));
+        }
+    }
+
+    void rangeDopplerMapComesFromTheChosenAntenna_data()
+    {
+        // Antennas as the pages number them; the shown pair as the settings
+        // hold it, 0-based; the channel of the frame the map must come from.
+        QTest::addColumn<QVector<int>>("txAntennas");
+        QTest::addColumn<QVector<int>>("rxAntennas");
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<int>("shownTx");
+        QTest::addColumn<int>("shownRx");
+        QTest::addColumn<int>("channel");
+        QTest::newRow("Tx2 with Rx2 and Rx4, as applied") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 0 << 1 << 1
+                                                          << 0;
+        QTest::newRow("Tx2, one step on to Rx4") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 1 << 1 << 3 << 1;
+        QTest::newRow("Tx1 with every receiver, two steps on") << QVector<int> { 1 } << QVector<int> { 1, 2, 3, 4 } << 2
+                                                               << 0 << 2 << 2;
+    }
+
+    void rangeDopplerMapComesFromTheChosenAntenna()
+    {
+        QFETCH(QVector<int>, txAntennas);
+        QFETCH(QVector<int>, rxAntennas);
+        QFETCH(int, steps);
+        QFETCH(int, shownTx);
+        QFETCH(int, shownRx);
+        QFETCH(int, channel);
+        std::unique_ptr<RadarDataProcessing> processing = processingOnSdk();
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+        Metrics& metrics = *m_configuration->editedConfiguration()->metrics();
+        metrics.tx()->setActiveAntennas(txAntennas);
+        metrics.rx()->setActiveAntennas(rxAntennas);
+        QVERIFY(m_configuration->applyGuiConfiguration());
+
+        RangeDopplerUserSettings& shown = *m_settings->rangeDoppler();
+        for (int i = 0; i < steps; ++i)
+            shown.switchToAnotherAntenna();
+        QCOMPARE(shown.currentTxIndex(), shownTx);
+        QCOMPARE(shown.currentRxIndex(), shownRx);
+        refreshCharts(*processing, m_fake->newFrame(quint32(rxAntennas.size()), 2, 4));
+
+        // Every sample of channel c is 10 × (c + 1), and the scripted map
+        // repeats its input's first sample.
+        auto* chart = static_cast<RadarRangeDopplerChartData*>(processing->rangeDopplerChartData());
+        QVERIFY(chart->map());
+        QCOMPARE(chart->map()->data[0], 10.0f * float(channel + 1));
+    }
+
+    void failedRangeDopplerMapKeepsThePreviousImage()
+    {
+        std::unique_ptr<RadarDataProcessing> processing = processingOnSdk();
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+        refreshCharts(*processing, m_fake->newFrame(1, 2, 4));
+        IRangeDopplerChartData* chart = processing->rangeDopplerChartData();
+        QPixmap before;
+        QVERIFY(chart->render(before));
+
+        m_fake->rdmRunError = "no map this time";
+        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data no map this time");
+        processing->onUpdateChartsData();
+
+        QPixmap after;
+        QVERIFY(chart->render(after));
+        QCOMPARE(after.toImage(), before.toImage());
+    }
+
+    void presenceDefaultsTheSdkRefusesReachTheUser()
+    {
+        m_fake->psError = "no presence defaults";
+        std::unique_ptr<RadarDataProcessing> processing = processingOnSdk();
+        QSignalSpy events(processing.get(), &IRadarDataProcessing::triggerEvent);
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::PresenceSensing));
+        QVERIFY(m_configuration->applyGuiConfiguration());
+
+        const RadarEvent refused { RadarEventCode::Error,
+                                   QStringLiteral("Failed to get default presence sensing configuration from SDK"),
+                                   QStringLiteral("no presence defaults") };
+        QVERIFY(eventsOf(events).contains(refused));
+    }
 
 private:
     // A pipeline on the scripted processing SDK, with a KMR7C of four
     // receivers and two transmitters (one radiating at a time) described
     // to the configuration.
-    std::unique_ptr<RadarDataProcessing> processingOnSdk(FakeBroker& broker);
+
+    std::unique_ptr<RadarDataProcessing> processingOnSdk()
+    {
+        describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
+        describeBoard(*m_configuration->appliedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
+        m_core->setMinimumRefreshInterval(-1);
+        return std::make_unique<RadarDataProcessing>(&m_fake->broker, m_core.get(), m_configuration.get(), m_settings.get());
+    }
+
     // Runs `frame` through the worker and waits for the charts it refreshes.
-    void refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame);
+
+    void refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame)
+    {
+        ScriptedProvider provider({ delivered(frame) });
+        processing.setDataProvider(&provider);
+        QSignalSpy updated(&processing, &IRadarDataProcessing::chartsDataUpdated);
+        QSignalSpy ended(&processing, &IRadarDataProcessing::acquisitionEnded);
+        processing.startAcquisition();
+        QTRY_COMPARE(updated.count(), 1);
+        QTRY_COMPARE(ended.count(), 1);
+        processing.setDataProvider(nullptr);
+    }
 
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<CoreUserSettings> m_core;
@@ -148,393 +499,6 @@ private:
     std::unique_ptr<RadarConfiguration> m_configuration;
     std::unique_ptr<RadarDataProcessing> m_processing;
 };
-
-void TestRadarDataProcessing::initTestCase()
-{
-    Q_INIT_RESOURCE(radar_configurations);
-    qRegisterMetaType<RadarEventCode>();
-}
-
-void TestRadarDataProcessing::init()
-{
-    m_fake = std::make_unique<FakeVrn>();
-    m_core = std::make_unique<CoreUserSettings>();
-    m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
-    m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
-    describeBoard(*m_configuration->editedConfiguration());
-    describeBoard(*m_configuration->appliedConfiguration());
-    // No broker: the SDK's processing is out of reach.
-    m_processing = std::make_unique<RadarDataProcessing>(nullptr, m_core.get(), m_configuration.get(),
-                                                         m_settings.get());
-}
-
-void TestRadarDataProcessing::cleanup()
-{
-    m_processing.reset();
-    m_configuration.reset();
-    m_settings.reset();
-    m_core.reset();
-    m_fake.reset();
-}
-
-void TestRadarDataProcessing::calculatorsThatCannotBeBuiltAreReported_data()
-{
-    QTest::addColumn<RadarConstants::Application>("application");
-    QTest::addColumn<QStringList>("details");
-    const QString rs = QStringLiteral("Range Spectrum calculator is NULL");
-    const QString rd = QStringLiteral("Range Doppler calculator is NULL");
-    QTest::newRow("none") << RadarConstants::None << QStringList { rs, rd };
-    QTest::newRow("presence") << RadarConstants::PresenceSensing
-                              << QStringList { QStringLiteral("Presence Sensing calculator is NULL"), rs, rd };
-    QTest::newRow("segmentation") << RadarConstants::Segmentation
-                                  << QStringList { QStringLiteral("Segmentation calculator is NULL"), rs, rd };
-}
-
-void TestRadarDataProcessing::calculatorsThatCannotBeBuiltAreReported()
-{
-    QFETCH(RadarConstants::Application, application);
-    QFETCH(QStringList, details);
-    QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
-    QVERIFY(m_configuration->applyDefaultConfiguration(application));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-
-    // Once each, in the order they are built.
-    QCOMPARE(events.count(), details.size());
-    for (int i = 0; i < details.size(); ++i) {
-        QCOMPARE(events.at(i).at(0).value<RadarEventCode>(), RadarEventCode::Error);
-        QCOMPARE(events.at(i).at(2).toString(), details.at(i));
-        QVERIFY(events.at(i).at(1).toString().endsWith(
-            QStringLiteral(" not configured properly. Processing of data will be continued without this step")));
-    }
-    QCOMPARE(m_core->recordingUserSettings()->frameRepetitionTimeS(),
-             application == RadarConstants::PresenceSensing ? 0.2f : 0.1f);
-}
-
-void TestRadarDataProcessing::emptyFramesAreNotCounted()
-{
-    ScriptedProvider provider({ delivered(makeFrame()), delivered(SharedFrame()), delivered(makeFrame()) });
-    m_processing->setDataProvider(&provider);
-    QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
-    m_processing->startAcquisition();
-    QTRY_COMPARE(numbers.count(), 3);
-    m_processing->stopAcquisition();
-    QCOMPARE(numbers.at(0).at(0).toInt(), 0);
-    QCOMPARE(numbers.at(1).at(0).toInt(), 1);
-    QCOMPARE(numbers.at(2).at(0).toInt(), 2);
-}
-
-void TestRadarDataProcessing::resetWhileAFrameIsUnderWayRestartsTheCount()
-{
-    QTemporaryDir dir;
-    m_core->recordingUserSettings()->setRecordingPath(dir.path());
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    // Records of two chirps of four samples, as makeFrame() delivers them:
-    // a recording without samples per frame is refused.
-    m_configuration->appliedConfiguration()->parameters()->setNumChirpsPerFrame(2);
-    m_configuration->appliedConfiguration()->parameters()->setNumSamplesPerChirp(4);
-    HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
-    processing.heldFrames = { 2, 3 };
-    QVector<RadarFrameResult> script;
-    for (int i = 0; i < 6; ++i)
-        script.append(delivered(makeFrame()));
-    ScriptedProvider provider(script);
-    processing.setDataProvider(&provider);
-    // A failed check must not leave the worker held with the chain locked.
-    const auto letGo = qScopeGuard([&processing] { processing.released.release(100); });
-    processing.startRecording();
-    QVERIFY(processing.isRecordingActive());
-    processing.startAcquisition();
-
-    // The third frame has its number and is being recorded.
-    QVERIFY(processing.held.tryAcquire(1, 5000));
-    processing.resetFrameCounter();
-    processing.released.release();
-    // The fourth frame is the first of the new count.
-    QVERIFY(processing.held.tryAcquire(1, 5000));
-    QCOMPARE(processing.frameNumber(), 1u);
-    processing.released.release();
-    processing.stopAcquisition();
-}
-
-void TestRadarDataProcessing::chartsRefreshNoMoreOftenThanTheInterval_data()
-{
-    QTest::addColumn<int>("intervalMs");
-    QTest::addColumn<int>("refreshes");
-    QTest::newRow("longer than the run") << 100000 << 0;
-    QTest::newRow("every frame") << -1 << 4;
-}
-
-void TestRadarDataProcessing::chartsRefreshNoMoreOftenThanTheInterval()
-{
-    QFETCH(int, intervalMs);
-    QFETCH(int, refreshes);
-    m_core->setMinimumRefreshInterval(intervalMs);
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    ScriptedProvider provider({ delivered(makeFrame()), delivered(makeFrame()), delivered(makeFrame()),
-                                delivered(makeFrame()) });
-    m_processing->setDataProvider(&provider);
-    QSignalSpy updated(m_processing.get(), &IRadarDataProcessing::chartsDataUpdated);
-    QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
-    m_processing->startAcquisition();
-    QTRY_COMPARE(numbers.count(), 5);
-    QTRY_COMPARE(updated.count(), refreshes);
-    QCOMPARE(m_processing->frameNumber(), 4u);
-    // The newest frame reaches the time-domain chart.
-    if (refreshes > 0)
-        QVERIFY(m_processing->chartData(Constants::Chart::TimeDomain)->iterator(0));
-    m_processing->stopAcquisition();
-}
-
-void TestRadarDataProcessing::virtualAntennaIndex_data()
-{
-    QTest::addColumn<int>("tx");
-    QTest::addColumn<int>("rx");
-    QTest::addColumn<quint32>("txMask");
-    QTest::addColumn<quint32>("rxMask");
-    QTest::addColumn<quint32>("index");
-    QTest::newRow("first pair") << 0 << 0 << 0x1u << 0x7u << 0u;
-    QTest::newRow("Rx3 behind an off Rx2") << 0 << 2 << 0x1u << 0x5u << 1u;
-    QTest::newRow("Tx2 after three receivers") << 1 << 0 << 0x3u << 0x7u << 3u;
-    QTest::newRow("Tx2 Rx2 with Rx1 off") << 1 << 1 << 0x3u << 0x6u << 2u;
-    QTest::newRow("disabled transmitter") << 1 << 0 << 0x1u << 0x7u << 0u;
-    QTest::newRow("transmitter beyond the masks") << 32 << 0 << 0x1u << 0x7u << 0u;
-    QTest::newRow("receiver beyond the masks") << 0 << 33 << 0x1u << 0x7u << 0u;
-    QTest::newRow("negative transmitter") << -1 << 0 << 0x1u << 0x7u << 0u;
-}
-
-void TestRadarDataProcessing::virtualAntennaIndex()
-{
-    QFETCH(int, tx);
-    QFETCH(int, rx);
-    QFETCH(quint32, txMask);
-    QFETCH(quint32, rxMask);
-    QFETCH(quint32, index);
-    QCOMPARE(RadarDataProcessing::virtualAntennaIndex(tx, rx, txMask, rxMask, 4), index);
-}
-
-void TestRadarDataProcessing::recordingFrameLimit_data()
-{
-    QTest::addColumn<bool>("timeLimit");
-    QTest::addColumn<int>("seconds");
-    QTest::addColumn<int>("milliseconds");
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<quint32>("frames");
-    QTest::newRow("frame count") << false << 5 << 0 << 0.1f << 100u;
-    QTest::newRow("2 s at 0.1 s") << true << 2 << 0 << 0.1f << 20u;
-    QTest::newRow("1.5 s at 0.5 s") << true << 1 << 500 << 0.5f << 3u;
-    QTest::newRow("250 ms at 0.1 s rounds up") << true << 0 << 250 << 0.1f << 3u;
-    QTest::newRow("7 s at 0.7 s") << true << 7 << 0 << 0.7f << 10u;
-    QTest::newRow("9 s at 0.9 s") << true << 9 << 0 << 0.9f << 10u;
-    QTest::newRow("7 s at 0.35 s") << true << 7 << 0 << 0.35f << 20u;
-}
-
-void TestRadarDataProcessing::recordingFrameLimit()
-{
-    QFETCH(bool, timeLimit);
-    QFETCH(int, seconds);
-    QFETCH(int, milliseconds);
-    QFETCH(float, frameTime);
-    QFETCH(quint32, frames);
-    RecordingUserSettings settings;
-    settings.setNumOfFrames(100);
-    settings.setTimeLimitOnRecording(timeLimit);
-    settings.setDuration(0, 0, quint32(seconds), quint32(milliseconds));
-    QCOMPARE(RadarDataProcessing::recordingFrameLimit(settings, frameTime), frames);
-}
-
-void TestRadarDataProcessing::presenceHistorySpansThirtySeconds_data()
-{
-    QTest::addColumn<float>("frameTime");
-    QTest::addColumn<int>("points");
-    QTest::newRow("0.5 s") << 0.5f << 61;
-    QTest::newRow("0.1 s") << 0.1f << 301;
-    QTest::newRow("0.3 s") << 0.3f << 101;
-    QTest::newRow("0.15 s") << 0.15f << 201;
-    QTest::newRow("0.7 s") << 0.7f << 43;
-    QTest::newRow("no frame time") << 0.0f << 0;
-}
-
-void TestRadarDataProcessing::presenceHistorySpansThirtySeconds()
-{
-    QFETCH(float, frameTime);
-    QFETCH(int, points);
-    QCOMPARE(RadarDataProcessing::presenceHistoryCapacity(frameTime), points);
-}
-
-void TestRadarDataProcessing::chartDataByType_data()
-{
-    QTest::addColumn<int>("chart");
-    QTest::addColumn<bool>("exists");
-    QTest::addColumn<bool>("stateHistory");
-    QTest::newRow("time domain") << 0 << true << false;
-    QTest::newRow("range spectrum") << 1 << true << false;
-    QTest::newRow("presence") << 2 << true << true;
-    QTest::newRow("range-Doppler is not a series") << 3 << false << false;
-    QTest::newRow("polar") << 4 << false << false;
-}
-
-void TestRadarDataProcessing::chartDataByType()
-{
-    QFETCH(int, chart);
-    QFETCH(bool, exists);
-    QFETCH(bool, stateHistory);
-    ISeriesChartData* data = m_processing->chartData(static_cast<Constants::Chart>(chart));
-    QCOMPARE(data != nullptr, exists);
-    if (data)
-        QCOMPARE(data->isStateHistory(), stateHistory);
-}
-
-void TestRadarDataProcessing::polarChartMustExist()
-{
-    QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
-    m_processing->attachChartItem(Constants::Chart::Polar, nullptr);
-    QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot connect data from GUI to radar.",
-                                                      "Polar chart pointer is NULL" } }));
-}
-
-void TestRadarDataProcessing::polarChartReceivesTheSegments_data()
-{
-    QTest::addColumn<RadarConstants::Application>("application");
-    QTest::addColumn<bool>("attachFirst");
-    QTest::addColumn<bool>("segmented");
-    QTest::newRow("attached, then segmentation applied") << RadarConstants::Segmentation << true << true;
-    QTest::newRow("segmentation applied, then attached") << RadarConstants::Segmentation << false << true;
-    QTest::newRow("no segmentation") << RadarConstants::None << true << false;
-}
-
-void TestRadarDataProcessing::polarChartReceivesTheSegments()
-{
-    QFETCH(RadarConstants::Application, application);
-    QFETCH(bool, attachFirst);
-    QFETCH(bool, segmented);
-    PolarChart chart;
-    QVERIFY(m_configuration->applyDefaultConfiguration(application));
-    const QVector<float> widths { 20.5f, 35.0f, 15.9f };
-    m_configuration->editedConfiguration()->segmentation()->setSegmentsDegrees(widths);
-    if (attachFirst)
-        m_processing->attachChartItem(Constants::Chart::Polar, &chart);
-    // The segmentation calculator cannot be built without the SDK; the
-    // chart gets the configured segments all the same.
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    if (!attachFirst)
-        m_processing->attachChartItem(Constants::Chart::Polar, &chart);
-
-    const QVector<PolarChart::Segment> segments = chart.segments();
-    QCOMPARE(segments.size(), segmented ? widths.size() : 0);
-    for (int i = 0; i < segments.size(); ++i) {
-        QCOMPARE(segments.at(i).label, QStringLiteral("S%1").arg(i + 1));
-        QCOMPARE(segments.at(i).width, qint32(widths.at(i)));
-    }
-}
-
-std::unique_ptr<RadarDataProcessing> TestRadarDataProcessing::processingOnSdk(FakeBroker& broker)
-{
-    describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
-    describeBoard(*m_configuration->appliedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
-    m_core->setMinimumRefreshInterval(-1);
-    return std::make_unique<RadarDataProcessing>(&broker, m_core.get(), m_configuration.get(), m_settings.get());
-}
-
-void TestRadarDataProcessing::refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame)
-{
-    ScriptedProvider provider({ delivered(frame) });
-    processing.setDataProvider(&provider);
-    QSignalSpy updated(&processing, &IRadarDataProcessing::chartsDataUpdated);
-    QSignalSpy ended(&processing, &IRadarDataProcessing::acquisitionEnded);
-    processing.startAcquisition();
-    QTRY_COMPARE(updated.count(), 1);
-    QTRY_COMPARE(ended.count(), 1);
-    processing.setDataProvider(nullptr);
-}
-
-void TestRadarDataProcessing::rangeDopplerMapComesFromTheChosenAntenna_data()
-{
-    // Antennas as the pages number them; the shown pair as the settings
-    // hold it, 0-based; the channel of the frame the map must come from.
-    QTest::addColumn<QVector<int>>("txAntennas");
-    QTest::addColumn<QVector<int>>("rxAntennas");
-    QTest::addColumn<int>("steps");
-    QTest::addColumn<int>("shownTx");
-    QTest::addColumn<int>("shownRx");
-    QTest::addColumn<int>("channel");
-    QTest::newRow("Tx2 with Rx2 and Rx4, as applied") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 0 << 1 << 1
-                                                      << 0;
-    QTest::newRow("Tx2, one step on to Rx4") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 1 << 1 << 3 << 1;
-    QTest::newRow("Tx1 with every receiver, two steps on") << QVector<int> { 1 } << QVector<int> { 1, 2, 3, 4 } << 2
-                                                           << 0 << 2 << 2;
-}
-
-void TestRadarDataProcessing::rangeDopplerMapComesFromTheChosenAntenna()
-{
-    QFETCH(QVector<int>, txAntennas);
-    QFETCH(QVector<int>, rxAntennas);
-    QFETCH(int, steps);
-    QFETCH(int, shownTx);
-    QFETCH(int, shownRx);
-    QFETCH(int, channel);
-    FakeProcessingVrn sdk;
-    FakeBroker broker(&sdk.table);
-    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
-    Metrics& metrics = *m_configuration->editedConfiguration()->metrics();
-    metrics.tx()->setActiveAntennas(txAntennas);
-    metrics.rx()->setActiveAntennas(rxAntennas);
-    QVERIFY(m_configuration->applyGuiConfiguration());
-
-    RangeDopplerUserSettings& shown = *m_settings->rangeDoppler();
-    for (int i = 0; i < steps; ++i)
-        shown.switchToAnotherAntenna();
-    QCOMPARE(shown.currentTxIndex(), shownTx);
-    QCOMPARE(shown.currentRxIndex(), shownRx);
-    refreshCharts(*processing, sdk.newFrame(quint32(rxAntennas.size()), 2, 4));
-
-    // Every sample of channel c is 10 × (c + 1), and the scripted map
-    // repeats its input's first sample.
-    auto* chart = static_cast<RadarRangeDopplerChartData*>(processing->rangeDopplerChartData());
-    QVERIFY(chart->map());
-    QCOMPARE(chart->map()->data[0], 10.0f * float(channel + 1));
-}
-
-void TestRadarDataProcessing::failedRangeDopplerMapKeepsThePreviousImage()
-{
-    FakeProcessingVrn sdk;
-    FakeBroker broker(&sdk.table);
-    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-    refreshCharts(*processing, sdk.newFrame(1, 2, 4));
-    IRangeDopplerChartData* chart = processing->rangeDopplerChartData();
-    QPixmap before;
-    QVERIFY(chart->render(before));
-
-    sdk.rdmRunError = "no map this time";
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data no map this time");
-    processing->onUpdateChartsData();
-
-    QPixmap after;
-    QVERIFY(chart->render(after));
-    QCOMPARE(after.toImage(), before.toImage());
-}
-
-void TestRadarDataProcessing::presenceDefaultsTheSdkRefusesReachTheUser()
-{
-    FakeProcessingVrn sdk;
-    sdk.table.ps_default_config = [](vrn_Device_Type_t, vrn_PresenceSensing_Config_t*) -> vrn_Error_t {
-        return "no presence defaults";
-    };
-    FakeBroker broker(&sdk.table);
-    std::unique_ptr<RadarDataProcessing> processing = processingOnSdk(broker);
-    QSignalSpy events(processing.get(), &IRadarDataProcessing::triggerEvent);
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::PresenceSensing));
-    QVERIFY(m_configuration->applyGuiConfiguration());
-
-    const RadarEvent refused { RadarEventCode::Error,
-                               QStringLiteral("Failed to get default presence sensing configuration from SDK"),
-                               QStringLiteral("no presence defaults") };
-    QVERIFY(eventsOf(events).contains(refused));
-}
 
 QTEST_MAIN(TestRadarDataProcessing)
 #include "tst_RadarDataProcessing.moc"

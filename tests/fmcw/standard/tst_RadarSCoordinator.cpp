@@ -89,28 +89,299 @@ class TestRadarSCoordinator : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase()
+    {
+        Q_INIT_RESOURCE(radar_configurations);
+        qRegisterMetaType<RadarEventCode>();
+        qRegisterMetaType<Constants::UserMessageType>();
+    }
 
-    void servesTheThreeFmcwShields();
-    void eventTable_data();
-    void eventTable();
-    void startingAcquisitionResetsTheOverflowCounter();
-    void applyDuringAcquisitionRestartsIt_data();
-    void applyDuringAcquisitionRestartsIt();
-    void refusedFileDoesNotInterruptAcquisition();
-    void revertApplyFollowsEdits_data();
-    void revertApplyFollowsEdits();
-    void failedTemperatureReadingDropsTheMonitorAfterIt_data();
-    void failedTemperatureReadingDropsTheMonitorAfterIt();
-    void onlyAnAcquiringBoardIsStopped_data();
-    void onlyAnAcquiringBoardIsStopped();
-    void pipelineEndingByItselfReturnsToIdle();
+    void init()
+    {
+        m_fake = std::make_unique<FakeVrn>();
+        m_core = std::make_unique<CoreUserSettings>();
+        m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
+        m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
+        describeBoard(*m_configuration->editedConfiguration());
+        describeBoard(*m_configuration->appliedConfiguration());
+        QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
+        m_processing = std::make_unique<FakeProcessing>();
+        connect(m_configuration.get(), &IRadarConfiguration::deviceConfigurationUpdated, m_processing.get(),
+                &FakeProcessing::onRadarConfigurationUpdated);
+        m_processing->setDataProvider(&m_provider);
+        m_coordinator = std::make_unique<RadarSCoordinator>(m_processing.get(), m_core.get(), m_configuration.get(),
+                                                            nullptr);
+    }
+
+    void cleanup()
+    {
+        m_coordinator.reset();
+        m_processing.reset();
+        m_configuration.reset();
+        m_settings.reset();
+        m_core.reset();
+        m_fake.reset();
+    }
+
+    void servesTheThreeFmcwShields()
+    {
+        const QList<IRadarSubmoduleCoordinator::Mode> expected {
+            { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
+            { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
+            { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") }
+        };
+        QCOMPARE(m_coordinator->supportedModes(), expected);
+        QCOMPARE(m_coordinator->name(), QStringLiteral("RadarS"));
+        QVERIFY(!m_coordinator->isConnected());
+    }
+
+    void eventTable_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("acquiring");
+        QTest::addColumn<int>("messageType"); // -1: no message
+        QTest::addColumn<quint32>("counter");
+        QTest::addColumn<bool>("acquiringAfter");
+
+        QTest::newRow("0 error") << 0 << true << int(Constants::Error) << 0u << true;
+        QTest::newRow("1 notice") << 1 << true << int(Constants::Warning) << 0u << true;
+        QTest::newRow("2 while acquiring") << 2 << true << -1 << 1u << true;
+        QTest::newRow("2 while idle") << 2 << false << -1 << 0u << false;
+        QTest::newRow("3 communication failure") << 3 << false << int(Constants::Error) << 0u << false;
+        QTest::newRow("4 no data") << 4 << true << int(Constants::Error) << 0u << false;
+        QTest::newRow("5 no temperature") << 5 << true << -1 << 0u << true;
+        QTest::newRow("6 ignored") << 6 << true << -1 << 0u << true;
+    }
+
+    void eventTable()
+    {
+        QFETCH(int, code);
+        QFETCH(bool, acquiring);
+        QFETCH(int, messageType);
+        QFETCH(quint32, counter);
+        QFETCH(bool, acquiringAfter);
+
+        if (acquiring)
+            m_coordinator->startAcquisition();
+        QSignalSpy messages(m_coordinator.get(), &IRadarSCoordinator::enqueueUserMessage);
+        m_coordinator->onRadarEvent(static_cast<RadarEventCode>(code), QStringLiteral("what"), QStringLiteral("why"));
+
+        QCOMPARE(messages.count(), messageType < 0 ? 0 : 1);
+        if (messageType >= 0) {
+            QCOMPARE(int(messages.at(0).at(0).value<Constants::UserMessageType>()), messageType);
+            QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("what"));
+            QCOMPARE(messages.at(0).at(2).toString(), QStringLiteral("why"));
+        }
+        QCOMPARE(m_coordinator->fifoOverflowCounter(), counter);
+        QCOMPARE(m_coordinator->isAcquisitionActive(), acquiringAfter);
+        QCOMPARE(m_processing->running, acquiringAfter);
+    }
+
+    void startingAcquisitionResetsTheOverflowCounter()
+    {
+        m_coordinator->startAcquisition();
+        for (int i = 0; i < 3; ++i)
+            m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
+        QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
+        m_coordinator->stopAcquisition();
+        m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
+        QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
+        QSignalSpy changes(m_coordinator.get(), &IRadarSCoordinator::fifoOverflowCounterChanged);
+        m_coordinator->startAcquisition();
+        QCOMPARE(m_coordinator->fifoOverflowCounter(), 0u);
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void applyDuringAcquisitionRestartsIt_data()
+    {
+        QTest::addColumn<bool>("acquiring");
+        QTest::addColumn<QStringList>("calls");
+        QTest::newRow("acquiring") << true << QStringList { "start", "stop", "start" };
+        QTest::newRow("idle") << false << QStringList {};
+    }
+
+    void applyDuringAcquisitionRestartsIt()
+    {
+        QFETCH(bool, acquiring);
+        QFETCH(QStringList, calls);
+        if (acquiring)
+            m_coordinator->startAcquisition();
+        m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
+        QVERIFY(m_coordinator->applyGuiConfiguration());
+        QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
+        QCOMPARE(m_processing->calls, calls);
+        QCOMPARE(m_processing->runningAtUpdate, QList<bool> { false });
+        QCOMPARE(m_coordinator->isAcquisitionActive(), acquiring);
+    }
+
+    void refusedFileDoesNotInterruptAcquisition()
+    {
+        m_coordinator->startAcquisition();
+        QVERIFY(!m_coordinator->applyConfiguration(QStringLiteral("/nonexistent/settings.json")));
+        QCOMPARE(m_processing->calls, QStringList { "start" });
+        QVERIFY(m_coordinator->isAcquisitionActive());
+    }
+
+    void revertApplyFollowsEdits_data()
+    {
+        QTest::addColumn<QString>("edit");
+        QTest::addColumn<bool>("available");
+        QTest::newRow("frame time") << "frame" << true;
+        QTest::newRow("frame time within tolerance") << "frameTolerance" << false;
+        QTest::newRow("maximum range") << "range" << true;
+        QTest::newRow("derived sample rate") << "sampleRate" << true;
+        QTest::newRow("application") << "application" << true;
+    }
+
+    void revertApplyFollowsEdits()
+    {
+        QFETCH(QString, edit);
+        QFETCH(bool, available);
+        QVERIFY(m_coordinator->applyGuiConfiguration());
+        RadarView view(m_coordinator.get(), m_configuration.get(), m_processing.get(), nullptr, m_settings.get());
+        QSignalSpy changes(&view, &RadarView::revertApplyAvailableChanged);
+
+        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        Metrics& metrics = *edited.metrics();
+        const float frameTime = metrics.frameRepetitionTimeS();
+        const float maxRange = metrics.maxRangeM();
+        const quint32 sampleRate = metrics.sampleRateHz();
+        auto change = [&](bool undo) {
+            if (edit == QLatin1String("frame"))
+                metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.01f);
+            else if (edit == QLatin1String("frameTolerance"))
+                metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.0005f);
+            else if (edit == QLatin1String("range"))
+                metrics.setMaxRangeM(undo ? maxRange : maxRange + 1.0f);
+            else if (edit == QLatin1String("sampleRate"))
+                metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
+            else
+                edited.setApplication(undo ? RadarConstants::None : RadarConstants::PresenceSensing);
+        };
+
+        change(false);
+        QCOMPARE(view.revertApplyAvailable(), available);
+        QCOMPARE(changes.count(), available ? 1 : 0);
+        change(true);
+        QVERIFY(!view.revertApplyAvailable());
+        QCOMPARE(changes.count(), available ? 2 : 0);
+    }
+
+    void failedTemperatureReadingDropsTheMonitorAfterIt_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("connectedAfter");
+        QTest::newRow("not supported") << int(VRN_STATUS_NOT_SUPPORTED) << true;
+        QTest::newRow("communication error") << int(VRN_STATUS_COMMUNICATION_ERROR) << false;
+    }
+
+    void failedTemperatureReadingDropsTheMonitorAfterIt()
+    {
+        // The board answers the monitor's reading with a failure: the event
+        // reaches the coordinator while the monitor is still inside that
+        // reading, so the monitor must outlive the call and go afterwards.
+        QFETCH(int, status);
+        QFETCH(bool, connectedAfter);
+        m_fake->temperatureStatus = vrn_Status_t(status);
+        m_fake->temperature = 41.5f;
+        describeFakeBoard();
+        RadarDevice device(&m_fake->table);
+        RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
+        connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
+        DeviceInfo* info = m_configuration->appliedConfiguration()->deviceInfo();
+        QPointer<IRadarTemperatureMonitor> monitor;
+        coordinator.setMonitorFactory([&](RadarDevice& board) -> std::unique_ptr<IRadarTemperatureMonitor> {
+            auto made = std::make_unique<RadarTemperatureMonitor>(&board, info);
+            monitor = made.get();
+            return made;
+        });
+        QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+        QVERIFY(monitor);
+        info->setDeviceTemperature(QVariant::fromValue(40.0f));
+
+        monitor->update();
+        QVERIFY(monitor);
+        QCOMPARE(coordinator.isConnected(), connectedAfter);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!monitor);
+        QVERIFY(!info->deviceTemperature().isValid());
+        coordinator.disconnectDevice();
+    }
+
+    void onlyAnAcquiringBoardIsStopped_data()
+    {
+        QTest::addColumn<bool>("framesAsked");
+        QTest::addColumn<int>("stops");
+        QTest::addColumn<bool>("connectedAfter");
+        // The board refuses every stop: asked of an idle board, that would
+        // report a lost board for nothing.
+        QTest::newRow("idle board") << false << 0 << true;
+        QTest::newRow("board delivering frames") << true << 1 << false;
+    }
+
+    void onlyAnAcquiringBoardIsStopped()
+    {
+        QFETCH(bool, framesAsked);
+        QFETCH(int, stops);
+        QFETCH(bool, connectedAfter);
+        describeFakeBoard();
+        m_fake->stopError = "stop refused";
+        RadarDevice device(&m_fake->table);
+        RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
+        connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
+        QSignalSpy messages(&coordinator, &IRadarSCoordinator::enqueueUserMessage);
+        QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+        QVERIFY(coordinator.isAcquisitionActive());
+        if (framesAsked)
+            QVERIFY(device.getNextFrame(*m_configuration->appliedConfiguration()).success);
+
+        coordinator.stopAcquisition();
+
+        QVERIFY(!coordinator.isAcquisitionActive());
+        QCOMPARE(m_fake->stopCalls, stops);
+        QCOMPARE(messages.count(), stops);
+        QCOMPARE(coordinator.isConnected(), connectedAfter);
+        coordinator.disconnectDevice();
+    }
+
+    void pipelineEndingByItselfReturnsToIdle()
+    {
+        // The board cannot make frames: the first cycle ends the worker.
+        describeFakeBoard();
+        m_fake->frameCreateError = "no frame memory";
+        RadarDevice device(&m_fake->table);
+        RadarDataProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
+        RadarSCoordinator coordinator(&processing, m_core.get(), m_configuration.get(), &device);
+        RadarView view(&coordinator, m_configuration.get(), &processing, nullptr, m_settings.get());
+        QSignalSpy activity(&view, &RadarView::isActiveChanged);
+        QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
+        QVERIFY(view.isActive());
+
+        QTRY_VERIFY(!view.isActive());
+        QCOMPARE(activity.count(), 2);
+        QVERIFY(!processing.isAcquisitionRunning());
+        QVERIFY(coordinator.isConnected());
+        // The board never acquired, so it was not stopped either.
+        QCOMPARE(m_fake->stopCalls, 0);
+
+        // Once the board can make frames again, a start runs.
+        m_fake->frameCreateError = nullptr;
+        coordinator.startAcquisition();
+        QVERIFY(view.isActive());
+        QTRY_VERIFY(processing.frameNumber() > 0);
+        coordinator.disconnectDevice();
+        QVERIFY(!view.isActive());
+    }
 
 private:
     // The scripted SDK describes a KMR7A board with three receivers.
-    void describeFakeBoard();
+
+    void describeFakeBoard()
+    {
+        std::strcpy(m_fake->info.name, "KMR7A");
+        m_fake->info.num_rx_antennas = 3;
+        m_fake->info.num_tx_antennas = 1;
+    }
 
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<CoreUserSettings> m_core;
@@ -120,297 +391,6 @@ private:
     std::unique_ptr<RadarSCoordinator> m_coordinator;
     NoFrames m_provider;
 };
-
-void TestRadarSCoordinator::initTestCase()
-{
-    Q_INIT_RESOURCE(radar_configurations);
-    qRegisterMetaType<RadarEventCode>();
-    qRegisterMetaType<Constants::UserMessageType>();
-}
-
-void TestRadarSCoordinator::init()
-{
-    m_fake = std::make_unique<FakeVrn>();
-    m_core = std::make_unique<CoreUserSettings>();
-    m_settings = std::make_unique<RadarUserSettings>(nullptr, nullptr);
-    m_configuration = std::make_unique<RadarConfiguration>(&m_fake->table, m_settings.get());
-    describeBoard(*m_configuration->editedConfiguration());
-    describeBoard(*m_configuration->appliedConfiguration());
-    QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
-    m_processing = std::make_unique<FakeProcessing>();
-    connect(m_configuration.get(), &IRadarConfiguration::deviceConfigurationUpdated, m_processing.get(),
-            &FakeProcessing::onRadarConfigurationUpdated);
-    m_processing->setDataProvider(&m_provider);
-    m_coordinator = std::make_unique<RadarSCoordinator>(m_processing.get(), m_core.get(), m_configuration.get(),
-                                                        nullptr);
-}
-
-void TestRadarSCoordinator::cleanup()
-{
-    m_coordinator.reset();
-    m_processing.reset();
-    m_configuration.reset();
-    m_settings.reset();
-    m_core.reset();
-    m_fake.reset();
-}
-
-void TestRadarSCoordinator::servesTheThreeFmcwShields()
-{
-    const QList<IRadarSubmoduleCoordinator::Mode> expected {
-        { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
-        { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
-        { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") }
-    };
-    QCOMPARE(m_coordinator->supportedModes(), expected);
-    QCOMPARE(m_coordinator->name(), QStringLiteral("RadarS"));
-    QVERIFY(!m_coordinator->isConnected());
-}
-
-void TestRadarSCoordinator::eventTable_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<bool>("acquiring");
-    QTest::addColumn<int>("messageType"); // -1: no message
-    QTest::addColumn<quint32>("counter");
-    QTest::addColumn<bool>("acquiringAfter");
-
-    QTest::newRow("0 error") << 0 << true << int(Constants::Error) << 0u << true;
-    QTest::newRow("1 notice") << 1 << true << int(Constants::Warning) << 0u << true;
-    QTest::newRow("2 while acquiring") << 2 << true << -1 << 1u << true;
-    QTest::newRow("2 while idle") << 2 << false << -1 << 0u << false;
-    QTest::newRow("3 communication failure") << 3 << false << int(Constants::Error) << 0u << false;
-    QTest::newRow("4 no data") << 4 << true << int(Constants::Error) << 0u << false;
-    QTest::newRow("5 no temperature") << 5 << true << -1 << 0u << true;
-    QTest::newRow("6 ignored") << 6 << true << -1 << 0u << true;
-}
-
-void TestRadarSCoordinator::eventTable()
-{
-    QFETCH(int, code);
-    QFETCH(bool, acquiring);
-    QFETCH(int, messageType);
-    QFETCH(quint32, counter);
-    QFETCH(bool, acquiringAfter);
-
-    if (acquiring)
-        m_coordinator->startAcquisition();
-    QSignalSpy messages(m_coordinator.get(), &IRadarSCoordinator::enqueueUserMessage);
-    m_coordinator->onRadarEvent(static_cast<RadarEventCode>(code), QStringLiteral("what"), QStringLiteral("why"));
-
-    QCOMPARE(messages.count(), messageType < 0 ? 0 : 1);
-    if (messageType >= 0) {
-        QCOMPARE(int(messages.at(0).at(0).value<Constants::UserMessageType>()), messageType);
-        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("what"));
-        QCOMPARE(messages.at(0).at(2).toString(), QStringLiteral("why"));
-    }
-    QCOMPARE(m_coordinator->fifoOverflowCounter(), counter);
-    QCOMPARE(m_coordinator->isAcquisitionActive(), acquiringAfter);
-    QCOMPARE(m_processing->running, acquiringAfter);
-}
-
-void TestRadarSCoordinator::startingAcquisitionResetsTheOverflowCounter()
-{
-    m_coordinator->startAcquisition();
-    for (int i = 0; i < 3; ++i)
-        m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
-    QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
-    m_coordinator->stopAcquisition();
-    m_coordinator->onRadarEvent(RadarEventCode::FrameFetchFailed, QString(), QString());
-    QCOMPARE(m_coordinator->fifoOverflowCounter(), 3u);
-    QSignalSpy changes(m_coordinator.get(), &IRadarSCoordinator::fifoOverflowCounterChanged);
-    m_coordinator->startAcquisition();
-    QCOMPARE(m_coordinator->fifoOverflowCounter(), 0u);
-    QCOMPARE(changes.count(), 1);
-}
-
-void TestRadarSCoordinator::applyDuringAcquisitionRestartsIt_data()
-{
-    QTest::addColumn<bool>("acquiring");
-    QTest::addColumn<QStringList>("calls");
-    QTest::newRow("acquiring") << true << QStringList { "start", "stop", "start" };
-    QTest::newRow("idle") << false << QStringList {};
-}
-
-void TestRadarSCoordinator::applyDuringAcquisitionRestartsIt()
-{
-    QFETCH(bool, acquiring);
-    QFETCH(QStringList, calls);
-    if (acquiring)
-        m_coordinator->startAcquisition();
-    m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.25f);
-    QVERIFY(m_coordinator->applyGuiConfiguration());
-    QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
-    QCOMPARE(m_processing->calls, calls);
-    QCOMPARE(m_processing->runningAtUpdate, QList<bool> { false });
-    QCOMPARE(m_coordinator->isAcquisitionActive(), acquiring);
-}
-
-void TestRadarSCoordinator::refusedFileDoesNotInterruptAcquisition()
-{
-    m_coordinator->startAcquisition();
-    QVERIFY(!m_coordinator->applyConfiguration(QStringLiteral("/nonexistent/settings.json")));
-    QCOMPARE(m_processing->calls, QStringList { "start" });
-    QVERIFY(m_coordinator->isAcquisitionActive());
-}
-
-void TestRadarSCoordinator::revertApplyFollowsEdits_data()
-{
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<bool>("available");
-    QTest::newRow("frame time") << "frame" << true;
-    QTest::newRow("frame time within tolerance") << "frameTolerance" << false;
-    QTest::newRow("maximum range") << "range" << true;
-    QTest::newRow("derived sample rate") << "sampleRate" << true;
-    QTest::newRow("application") << "application" << true;
-}
-
-void TestRadarSCoordinator::revertApplyFollowsEdits()
-{
-    QFETCH(QString, edit);
-    QFETCH(bool, available);
-    QVERIFY(m_coordinator->applyGuiConfiguration());
-    RadarView view(m_coordinator.get(), m_configuration.get(), m_processing.get(), nullptr, m_settings.get());
-    QSignalSpy changes(&view, &RadarView::revertApplyAvailableChanged);
-
-    RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-    Metrics& metrics = *edited.metrics();
-    const float frameTime = metrics.frameRepetitionTimeS();
-    const float maxRange = metrics.maxRangeM();
-    const quint32 sampleRate = metrics.sampleRateHz();
-    auto change = [&](bool undo) {
-        if (edit == QLatin1String("frame"))
-            metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.01f);
-        else if (edit == QLatin1String("frameTolerance"))
-            metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.0005f);
-        else if (edit == QLatin1String("range"))
-            metrics.setMaxRangeM(undo ? maxRange : maxRange + 1.0f);
-        else if (edit == QLatin1String("sampleRate"))
-            metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
-        else
-            edited.setApplication(undo ? RadarConstants::None : RadarConstants::PresenceSensing);
-    };
-
-    change(false);
-    QCOMPARE(view.revertApplyAvailable(), available);
-    QCOMPARE(changes.count(), available ? 1 : 0);
-    change(true);
-    QVERIFY(!view.revertApplyAvailable());
-    QCOMPARE(changes.count(), available ? 2 : 0);
-}
-
-void TestRadarSCoordinator::describeFakeBoard()
-{
-    std::strcpy(m_fake->info.name, "KMR7A");
-    m_fake->info.num_rx_antennas = 3;
-    m_fake->info.num_tx_antennas = 1;
-}
-
-void TestRadarSCoordinator::failedTemperatureReadingDropsTheMonitorAfterIt_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("connectedAfter");
-    QTest::newRow("not supported") << int(VRN_STATUS_NOT_SUPPORTED) << true;
-    QTest::newRow("communication error") << int(VRN_STATUS_COMMUNICATION_ERROR) << false;
-}
-
-void TestRadarSCoordinator::failedTemperatureReadingDropsTheMonitorAfterIt()
-{
-    // The board answers the monitor's reading with a failure: the event
-    // reaches the coordinator while the monitor is still inside that
-    // reading, so the monitor must outlive the call and go afterwards.
-    QFETCH(int, status);
-    QFETCH(bool, connectedAfter);
-    m_fake->temperatureStatus = vrn_Status_t(status);
-    m_fake->temperature = 41.5f;
-    describeFakeBoard();
-    RadarDevice device(&m_fake->table);
-    RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
-    connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
-    DeviceInfo* info = m_configuration->appliedConfiguration()->deviceInfo();
-    QPointer<IRadarTemperatureMonitor> monitor;
-    coordinator.setMonitorFactory([&](RadarDevice& board) -> std::unique_ptr<IRadarTemperatureMonitor> {
-        auto made = std::make_unique<RadarTemperatureMonitor>(&board, info);
-        monitor = made.get();
-        return made;
-    });
-    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
-    QVERIFY(monitor);
-    info->setDeviceTemperature(QVariant::fromValue(40.0f));
-
-    monitor->update();
-    QVERIFY(monitor);
-    QCOMPARE(coordinator.isConnected(), connectedAfter);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!monitor);
-    QVERIFY(!info->deviceTemperature().isValid());
-    coordinator.disconnectDevice();
-}
-
-void TestRadarSCoordinator::onlyAnAcquiringBoardIsStopped_data()
-{
-    QTest::addColumn<bool>("framesAsked");
-    QTest::addColumn<int>("stops");
-    QTest::addColumn<bool>("connectedAfter");
-    // The board refuses every stop: asked of an idle board, that would
-    // report a lost board for nothing.
-    QTest::newRow("idle board") << false << 0 << true;
-    QTest::newRow("board delivering frames") << true << 1 << false;
-}
-
-void TestRadarSCoordinator::onlyAnAcquiringBoardIsStopped()
-{
-    QFETCH(bool, framesAsked);
-    QFETCH(int, stops);
-    QFETCH(bool, connectedAfter);
-    describeFakeBoard();
-    m_fake->stopError = "stop refused";
-    RadarDevice device(&m_fake->table);
-    RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
-    connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
-    QSignalSpy messages(&coordinator, &IRadarSCoordinator::enqueueUserMessage);
-    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
-    QVERIFY(coordinator.isAcquisitionActive());
-    if (framesAsked)
-        QVERIFY(device.getNextFrame(*m_configuration->appliedConfiguration()).success);
-
-    coordinator.stopAcquisition();
-
-    QVERIFY(!coordinator.isAcquisitionActive());
-    QCOMPARE(m_fake->stopCalls, stops);
-    QCOMPARE(messages.count(), stops);
-    QCOMPARE(coordinator.isConnected(), connectedAfter);
-    coordinator.disconnectDevice();
-}
-
-void TestRadarSCoordinator::pipelineEndingByItselfReturnsToIdle()
-{
-    // The board cannot make frames: the first cycle ends the worker.
-    describeFakeBoard();
-    m_fake->frameCreateError = "no frame memory";
-    RadarDevice device(&m_fake->table);
-    RadarDataProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
-    RadarSCoordinator coordinator(&processing, m_core.get(), m_configuration.get(), &device);
-    RadarView view(&coordinator, m_configuration.get(), &processing, nullptr, m_settings.get());
-    QSignalSpy activity(&view, &RadarView::isActiveChanged);
-    QVERIFY(coordinator.connectDevice(QStringLiteral("board"), VRN_SHIELD_FMCW_512));
-    QVERIFY(view.isActive());
-
-    QTRY_VERIFY(!view.isActive());
-    QCOMPARE(activity.count(), 2);
-    QVERIFY(!processing.isAcquisitionRunning());
-    QVERIFY(coordinator.isConnected());
-    // The board never acquired, so it was not stopped either.
-    QCOMPARE(m_fake->stopCalls, 0);
-
-    // Once the board can make frames again, a start runs.
-    m_fake->frameCreateError = nullptr;
-    coordinator.startAcquisition();
-    QVERIFY(view.isActive());
-    QTRY_VERIFY(processing.frameNumber() > 0);
-    coordinator.disconnectDevice();
-    QVERIFY(!view.isActive());
-}
 
 QTEST_MAIN(TestRadarSCoordinator)
 #include "tst_RadarSCoordinator.moc"

@@ -60,378 +60,361 @@ class TestRadarStandardSession : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void cleanup();
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        qRegisterMetaType<Constants::UserMessageType>();
+    }
 
-    void framesAreCountedAndChartsRefreshedAtTheInterval();
-    void rangeSpectrumShowsTheTargetAtItsRange();
-    void recordingStopsAtItsLimit_data();
-    void recordingStopsAtItsLimit();
-    void playbackReproducesTheRecordedFramesInOrder();
-    void pausedPlaybackStepsOneFrameAtATime();
-    void playbackOfAFramePeriodTheClockCannotHold_data();
-    void playbackOfAFramePeriodTheClockCannotHold();
-    void unplugWhileRecordingKeepsEveryFrameBefore();
-    void applyDuringAcquisitionRestartsFrameNumbering();
-    void refusedConfigurationFileLeavesTheRunningOne();
+    void cleanup()
+    {
+        m_device.reset();
+        m_sim.reset();
+    }
+
+    void framesAreCountedAndChartsRefreshedAtTheInterval()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        connectBoard(QStringLiteral("unpaced"));
+        core().setMinimumRefreshInterval(250);
+        QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+        QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+        QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3000 && refreshes.count() >= 3, 20000);
+        m_device->stopAcquisition();
+        const qint64 elapsed = clock.elapsed();
+
+        // Numbers count up by one from where the spy came in.
+        for (int i = 1; i < 100; ++i)
+            QCOMPARE(numbers.at(i).at(0).toInt(), numbers.at(i - 1).at(0).toInt() + 1);
+        QVERIFY(refreshes.count() >= 1);
+        QVERIFY2(refreshes.count() <= elapsed / 250 + 2,
+                 qPrintable(QStringLiteral("%1 refreshes in %2 ms").arg(refreshes.count()).arg(elapsed)));
+        QVERIFY(numbers.count() > 10 * refreshes.count());
+    }
+
+    void rangeSpectrumShowsTheTargetAtItsRange()
+    {
+        connectBoard(QStringLiteral("realtime"));
+        QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+        QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
+
+        ISeriesChartData* spectrum = nullptr;
+        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, spectrum),
+                                          Q_ARG(int, int(Constants::Chart::FrequencyDomain))));
+        QVERIFY(spectrum);
+        QCOMPARE(spectrum->seriesCount(), 1u);
+        auto points = spectrum->iterator(0);
+        QVERIFY(points);
+        QPointF peak(0.0, -1e30);
+        int count = 0;
+        while (points->hasNext()) {
+            const QPointF point = points->next();
+            ++count;
+            // Skip the leakage next to zero range.
+            if (point.x() > 0.5 && point.y() > peak.y())
+                peak = point;
+        }
+        QVERIFY(count > 16);
+        QVERIFY2(qAbs(peak.x() - 3.0) <= 0.2, qPrintable(QStringLiteral("peak at %1 m").arg(peak.x())));
+
+        ISeriesChartData* timeDomain = nullptr;
+        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, timeDomain),
+                                          Q_ARG(int, int(Constants::Chart::TimeDomain))));
+        QVERIFY(timeDomain && timeDomain->iterator(0));
+        ISeriesChartData* none = reinterpret_cast<ISeriesChartData*>(1);
+        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, none),
+                                          Q_ARG(int, int(Constants::Chart::RangeDoppler))));
+        QVERIFY(!none);
+    }
+
+    void recordingStopsAtItsLimit_data()
+    {
+        QTest::addColumn<bool>("timeLimit");
+        QTest::addColumn<quint32>("frames");
+        QTest::addColumn<quint32>("seconds");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("25 frames") << false << 25u << 0u << 25;
+        // 2 s at the default 0.1 s frame time.
+        QTest::newRow("2 seconds") << true << 0u << 2u << 20;
+    }
+
+    void recordingStopsAtItsLimit()
+    {
+        QFETCH(bool, timeLimit);
+        QFETCH(quint32, frames);
+        QFETCH(quint32, seconds);
+        QFETCH(int, expected);
+        connectBoard(QStringLiteral("unpaced"));
+        RecordingUserSettings& settings = *core().recordingUserSettings();
+        settings.setRecordingPath(m_dir.path());
+        // A recording never overwrites another: each row records under its own name.
+        const QString name = QStringLiteral("limit-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-');
+        settings.setFileName(name);
+        settings.setNumOfFrames(frames);
+        settings.setTimeLimitOnRecording(timeLimit);
+        settings.setDuration(0, 0, seconds, 0);
+
+        QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
+        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
+        QVERIFY(view()->property("isRecordingActive").toBool());
+        QTRY_COMPARE_WITH_TIMEOUT(active.count(), 2, 20000);
+        QVERIFY(!view()->property("isRecordingActive").toBool());
+
+        Recording recording;
+        const QString base = m_dir.filePath(name);
+        QVERIFY(readRecording(base, recording));
+        QCOMPARE(int(recording.frames.size()), expected);
+        QVERIFY(consecutive(recording));
+        QCOMPARE(recording.header.samplesPerFrame, recording.header.samplesPerChirp * recording.header.chirpsPerFrame);
+        QVERIFY(QFile::exists(base + QStringLiteral(".json")));
+    }
+
+    void playbackReproducesTheRecordedFramesInOrder()
+    {
+        connectBoard(QStringLiteral("unpaced"));
+        record(QStringLiteral("original"), 12);
+        Recording original;
+        QVERIFY(readRecording(m_dir.filePath(QStringLiteral("original")), original));
+        QCOMPARE(int(original.frames.size()), 12);
+
+        const QList<std::shared_ptr<IPlayback>> playbacks = m_sim->host().playbackRegister().playbacks();
+        QCOMPARE(playbacks.size(), 1);
+        IPlayback& playback = *playbacks.first();
+        QVERIFY(playback.open(m_dir.filePath(QStringLiteral("original"))));
+        // The board lets go of the pipeline.
+        QVERIFY(!view()->property("isConnected").toBool());
+        QCOMPARE(view()->property("totalFramesNumber").toUInt(), 12u);
+
+        // Record what the playback feeds the pipeline.
+        RecordingUserSettings& settings = *core().recordingUserSettings();
+        settings.setFileName(QStringLiteral("replayed"));
+        settings.setNumOfFrames(12);
+        QSignalSpy recordingActive(view(), SIGNAL(isRecordingActiveChanged(bool)));
+        QSignalSpy playbackActive(view(), SIGNAL(playbackActiveChanged(bool)));
+        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
+        playback.play();
+        QVERIFY(view()->property("isPlaybackActive").toBool());
+        QTRY_COMPARE_WITH_TIMEOUT(recordingActive.count(), 2, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
+        QCOMPARE(playbackActive.last().at(0).toBool(), false);
+
+        Recording replayed;
+        QVERIFY(readRecording(m_dir.filePath(QStringLiteral("replayed")), replayed));
+        QCOMPARE(replayed.frames.size(), original.frames.size());
+        QCOMPARE(replayed.frames.front().frameNumber, 0);
+        QVERIFY(consecutive(replayed));
+        for (size_t i = 0; i < original.frames.size(); ++i)
+            QVERIFY2(replayed.frames[i].samples == original.frames[i].samples, qPrintable(QString::number(i)));
+        QCOMPARE(replayed.header.samplesPerChirp, original.header.samplesPerChirp);
+        QCOMPARE(replayed.header.framePeriodSec, original.header.framePeriodSec);
+    }
+
+    void pausedPlaybackStepsOneFrameAtATime()
+    {
+        connectBoard(QStringLiteral("unpaced"));
+        record(QStringLiteral("steps"), 8);
+        IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
+        QVERIFY(playback.open(m_dir.filePath(QStringLiteral("steps"))));
+        QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+        auto highest = [&numbers] {
+            int value = 0;
+            for (const QList<QVariant>& arguments : qAsConst(numbers))
+                value = std::max(value, arguments.at(0).toInt());
+            return value;
+        };
+        playback.pause();
+        QVERIFY(playback.isPaused());
+        playback.play();
+        QVERIFY(view()->property("isPlaybackActive").toBool());
+        // Paused: nothing comes until a step is asked for.
+        QVERIFY(!numbers.wait(300));
+        QCOMPARE(highest(), 0);
+        playback.stepFrame();
+        QTRY_COMPARE(highest(), 1);
+        playback.stepFrame();
+        playback.stepFrame();
+        QTRY_COMPARE(highest(), 3);
+        QVERIFY(!numbers.wait(200));
+        QCOMPARE(highest(), 3);
+        playback.resume();
+        QVERIFY(!playback.isPaused());
+        QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
+        QCOMPARE(highest(), 8);
+    }
+
+    void playbackOfAFramePeriodTheClockCannotHold_data()
+    {
+        QTest::addColumn<float>("framePeriodS");
+        QTest::addColumn<bool>("playable");
+        QTest::newRow("an hour") << 3600.0f << true;
+        QTest::newRow("more than an hour") << 1.0e30f << false;
+        QTest::newRow("infinite") << std::numeric_limits<float>::infinity() << false;
+        QTest::newRow("not a number") << std::numeric_limits<float>::quiet_NaN() << false;
+    }
+
+    void playbackOfAFramePeriodTheClockCannotHold()
+    {
+        QFETCH(float, framePeriodS);
+        QFETCH(bool, playable);
+        connectBoard(QStringLiteral("unpaced"));
+        const QString name = QStringLiteral("period-%1").arg(QTest::currentDataTag()).replace(' ', '-');
+        record(name, 3);
+        // The same frames behind a damaged frame period.
+        Recording recording;
+        const QString base = m_dir.filePath(name);
+        QVERIFY(readRecording(base, recording));
+        recording.header.framePeriodSec = framePeriodS;
+        RadarBinFile file;
+        QVERIFY(file.open(base + QStringLiteral(".raw.bin"), QIODevice::WriteOnly | QIODevice::Truncate));
+        QVERIFY(file.writeHeader(recording.header));
+        QVERIFY(file.writeFrames(quint32(recording.frames.size()), recording.header.samplesPerFrame, recording.frames));
+        file.close();
+
+        IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
+        QSignalSpy messages(&playback, SIGNAL(enqueueUserMessage(QString, QString)));
+        QCOMPARE(playback.open(base), playable);
+        if (playable) {
+            QCOMPARE(playback.totalFramesNumber(), 3u);
+            QVERIFY(messages.isEmpty());
+        } else {
+            QCOMPARE(messages.count(), 1);
+            QCOMPARE(messages.first().at(0).toString(), QStringLiteral("This file for playback is not supported"));
+        }
+    }
+
+    void unplugWhileRecordingKeepsEveryFrameBefore()
+    {
+        connectBoard(QStringLiteral("realtime"));
+        RecordingUserSettings& settings = *core().recordingUserSettings();
+        settings.setRecordingPath(m_dir.path());
+        settings.setFileName(QStringLiteral("unplugged"));
+        settings.setTimeLimitOnRecording(false);
+        settings.setNumOfFrames(1000);
+        QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+        QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
+        // Counts of frames from before the recording may still be queued on a
+        // slow machine: deliver them and start counting afresh. The two frames
+        // around the start may have been counted without reaching the
+        // recorder, so seven counts mean at least five recorded frames.
+        QCoreApplication::sendPostedEvents();
+        numbers.clear();
+        QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 7, 10000);
+
+        const VrnSimControl* control = m_sim->host().sdkLibrary().control();
+        QVERIFY(control);
+        QCOMPARE(control->unplug_board(kBoard), nullptr);
+        QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isConnected").toBool(), 10000);
+        QVERIFY(!view()->property("isRecordingActive").toBool());
+        QVERIFY(!messages.isEmpty());
+        QCOMPARE(messages.first().at(0).value<Constants::UserMessageType>(), Constants::Error);
+
+        Recording recording;
+        QVERIFY(readRecording(m_dir.filePath(QStringLiteral("unplugged")), recording));
+        QVERIFY(recording.frames.size() >= 5);
+        QVERIFY(consecutive(recording));
+        // Every counted frame is in the file: the last record is the last frame
+        // (the counter goes back to 0 when acquisition stops).
+        int counted = 0;
+        for (const QList<QVariant>& arguments : qAsConst(numbers))
+            counted = std::max(counted, arguments.at(0).toInt());
+        QCOMPARE(recording.frames.back().frameNumber + 1, counted);
+    }
+
+    void applyDuringAcquisitionRestartsFrameNumbering()
+    {
+        connectBoard(QStringLiteral("realtime"));
+        QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+        QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 10000);
+        auto* edited = view()->property("guiConfiguration").value<QObject*>();
+        QVERIFY(edited);
+        auto* metrics = edited->property("metrics").value<QObject*>();
+        QVERIFY(metrics && metrics->setProperty("frameRepetitionTimeS", 0.05f));
+
+        numbers.clear();
+        bool applied = false;
+        QVERIFY(QMetaObject::invokeMethod(view(), "applyGuiConfiguration", Q_RETURN_ARG(bool, applied)));
+        QVERIFY(applied);
+        QVERIFY(view()->property("isActive").toBool());
+        QVERIFY(!numbers.isEmpty());
+        QCOMPARE(numbers.first().at(0).toInt(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(numbers.last().at(0).toInt() >= 3, 10000);
+        auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
+        auto* appliedMetrics = deviceConfiguration->property("metrics").value<QObject*>();
+        QCOMPARE(appliedMetrics->property("frameRepetitionTimeS").toFloat(), 0.05f);
+        QVERIFY(!view()->property("revertApplyAvailable").toBool());
+    }
+
+    void refusedConfigurationFileLeavesTheRunningOne()
+    {
+        connectBoard(QStringLiteral("realtime"));
+        const QString path = m_dir.filePath(QStringLiteral("bad.json"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3]}}, "json_version": {"type": "KMR7A", "version": "1.0"}})");
+        file.close();
+        QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+        bool applied = true;
+        QVERIFY(QMetaObject::invokeMethod(view(), "applyConfiguration", Q_RETURN_ARG(bool, applied), Q_ARG(QString, path)));
+        QVERIFY(!applied);
+        QTRY_COMPARE(messages.count(), 1);
+        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Cannot load configuration"));
+        QVERIFY(messages.at(0).at(2).toString().startsWith(QStringLiteral("Mandatory field")));
+        auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
+        auto* metrics = deviceConfiguration->property("metrics").value<QObject*>();
+        QCOMPARE(metrics->property("frameRepetitionTimeS").toFloat(), 0.1f);
+        QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 2, 10000);
+        QVERIFY(view()->property("isActive").toBool());
+    }
 
 private:
     // Starts the host on a one-board bench and connects the board.
-    void connectBoard(const QString& pacing);
-    QObject* view() const;
+
+    void connectBoard(const QString& pacing)
+    {
+        // Each pacing gets its own directory: a test may start the host twice.
+        const QString directory = m_dir.filePath(pacing);
+        QVERIFY(QDir().mkpath(directory));
+        m_sim = std::make_unique<SimulatedHost>();
+        const QString scene = QStringLiteral(R"({ "targets": [
+            { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
+        const QString error =
+            m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), pacing, scene),
+                         directory);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        const QString connected = m_sim->connectFirstBoard();
+        QVERIFY2(connected.isEmpty(), qPrintable(connected));
+        m_device = m_sim->device();
+        QVERIFY(view()->property("isConnected").toBool());
+    }
+
+    QObject* view() const
+    {
+        return m_sim->view();
+    }
+
     CoreUserSettings& core() { return m_sim->core(); }
-    void record(const QString& name, quint32 frames);
+
+    void record(const QString& name, quint32 frames)
+    {
+        RecordingUserSettings& settings = *core().recordingUserSettings();
+        settings.setRecordingPath(m_dir.path());
+        settings.setFileName(name);
+        settings.setTimeLimitOnRecording(false);
+        settings.setNumOfFrames(frames);
+        QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
+        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
+        QCOMPARE(active.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(active.count(), 2, 20000);
+        QCOMPARE(active.at(1).at(0).toBool(), false);
+    }
 
     QTemporaryDir m_dir;
     std::unique_ptr<SimulatedHost> m_sim;
     std::shared_ptr<IDevice> m_device;
 };
-
-void TestRadarStandardSession::initTestCase()
-{
-    QVERIFY(m_dir.isValid());
-    qRegisterMetaType<Constants::UserMessageType>();
-}
-
-void TestRadarStandardSession::cleanup()
-{
-    m_device.reset();
-    m_sim.reset();
-}
-
-void TestRadarStandardSession::connectBoard(const QString& pacing)
-{
-    // Each pacing gets its own directory: a test may start the host twice.
-    const QString directory = m_dir.filePath(pacing);
-    QVERIFY(QDir().mkpath(directory));
-    m_sim = std::make_unique<SimulatedHost>();
-    const QString scene = QStringLiteral(R"({ "targets": [
-        { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
-    const QString error =
-        m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), pacing, scene),
-                     directory);
-    QVERIFY2(error.isEmpty(), qPrintable(error));
-    const QString connected = m_sim->connectFirstBoard();
-    QVERIFY2(connected.isEmpty(), qPrintable(connected));
-    m_device = m_sim->device();
-    QVERIFY(view()->property("isConnected").toBool());
-}
-
-QObject* TestRadarStandardSession::view() const
-{
-    return m_sim->view();
-}
-
-void TestRadarStandardSession::record(const QString& name, quint32 frames)
-{
-    RecordingUserSettings& settings = *core().recordingUserSettings();
-    settings.setRecordingPath(m_dir.path());
-    settings.setFileName(name);
-    settings.setTimeLimitOnRecording(false);
-    settings.setNumOfFrames(frames);
-    QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
-    QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-    QCOMPARE(active.count(), 1);
-    QTRY_COMPARE_WITH_TIMEOUT(active.count(), 2, 20000);
-    QCOMPARE(active.at(1).at(0).toBool(), false);
-}
-
-void TestRadarStandardSession::framesAreCountedAndChartsRefreshedAtTheInterval()
-{
-    QElapsedTimer clock;
-    clock.start();
-    connectBoard(QStringLiteral("unpaced"));
-    core().setMinimumRefreshInterval(250);
-    QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
-    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3000 && refreshes.count() >= 3, 20000);
-    m_device->stopAcquisition();
-    const qint64 elapsed = clock.elapsed();
-
-    // Numbers count up by one from where the spy came in.
-    for (int i = 1; i < 100; ++i)
-        QCOMPARE(numbers.at(i).at(0).toInt(), numbers.at(i - 1).at(0).toInt() + 1);
-    QVERIFY(refreshes.count() >= 1);
-    QVERIFY2(refreshes.count() <= elapsed / 250 + 2,
-             qPrintable(QStringLiteral("%1 refreshes in %2 ms").arg(refreshes.count()).arg(elapsed)));
-    QVERIFY(numbers.count() > 10 * refreshes.count());
-}
-
-void TestRadarStandardSession::rangeSpectrumShowsTheTargetAtItsRange()
-{
-    connectBoard(QStringLiteral("realtime"));
-    QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
-    QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
-
-    ISeriesChartData* spectrum = nullptr;
-    QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, spectrum),
-                                      Q_ARG(int, int(Constants::Chart::FrequencyDomain))));
-    QVERIFY(spectrum);
-    QCOMPARE(spectrum->seriesCount(), 1u);
-    auto points = spectrum->iterator(0);
-    QVERIFY(points);
-    QPointF peak(0.0, -1e30);
-    int count = 0;
-    while (points->hasNext()) {
-        const QPointF point = points->next();
-        ++count;
-        // Skip the leakage next to zero range.
-        if (point.x() > 0.5 && point.y() > peak.y())
-            peak = point;
-    }
-    QVERIFY(count > 16);
-    QVERIFY2(qAbs(peak.x() - 3.0) <= 0.2, qPrintable(QStringLiteral("peak at %1 m").arg(peak.x())));
-
-    ISeriesChartData* timeDomain = nullptr;
-    QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, timeDomain),
-                                      Q_ARG(int, int(Constants::Chart::TimeDomain))));
-    QVERIFY(timeDomain && timeDomain->iterator(0));
-    ISeriesChartData* none = reinterpret_cast<ISeriesChartData*>(1);
-    QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, none),
-                                      Q_ARG(int, int(Constants::Chart::RangeDoppler))));
-    QVERIFY(!none);
-}
-
-void TestRadarStandardSession::recordingStopsAtItsLimit_data()
-{
-    QTest::addColumn<bool>("timeLimit");
-    QTest::addColumn<quint32>("frames");
-    QTest::addColumn<quint32>("seconds");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("25 frames") << false << 25u << 0u << 25;
-    // 2 s at the default 0.1 s frame time.
-    QTest::newRow("2 seconds") << true << 0u << 2u << 20;
-}
-
-void TestRadarStandardSession::recordingStopsAtItsLimit()
-{
-    QFETCH(bool, timeLimit);
-    QFETCH(quint32, frames);
-    QFETCH(quint32, seconds);
-    QFETCH(int, expected);
-    connectBoard(QStringLiteral("unpaced"));
-    RecordingUserSettings& settings = *core().recordingUserSettings();
-    settings.setRecordingPath(m_dir.path());
-    // A recording never overwrites another: each row records under its own name.
-    const QString name = QStringLiteral("limit-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-');
-    settings.setFileName(name);
-    settings.setNumOfFrames(frames);
-    settings.setTimeLimitOnRecording(timeLimit);
-    settings.setDuration(0, 0, seconds, 0);
-
-    QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
-    QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-    QVERIFY(view()->property("isRecordingActive").toBool());
-    QTRY_COMPARE_WITH_TIMEOUT(active.count(), 2, 20000);
-    QVERIFY(!view()->property("isRecordingActive").toBool());
-
-    Recording recording;
-    const QString base = m_dir.filePath(name);
-    QVERIFY(readRecording(base, recording));
-    QCOMPARE(int(recording.frames.size()), expected);
-    QVERIFY(consecutive(recording));
-    QCOMPARE(recording.header.samplesPerFrame, recording.header.samplesPerChirp * recording.header.chirpsPerFrame);
-    QVERIFY(QFile::exists(base + QStringLiteral(".json")));
-}
-
-void TestRadarStandardSession::playbackReproducesTheRecordedFramesInOrder()
-{
-    connectBoard(QStringLiteral("unpaced"));
-    record(QStringLiteral("original"), 12);
-    Recording original;
-    QVERIFY(readRecording(m_dir.filePath(QStringLiteral("original")), original));
-    QCOMPARE(int(original.frames.size()), 12);
-
-    const QList<std::shared_ptr<IPlayback>> playbacks = m_sim->host().playbackRegister().playbacks();
-    QCOMPARE(playbacks.size(), 1);
-    IPlayback& playback = *playbacks.first();
-    QVERIFY(playback.open(m_dir.filePath(QStringLiteral("original"))));
-    // The board lets go of the pipeline.
-    QVERIFY(!view()->property("isConnected").toBool());
-    QCOMPARE(view()->property("totalFramesNumber").toUInt(), 12u);
-
-    // Record what the playback feeds the pipeline.
-    RecordingUserSettings& settings = *core().recordingUserSettings();
-    settings.setFileName(QStringLiteral("replayed"));
-    settings.setNumOfFrames(12);
-    QSignalSpy recordingActive(view(), SIGNAL(isRecordingActiveChanged(bool)));
-    QSignalSpy playbackActive(view(), SIGNAL(playbackActiveChanged(bool)));
-    QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-    playback.play();
-    QVERIFY(view()->property("isPlaybackActive").toBool());
-    QTRY_COMPARE_WITH_TIMEOUT(recordingActive.count(), 2, 20000);
-    QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
-    QCOMPARE(playbackActive.last().at(0).toBool(), false);
-
-    Recording replayed;
-    QVERIFY(readRecording(m_dir.filePath(QStringLiteral("replayed")), replayed));
-    QCOMPARE(replayed.frames.size(), original.frames.size());
-    QCOMPARE(replayed.frames.front().frameNumber, 0);
-    QVERIFY(consecutive(replayed));
-    for (size_t i = 0; i < original.frames.size(); ++i)
-        QVERIFY2(replayed.frames[i].samples == original.frames[i].samples, qPrintable(QString::number(i)));
-    QCOMPARE(replayed.header.samplesPerChirp, original.header.samplesPerChirp);
-    QCOMPARE(replayed.header.framePeriodSec, original.header.framePeriodSec);
-}
-
-void TestRadarStandardSession::pausedPlaybackStepsOneFrameAtATime()
-{
-    connectBoard(QStringLiteral("unpaced"));
-    record(QStringLiteral("steps"), 8);
-    IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
-    QVERIFY(playback.open(m_dir.filePath(QStringLiteral("steps"))));
-    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    auto highest = [&numbers] {
-        int value = 0;
-        for (const QList<QVariant>& arguments : qAsConst(numbers))
-            value = std::max(value, arguments.at(0).toInt());
-        return value;
-    };
-    playback.pause();
-    QVERIFY(playback.isPaused());
-    playback.play();
-    QVERIFY(view()->property("isPlaybackActive").toBool());
-    // Paused: nothing comes until a step is asked for.
-    QVERIFY(!numbers.wait(300));
-    QCOMPARE(highest(), 0);
-    playback.stepFrame();
-    QTRY_COMPARE(highest(), 1);
-    playback.stepFrame();
-    playback.stepFrame();
-    QTRY_COMPARE(highest(), 3);
-    QVERIFY(!numbers.wait(200));
-    QCOMPARE(highest(), 3);
-    playback.resume();
-    QVERIFY(!playback.isPaused());
-    QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
-    QCOMPARE(highest(), 8);
-}
-
-void TestRadarStandardSession::playbackOfAFramePeriodTheClockCannotHold_data()
-{
-    QTest::addColumn<float>("framePeriodS");
-    QTest::addColumn<bool>("playable");
-    QTest::newRow("an hour") << 3600.0f << true;
-    QTest::newRow("more than an hour") << 1.0e30f << false;
-    QTest::newRow("infinite") << std::numeric_limits<float>::infinity() << false;
-    QTest::newRow("not a number") << std::numeric_limits<float>::quiet_NaN() << false;
-}
-
-void TestRadarStandardSession::playbackOfAFramePeriodTheClockCannotHold()
-{
-    QFETCH(float, framePeriodS);
-    QFETCH(bool, playable);
-    connectBoard(QStringLiteral("unpaced"));
-    const QString name = QStringLiteral("period-%1").arg(QTest::currentDataTag()).replace(' ', '-');
-    record(name, 3);
-    // The same frames behind a damaged frame period.
-    Recording recording;
-    const QString base = m_dir.filePath(name);
-    QVERIFY(readRecording(base, recording));
-    recording.header.framePeriodSec = framePeriodS;
-    RadarBinFile file;
-    QVERIFY(file.open(base + QStringLiteral(".raw.bin"), QIODevice::WriteOnly | QIODevice::Truncate));
-    QVERIFY(file.writeHeader(recording.header));
-    QVERIFY(file.writeFrames(quint32(recording.frames.size()), recording.header.samplesPerFrame, recording.frames));
-    file.close();
-
-    IPlayback& playback = *m_sim->host().playbackRegister().playbacks().first();
-    QSignalSpy messages(&playback, SIGNAL(enqueueUserMessage(QString, QString)));
-    QCOMPARE(playback.open(base), playable);
-    if (playable) {
-        QCOMPARE(playback.totalFramesNumber(), 3u);
-        QVERIFY(messages.isEmpty());
-    } else {
-        QCOMPARE(messages.count(), 1);
-        QCOMPARE(messages.first().at(0).toString(), QStringLiteral("This file for playback is not supported"));
-    }
-}
-
-void TestRadarStandardSession::unplugWhileRecordingKeepsEveryFrameBefore()
-{
-    connectBoard(QStringLiteral("realtime"));
-    RecordingUserSettings& settings = *core().recordingUserSettings();
-    settings.setRecordingPath(m_dir.path());
-    settings.setFileName(QStringLiteral("unplugged"));
-    settings.setTimeLimitOnRecording(false);
-    settings.setNumOfFrames(1000);
-    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
-    QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-    // Counts of frames from before the recording may still be queued on a
-    // slow machine: deliver them and start counting afresh. The two frames
-    // around the start may have been counted without reaching the
-    // recorder, so seven counts mean at least five recorded frames.
-    QCoreApplication::sendPostedEvents();
-    numbers.clear();
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 7, 10000);
-
-    const VrnSimControl* control = m_sim->host().sdkLibrary().control();
-    QVERIFY(control);
-    QCOMPARE(control->unplug_board(kBoard), nullptr);
-    QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isConnected").toBool(), 10000);
-    QVERIFY(!view()->property("isRecordingActive").toBool());
-    QVERIFY(!messages.isEmpty());
-    QCOMPARE(messages.first().at(0).value<Constants::UserMessageType>(), Constants::Error);
-
-    Recording recording;
-    QVERIFY(readRecording(m_dir.filePath(QStringLiteral("unplugged")), recording));
-    QVERIFY(recording.frames.size() >= 5);
-    QVERIFY(consecutive(recording));
-    // Every counted frame is in the file: the last record is the last frame
-    // (the counter goes back to 0 when acquisition stops).
-    int counted = 0;
-    for (const QList<QVariant>& arguments : qAsConst(numbers))
-        counted = std::max(counted, arguments.at(0).toInt());
-    QCOMPARE(recording.frames.back().frameNumber + 1, counted);
-}
-
-void TestRadarStandardSession::applyDuringAcquisitionRestartsFrameNumbering()
-{
-    connectBoard(QStringLiteral("realtime"));
-    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 10000);
-    auto* edited = view()->property("guiConfiguration").value<QObject*>();
-    QVERIFY(edited);
-    auto* metrics = edited->property("metrics").value<QObject*>();
-    QVERIFY(metrics && metrics->setProperty("frameRepetitionTimeS", 0.05f));
-
-    numbers.clear();
-    bool applied = false;
-    QVERIFY(QMetaObject::invokeMethod(view(), "applyGuiConfiguration", Q_RETURN_ARG(bool, applied)));
-    QVERIFY(applied);
-    QVERIFY(view()->property("isActive").toBool());
-    QVERIFY(!numbers.isEmpty());
-    QCOMPARE(numbers.first().at(0).toInt(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.last().at(0).toInt() >= 3, 10000);
-    auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
-    auto* appliedMetrics = deviceConfiguration->property("metrics").value<QObject*>();
-    QCOMPARE(appliedMetrics->property("frameRepetitionTimeS").toFloat(), 0.05f);
-    QVERIFY(!view()->property("revertApplyAvailable").toBool());
-}
-
-void TestRadarStandardSession::refusedConfigurationFileLeavesTheRunningOne()
-{
-    connectBoard(QStringLiteral("realtime"));
-    const QString path = m_dir.filePath(QStringLiteral("bad.json"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3]}}, "json_version": {"type": "KMR7A", "version": "1.0"}})");
-    file.close();
-    QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
-    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-    bool applied = true;
-    QVERIFY(QMetaObject::invokeMethod(view(), "applyConfiguration", Q_RETURN_ARG(bool, applied), Q_ARG(QString, path)));
-    QVERIFY(!applied);
-    QTRY_COMPARE(messages.count(), 1);
-    QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Cannot load configuration"));
-    QVERIFY(messages.at(0).at(2).toString().startsWith(QStringLiteral("Mandatory field")));
-    auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
-    auto* metrics = deviceConfiguration->property("metrics").value<QObject*>();
-    QCOMPARE(metrics->property("frameRepetitionTimeS").toFloat(), 0.1f);
-    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 2, 10000);
-    QVERIFY(view()->property("isActive").toBool());
-}
 
 QTEST_MAIN(TestRadarStandardSession)
 #include "tst_RadarStandardSession.moc"
