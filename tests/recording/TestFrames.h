@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recording/RadarBinFile.h"
 #include "recording/RadarFrameRecord.h"
 #include "recording/RadarRecordingHeader.h"
 #include "recording/RecordingFrame.h"
@@ -68,6 +69,12 @@ inline std::vector<float> expectedSamples(int antennas, int chirps, int samples,
     return out;
 }
 
+inline QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 inline bool bitIdentical(const std::vector<float>& a, const std::vector<float>& b)
 {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
@@ -98,6 +105,40 @@ inline RadarFrameRecord bigEndianRecord(qint32 number, std::vector<float> sample
 {
     WordSwap::toFromBigEndian(samples.data(), samples.size());
     return RadarFrameRecord { number, std::move(samples) };
+}
+
+// The frames of data/small.raw.txt (one antenna, two chirps of two samples),
+// in host byte order.
+inline std::vector<RadarFrameRecord> smallRows()
+{
+    return { { 0, { 0.0f, 0.5f, 1.0f, -0.25f } },
+             { 7, { 0.125f, 0.000001f, 100.5f, 3.14159274f } },
+             { -1, { -0.0f, 2.5e-7f, 12345.678f, -1e-7f } } };
+}
+
+// `rows` (host byte order) behind `header` as a binary recording at `path`.
+inline bool writeRecording(const QString& path, const RadarRecordingHeader& header, std::vector<RadarFrameRecord> rows)
+{
+    for (RadarFrameRecord& row : rows)
+        WordSwap::toFromBigEndian(row.samples.data(), row.samples.size());
+    RadarBinFile file;
+    return file.open(path, QIODevice::WriteOnly | QIODevice::Truncate) && file.writeHeader(header)
+        && file.writeFrames(quint32(rows.size()), header.samplesPerFrame, rows) && file.close();
+}
+
+// The binary recording whose text form is data/small.raw.txt.
+inline bool writeSmallRecording(const QString& path)
+{
+    return writeRecording(path, header(1, 1, 2, 2), smallRows());
+}
+
+// `count` frames of expectedSamples() numbered from 0, for long recordings.
+inline std::vector<RadarFrameRecord> numberedRows(int count, int antennas, int chirps, int samples)
+{
+    std::vector<RadarFrameRecord> rows;
+    for (int i = 0; i < count; ++i)
+        rows.push_back({ i, expectedSamples(antennas, chirps, samples, i) });
+    return rows;
 }
 
 // Checks a binary recording byte by byte, without the project's reader:

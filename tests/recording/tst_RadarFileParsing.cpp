@@ -8,209 +8,149 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeRecording(const QString& path, const RadarRecordingHeader& header, const std::vector<RadarFrameRecord>& rows)
-{
-    RadarBinFile file;
-    return file.open(path, QIODevice::WriteOnly | QIODevice::Truncate) && file.writeHeader(header)
-        && file.writeFrames(quint32(rows.size()), header.samplesPerFrame, rows) && file.close();
-}
-
-// The recording whose text form is data/small.raw.txt.
-bool writeSmallRecording(const QString& path)
-{
-    return writeRecording(path, TestFrames::header(1, 1, 2, 2),
-                          { TestFrames::bigEndianRecord(0, { 0.0f, 0.5f, 1.0f, -0.25f }),
-                            TestFrames::bigEndianRecord(7, { 0.125f, 0.000001f, 100.5f, 3.14159274f }),
-                            TestFrames::bigEndianRecord(-1, { -0.0f, 2.5e-7f, 12345.678f, -1e-7f }) });
-}
-
-}
-
 class TestRadarFileParsing : public QObject
 {
     Q_OBJECT
 private slots:
-    void convertsToTheExpectedText();
-    void progressRunsFromZeroToHundred();
-    void failures_data();
-    void failures();
-    void truncatedRecordingConvertsWholeFramesAndSaysSo();
-    void stopEndsARunningConversionAndAllowsAnother();
-    void incompleteConversionReportsAndKeepsNoCopy_data();
-    void incompleteConversionReportsAndKeepsNoCopy();
+    void progressRunsFromZeroToHundred()
+    {
+        // Enough frames for several batches.
+        const QString bin = m_dir.filePath(QStringLiteral("long.raw.bin"));
+        const QString txt = m_dir.filePath(QStringLiteral("long.raw.txt"));
+        QVERIFY(TestFrames::writeRecording(bin, TestFrames::header(1, 1, 64, 256), TestFrames::numberedRows(100, 1, 64, 256)));
+
+        RadarFileParsing parsing;
+        SignalLog progress(&parsing, &RadarFileParsing::convertingToTxt);
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        QVERIFY(parsing.start(bin, txt));
+        QVERIFY(!parsing.start(bin, txt)); // one conversion at a time
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+        QVERIFY(progress.count() >= 3);
+        QCOMPARE(progress.first().at(0).toInt(), 0);
+        QCOMPARE(progress.last().at(0).toInt(), 100);
+        for (int i = 1; i < progress.count(); ++i)
+            QVERIFY(progress.at(i).at(0).toInt() > progress.at(i - 1).at(0).toInt());
+        const QByteArray text = TestFrames::readAll(txt);
+        QCOMPARE(text.count("# Frame_Number = "), 100);
+        QVERIFY(text.contains("\r\n# Frame_Number = 99\r\n"));
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("destination");
+        QTest::addColumn<QString>("message");
+
+        QTest::newRow("no source") << "absent.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
+        QTest::newRow("source is not a recording") << "foreign.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
+        QTest::newRow("destination below a file") << "good.raw.bin" << "foreign.raw.bin/out.raw.txt"
+                                                  << "Cannot parse to destination file!";
+    }
+
+    void failures()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, destination);
+        QFETCH(QString, message);
+        QVERIFY(TestFrames::writeSmallRecording(m_dir.filePath(QStringLiteral("good.raw.bin"))));
+        QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
+        QVERIFY(foreign.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        foreign.write(QByteArray(200, 'x'));
+        foreign.close();
+
+        RadarFileParsing parsing;
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+        QVERIFY(parsing.start(m_dir.filePath(source), m_dir.filePath(destination)));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(errors.at(0).at(0).toString(), message);
+    }
+
+    void truncatedRecordingConvertsWholeFramesAndSaysSo()
+    {
+        const QString bin = m_dir.filePath(QStringLiteral("cut.raw.bin"));
+        const QString txt = m_dir.filePath(QStringLiteral("cut.raw.txt"));
+        QVERIFY(TestFrames::writeSmallRecording(bin));
+        QFile file(bin);
+        QVERIFY(file.resize(file.size() - 3));
+
+        RadarFileParsing parsing;
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+        QVERIFY(parsing.start(bin, txt));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
+        const QByteArray text = TestFrames::readAll(txt);
+        QCOMPARE(text.count("# Frame_Number = "), 2);
+        QVERIFY(text.endsWith("# Frame_Number = 7\r\n0.125000\r\n0.000001\r\n100.500000\r\n3.141593\r\n"));
+    }
+
+    void stopEndsARunningConversionAndAllowsAnother()
+    {
+        const QString bin = m_dir.filePath(QStringLiteral("stop.raw.bin"));
+        const QString txt = m_dir.filePath(QStringLiteral("stop.raw.txt"));
+        QVERIFY(TestFrames::writeRecording(bin, TestFrames::header(1, 1, 64, 256), TestFrames::numberedRows(200, 1, 64, 256)));
+
+        RadarFileParsing parsing;
+        QVERIFY(parsing.start(bin, txt));
+        parsing.stop();
+        QVERIFY(!parsing.isRunning());
+
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+        QVERIFY(parsing.start(bin, txt));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+        QCOMPARE(errors.count(), 0);
+        QCOMPARE(TestFrames::readAll(txt).count("# Frame_Number = "), 200);
+    }
+
+    void incompleteConversionReportsAndKeepsNoCopy_data()
+    {
+        QTest::addColumn<bool>("stopped");
+        QTest::newRow("stopped by its owner") << true;
+        QTest::newRow("text file cannot grow") << false;
+    }
+
+    void incompleteConversionReportsAndKeepsNoCopy()
+    {
+        QFETCH(bool, stopped);
+        // Far more text than one batch makes, so the owner's stop() on the
+        // first progress report always lands in the middle.
+        constexpr int kFrames = 400;
+        const QString bin = m_dir.filePath(QStringLiteral("part%1.raw.bin").arg(stopped));
+        const QString txt = m_dir.filePath(QStringLiteral("part%1.raw.txt").arg(stopped));
+        QVERIFY(TestFrames::writeRecording(bin, TestFrames::header(1, 1, 16, 256),
+                                           TestFrames::numberedRows(kFrames, 1, 16, 256)));
+
+        RadarFileParsing parsing;
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+        // The owner stops as soon as it hears of the first batch.
+        if (stopped)
+            connect(&parsing, &RadarFileParsing::convertingToTxt, this, [&parsing] { parsing.stop(); });
+        {
+            // About a quarter of the text fits.
+            FileSizeLimit limit(stopped ? RLIM_INFINITY : rlim_t(kFrames * 4096 * 3));
+            QVERIFY(limit.isValid());
+            QVERIFY(parsing.start(bin, txt));
+            QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
+        }
+        QVERIFY(!parsing.isRunning());
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
+        const QString details = errors.at(0).at(1).toString();
+        QVERIFY2(details.contains(QStringLiteral(" of %1 frames").arg(kFrames)), qPrintable(details));
+        // No text that a reader could take for the whole recording.
+        QVERIFY(!QFileInfo::exists(txt));
+        QCOMPARE(QDir(m_dir.path()).entryList({ QStringLiteral("part%1*").arg(stopped) }),
+                 QStringList { QFileInfo(bin).fileName() });
+    }
 
 private:
     QTemporaryDir m_dir;
 };
-
-void TestRadarFileParsing::convertsToTheExpectedText()
-{
-    const QString bin = m_dir.filePath(QStringLiteral("small.raw.bin"));
-    const QString txt = m_dir.filePath(QStringLiteral("small.raw.txt"));
-    QVERIFY(writeSmallRecording(bin));
-    RadarFileParsing parsing;
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
-    QVERIFY(parsing.start(bin, txt));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-    QCOMPARE(errors.count(), 0);
-    QCOMPARE(readAll(txt), readAll(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
-}
-
-void TestRadarFileParsing::progressRunsFromZeroToHundred()
-{
-    // Enough frames for several batches.
-    const QString bin = m_dir.filePath(QStringLiteral("long.raw.bin"));
-    const QString txt = m_dir.filePath(QStringLiteral("long.raw.txt"));
-    const RadarRecordingHeader header = TestFrames::header(1, 1, 64, 256);
-    std::vector<RadarFrameRecord> rows;
-    for (int i = 0; i < 100; ++i)
-        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 64, 256, i)));
-    QVERIFY(writeRecording(bin, header, rows));
-
-    RadarFileParsing parsing;
-    SignalLog progress(&parsing, &RadarFileParsing::convertingToTxt);
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    QVERIFY(parsing.start(bin, txt));
-    QVERIFY(!parsing.start(bin, txt)); // one conversion at a time
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
-    QVERIFY(progress.count() >= 3);
-    QCOMPARE(progress.first().at(0).toInt(), 0);
-    QCOMPARE(progress.last().at(0).toInt(), 100);
-    for (int i = 1; i < progress.count(); ++i)
-        QVERIFY(progress.at(i).at(0).toInt() > progress.at(i - 1).at(0).toInt());
-    const QByteArray text = readAll(txt);
-    QCOMPARE(text.count("# Frame_Number = "), 100);
-    QVERIFY(text.contains("\r\n# Frame_Number = 99\r\n"));
-}
-
-void TestRadarFileParsing::failures_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("no source") << "absent.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
-    QTest::newRow("source is not a recording") << "foreign.raw.bin" << "out.raw.txt" << "Cannot parse from source file!";
-    QTest::newRow("destination below a file") << "good.raw.bin" << "foreign.raw.bin/out.raw.txt"
-                                              << "Cannot parse to destination file!";
-}
-
-void TestRadarFileParsing::failures()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, destination);
-    QFETCH(QString, message);
-    QVERIFY(writeSmallRecording(m_dir.filePath(QStringLiteral("good.raw.bin"))));
-    QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
-    QVERIFY(foreign.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    foreign.write(QByteArray(200, 'x'));
-    foreign.close();
-
-    RadarFileParsing parsing;
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
-    QVERIFY(parsing.start(m_dir.filePath(source), m_dir.filePath(destination)));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toString(), message);
-}
-
-void TestRadarFileParsing::truncatedRecordingConvertsWholeFramesAndSaysSo()
-{
-    const QString bin = m_dir.filePath(QStringLiteral("cut.raw.bin"));
-    const QString txt = m_dir.filePath(QStringLiteral("cut.raw.txt"));
-    QVERIFY(writeSmallRecording(bin));
-    QFile file(bin);
-    QVERIFY(file.resize(file.size() - 3));
-
-    RadarFileParsing parsing;
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
-    QVERIFY(parsing.start(bin, txt));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
-    const QByteArray text = readAll(txt);
-    QCOMPARE(text.count("# Frame_Number = "), 2);
-    QVERIFY(text.endsWith("# Frame_Number = 7\r\n0.125000\r\n0.000001\r\n100.500000\r\n3.141593\r\n"));
-}
-
-void TestRadarFileParsing::stopEndsARunningConversionAndAllowsAnother()
-{
-    const QString bin = m_dir.filePath(QStringLiteral("stop.raw.bin"));
-    const QString txt = m_dir.filePath(QStringLiteral("stop.raw.txt"));
-    const RadarRecordingHeader header = TestFrames::header(1, 1, 64, 256);
-    std::vector<RadarFrameRecord> rows;
-    for (int i = 0; i < 200; ++i)
-        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 64, 256, i)));
-    QVERIFY(writeRecording(bin, header, rows));
-
-    RadarFileParsing parsing;
-    QVERIFY(parsing.start(bin, txt));
-    parsing.stop();
-    QVERIFY(!parsing.isRunning());
-
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
-    QVERIFY(parsing.start(bin, txt));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
-    QCOMPARE(errors.count(), 0);
-    QCOMPARE(readAll(txt).count("# Frame_Number = "), 200);
-}
-
-void TestRadarFileParsing::incompleteConversionReportsAndKeepsNoCopy_data()
-{
-    QTest::addColumn<bool>("stopped");
-    QTest::newRow("stopped by its owner") << true;
-    QTest::newRow("text file cannot grow") << false;
-}
-
-void TestRadarFileParsing::incompleteConversionReportsAndKeepsNoCopy()
-{
-    QFETCH(bool, stopped);
-    // Far more text than one batch makes, so the owner's stop() on the
-    // first progress report always lands in the middle.
-    constexpr int kFrames = 400;
-    const QString bin = m_dir.filePath(QStringLiteral("part%1.raw.bin").arg(stopped));
-    const QString txt = m_dir.filePath(QStringLiteral("part%1.raw.txt").arg(stopped));
-    const RadarRecordingHeader header = TestFrames::header(1, 1, 16, 256);
-    std::vector<RadarFrameRecord> rows;
-    for (int i = 0; i < kFrames; ++i)
-        rows.push_back(TestFrames::bigEndianRecord(i, TestFrames::expectedSamples(1, 16, 256, i)));
-    QVERIFY(writeRecording(bin, header, rows));
-
-    RadarFileParsing parsing;
-    SignalLog finished(&parsing, &RadarFileParsing::finished);
-    SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
-    // The owner stops as soon as it hears of the first batch.
-    if (stopped)
-        connect(&parsing, &RadarFileParsing::convertingToTxt, this, [&parsing] { parsing.stop(); });
-    {
-        // About a quarter of the text fits.
-        FileSizeLimit limit(stopped ? RLIM_INFINITY : rlim_t(kFrames * 4096 * 3));
-        QVERIFY(limit.isValid());
-        QVERIFY(parsing.start(bin, txt));
-        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 30000);
-    }
-    QVERIFY(!parsing.isRunning());
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot parse file!"));
-    const QString details = errors.at(0).at(1).toString();
-    QVERIFY2(details.contains(QStringLiteral(" of %1 frames").arg(kFrames)), qPrintable(details));
-    // No text that a reader could take for the whole recording.
-    QVERIFY(!QFileInfo::exists(txt));
-    QCOMPARE(QDir(m_dir.path()).entryList({ QStringLiteral("part%1*").arg(stopped) }),
-             QStringList { QFileInfo(bin).fileName() });
-}
 
 QTEST_GUILESS_MAIN(TestRadarFileParsing)
 #include "tst_RadarFileParsing.moc"

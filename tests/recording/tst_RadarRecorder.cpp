@@ -14,166 +14,159 @@ class TestRadarRecorder : public QObject
 {
     Q_OBJECT
 private slots:
-    void buffersAndFinish_data();
-    void buffersAndFinish();
-    void destructionWhileActiveHandsOverBufferedFrames();
-    void framesOutsideARecordingAreDropped();
-    void stopRacingTheAcquisitionLosesNoFrame_data();
-    void stopRacingTheAcquisitionLosesNoFrame();
-};
-
-void TestRadarRecorder::buffersAndFinish_data()
-{
-    QTest::addColumn<quint32>("limit");
-    QTest::addColumn<int>("capacity");
-    QTest::addColumn<int>("frames");
-    QTest::addColumn<bool>("stopAfterwards");
-    QTest::addColumn<QList<int>>("bufferSizes");
-    QTest::addColumn<int>("finishedCount");
-
-    QTest::newRow("limit 70, capacity 32") << 70u << 32 << 70 << false << QList<int> { 32, 32, 6 } << 1;
-    QTest::newRow("frames beyond the limit are dropped") << 70u << 32 << 100 << false << QList<int> { 32, 32, 6 } << 1;
-    QTest::newRow("limit on a buffer boundary") << 64u << 32 << 64 << false << QList<int> { 32, 32 } << 1;
-    QTest::newRow("stop with 5 buffered") << 100u << 32 << 5 << true << QList<int> { 5 } << 1;
-    QTest::newRow("stop after a full buffer") << 100u << 4 << 9 << true << QList<int> { 4, 4, 1 } << 1;
-    QTest::newRow("stop on a limit reached") << 3u << 4 << 3 << true << QList<int> { 3 } << 1;
-    QTest::newRow("limit 0 runs until stopped") << 0u << 32 << 70 << true << QList<int> { 32, 32, 6 } << 1;
-    QTest::newRow("stop with nothing recorded") << 10u << 32 << 0 << true << QList<int> {} << 1;
-}
-
-void TestRadarRecorder::buffersAndFinish()
-{
-    QFETCH(quint32, limit);
-    QFETCH(int, capacity);
-    QFETCH(int, frames);
-    QFETCH(bool, stopAfterwards);
-    QFETCH(QList<int>, bufferSizes);
-    QFETCH(int, finishedCount);
-
-    RadarRecorder recorder(limit, capacity);
-    QList<int> sizes;
-    QList<int> numbers;
-    connect(&recorder, &RadarRecorder::bufferReady, this, [&](RadarBufferPtr buffer) {
-        sizes.append(int(buffer->size()));
-        for (const auto& entry : *buffer)
-            numbers.append(entry.first);
-    });
-    QSignalSpy finished(&recorder, &RadarRecorder::finished);
-
-    recorder.start();
-    const SharedFrame frame = TestFrames::make(1, 1, 4, 0);
-    for (int i = 0; i < frames; ++i)
-        recorder.record(frame, i);
-    if (stopAfterwards)
-        recorder.stop();
-
-    QCOMPARE(sizes, bufferSizes);
-    QCOMPARE(finished.count(), finishedCount);
-    QVERIFY(!recorder.isActive());
-    // Every frame handed over once, in order.
-    for (int i = 0; i < numbers.size(); ++i)
-        QCOMPARE(numbers[i], i);
-    // The buffers share the frame, they do not copy it.
-    QCOMPARE(frame.use_count(), 1L);
-}
-
-void TestRadarRecorder::destructionWhileActiveHandsOverBufferedFrames()
-{
-    int handedOver = 0;
-    int finishedCount = 0;
+    void buffersAndFinish_data()
     {
-        RadarRecorder recorder(100, 32);
-        connect(&recorder, &RadarRecorder::bufferReady, this,
-                [&](RadarBufferPtr buffer) { handedOver += int(buffer->size()); });
-        connect(&recorder, &RadarRecorder::finished, this, [&] { ++finishedCount; });
-        recorder.start();
-        for (int i = 0; i < 7; ++i)
-            recorder.record(TestFrames::make(1, 1, 1, i), i);
+        QTest::addColumn<quint32>("limit");
+        QTest::addColumn<int>("capacity");
+        QTest::addColumn<int>("frames");
+        QTest::addColumn<bool>("stopAfterwards");
+        QTest::addColumn<QList<int>>("bufferSizes");
+        QTest::addColumn<int>("finishedCount");
+
+        QTest::newRow("limit 70, capacity 32") << 70u << 32 << 70 << false << QList<int> { 32, 32, 6 } << 1;
+        QTest::newRow("frames beyond the limit are dropped") << 70u << 32 << 100 << false << QList<int> { 32, 32, 6 } << 1;
+        QTest::newRow("limit on a buffer boundary") << 64u << 32 << 64 << false << QList<int> { 32, 32 } << 1;
+        QTest::newRow("stop with 5 buffered") << 100u << 32 << 5 << true << QList<int> { 5 } << 1;
+        QTest::newRow("stop after a full buffer") << 100u << 4 << 9 << true << QList<int> { 4, 4, 1 } << 1;
+        QTest::newRow("stop on a limit reached") << 3u << 4 << 3 << true << QList<int> { 3 } << 1;
+        QTest::newRow("limit 0 runs until stopped") << 0u << 32 << 70 << true << QList<int> { 32, 32, 6 } << 1;
+        QTest::newRow("stop with nothing recorded") << 10u << 32 << 0 << true << QList<int> {} << 1;
     }
-    QCOMPARE(handedOver, 7);
-    QCOMPARE(finishedCount, 1);
-}
 
-void TestRadarRecorder::framesOutsideARecordingAreDropped()
-{
-    RadarRecorder recorder(10, 2);
-    QSignalSpy buffers(&recorder, &RadarRecorder::bufferReady);
-    QSignalSpy finished(&recorder, &RadarRecorder::finished);
-    recorder.record(TestFrames::make(1, 1, 1, 0), 0);
-    recorder.record(TestFrames::make(1, 1, 1, 1), 1);
-    recorder.record(TestFrames::make(1, 1, 1, 2), 2);
-    recorder.stop();
-    QCOMPARE(buffers.count(), 0);
-    QCOMPARE(finished.count(), 0);
-}
+    void buffersAndFinish()
+    {
+        QFETCH(quint32, limit);
+        QFETCH(int, capacity);
+        QFETCH(int, frames);
+        QFETCH(bool, stopAfterwards);
+        QFETCH(QList<int>, bufferSizes);
+        QFETCH(int, finishedCount);
 
-void TestRadarRecorder::stopRacingTheAcquisitionLosesNoFrame_data()
-{
-    QTest::addColumn<int>("capacity");
-    QTest::newRow("a hand-over per frame") << 1;
-    QTest::newRow("buffers of 4") << 4;
-}
-
-void TestRadarRecorder::stopRacingTheAcquisitionLosesNoFrame()
-{
-    QFETCH(int, capacity);
-    // The file recording takes buffers until the recorder's finished() and
-    // closes the file then; a buffer handed over after it is lost. So every
-    // frame whose record() had returned when stop() was called must arrive
-    // before finished(), in order and without a gap.
-    const SharedFrame frame = TestFrames::make(1, 1, 1, 0);
-    for (int round = 0; round < 300; ++round) {
-        RadarRecorder recorder(0, capacity);
-        std::mutex mutex;
-        bool closed = false;
+        RadarRecorder recorder(limit, capacity);
+        QList<int> sizes;
         QList<int> numbers;
-        connect(
-            &recorder, &RadarRecorder::bufferReady, this,
-            [&](RadarBufferPtr buffer) {
-                std::lock_guard<std::mutex> lock(mutex);
-                for (const auto& entry : *buffer) {
-                    if (!closed)
-                        numbers.append(entry.first);
-                }
-            },
-            Qt::DirectConnection);
-        connect(
-            &recorder, &RadarRecorder::finished, this,
-            [&] {
-                std::lock_guard<std::mutex> lock(mutex);
-                closed = true;
-            },
-            Qt::DirectConnection);
-        recorder.start();
-        std::atomic<int> returned { 0 };
-        std::atomic<bool> done { false };
-        // stop() comes a few frames into the recording, at a point that
-        // varies from round to round.
-        const int warmUp = 1 + round % 7;
-        std::promise<void> warm;
-        std::thread acquisition([&] {
-            for (int i = 0; !done.load(); ++i) {
-                recorder.record(frame, i);
-                returned = i + 1;
-                if (i + 1 == warmUp)
-                    warm.set_value();
-            }
+        connect(&recorder, &RadarRecorder::bufferReady, this, [&](RadarBufferPtr buffer) {
+            sizes.append(int(buffer->size()));
+            for (const auto& entry : *buffer)
+                numbers.append(entry.first);
         });
-        warm.get_future().wait();
-        const int beforeStop = returned.load();
-        recorder.stop();
-        done = true;
-        acquisition.join();
+        QSignalSpy finished(&recorder, &RadarRecorder::finished);
 
-        QVERIFY2(numbers.size() >= beforeStop,
-                 qPrintable(QStringLiteral("round %1: %2 frames arrived, %3 were recorded before stop()")
-                                .arg(round)
-                                .arg(numbers.size())
-                                .arg(beforeStop)));
+        recorder.start();
+        const SharedFrame frame = TestFrames::make(1, 1, 4, 0);
+        for (int i = 0; i < frames; ++i)
+            recorder.record(frame, i);
+        if (stopAfterwards)
+            recorder.stop();
+
+        QCOMPARE(sizes, bufferSizes);
+        QCOMPARE(finished.count(), finishedCount);
+        QVERIFY(!recorder.isActive());
+        // Every frame handed over once, in order.
         for (int i = 0; i < numbers.size(); ++i)
             QCOMPARE(numbers[i], i);
+        // The buffers share the frame, they do not copy it.
+        QCOMPARE(frame.use_count(), 1L);
     }
-}
+
+    void destructionWhileActiveHandsOverBufferedFrames()
+    {
+        int handedOver = 0;
+        int finishedCount = 0;
+        {
+            RadarRecorder recorder(100, 32);
+            connect(&recorder, &RadarRecorder::bufferReady, this,
+                    [&](RadarBufferPtr buffer) { handedOver += int(buffer->size()); });
+            connect(&recorder, &RadarRecorder::finished, this, [&] { ++finishedCount; });
+            recorder.start();
+            for (int i = 0; i < 7; ++i)
+                recorder.record(TestFrames::make(1, 1, 1, i), i);
+        }
+        QCOMPARE(handedOver, 7);
+        QCOMPARE(finishedCount, 1);
+    }
+
+    void framesOutsideARecordingAreDropped()
+    {
+        RadarRecorder recorder(10, 2);
+        QSignalSpy buffers(&recorder, &RadarRecorder::bufferReady);
+        QSignalSpy finished(&recorder, &RadarRecorder::finished);
+        recorder.record(TestFrames::make(1, 1, 1, 0), 0);
+        recorder.record(TestFrames::make(1, 1, 1, 1), 1);
+        recorder.record(TestFrames::make(1, 1, 1, 2), 2);
+        recorder.stop();
+        QCOMPARE(buffers.count(), 0);
+        QCOMPARE(finished.count(), 0);
+    }
+
+    void stopRacingTheAcquisitionLosesNoFrame_data()
+    {
+        QTest::addColumn<int>("capacity");
+        QTest::newRow("a hand-over per frame") << 1;
+        QTest::newRow("buffers of 4") << 4;
+    }
+
+    void stopRacingTheAcquisitionLosesNoFrame()
+    {
+        QFETCH(int, capacity);
+        // The file recording takes buffers until the recorder's finished() and
+        // closes the file then; a buffer handed over after it is lost. So every
+        // frame whose record() had returned when stop() was called must arrive
+        // before finished(), in order and without a gap.
+        const SharedFrame frame = TestFrames::make(1, 1, 1, 0);
+        for (int round = 0; round < 300; ++round) {
+            RadarRecorder recorder(0, capacity);
+            std::mutex mutex;
+            bool closed = false;
+            QList<int> numbers;
+            connect(
+                &recorder, &RadarRecorder::bufferReady, this,
+                [&](RadarBufferPtr buffer) {
+                    std::lock_guard<std::mutex> lock(mutex);
+                    for (const auto& entry : *buffer) {
+                        if (!closed)
+                            numbers.append(entry.first);
+                    }
+                },
+                Qt::DirectConnection);
+            connect(
+                &recorder, &RadarRecorder::finished, this,
+                [&] {
+                    std::lock_guard<std::mutex> lock(mutex);
+                    closed = true;
+                },
+                Qt::DirectConnection);
+            recorder.start();
+            std::atomic<int> returned { 0 };
+            std::atomic<bool> done { false };
+            // stop() comes a few frames into the recording, at a point that
+            // varies from round to round.
+            const int warmUp = 1 + round % 7;
+            std::promise<void> warm;
+            std::thread acquisition([&] {
+                for (int i = 0; !done.load(); ++i) {
+                    recorder.record(frame, i);
+                    returned = i + 1;
+                    if (i + 1 == warmUp)
+                        warm.set_value();
+                }
+            });
+            warm.get_future().wait();
+            const int beforeStop = returned.load();
+            recorder.stop();
+            done = true;
+            acquisition.join();
+
+            QVERIFY2(numbers.size() >= beforeStop,
+                     qPrintable(QStringLiteral("round %1: %2 frames arrived, %3 were recorded before stop()")
+                                    .arg(round)
+                                    .arg(numbers.size())
+                                    .arg(beforeStop)));
+            for (int i = 0; i < numbers.size(); ++i)
+                QCOMPARE(numbers[i], i);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRadarRecorder)
 #include "tst_RadarRecorder.moc"

@@ -7,27 +7,6 @@
 
 namespace {
 
-// The small recording of data/small.raw.txt.
-RadarRecordingHeader smallHeader()
-{
-    return TestFrames::header(1, 1, 2, 2);
-}
-
-std::vector<RadarFrameRecord> smallRows()
-{
-    return {
-        { 0, { 0.0f, 0.5f, 1.0f, -0.25f } },
-        { 7, { 0.125f, 0.000001f, 100.5f, 3.14159274f } },
-        { -1, { -0.0f, 2.5e-7f, 12345.678f, -1e-7f } },
-    };
-}
-
-QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // A header the reader accepts: one item per line.
 QList<QByteArray> conventionalHeader()
 {
@@ -68,124 +47,101 @@ class TestRadarTxtFile : public QObject
 {
     Q_OBJECT
 private slots:
-    void writerProducesExactBytes();
-    void writerOutputOpensWithEmptyLineAndJoinsVersionToLastComment();
-    void readerRules_data();
-    void readerRules();
-    void readerReadsFramesAfterHeader();
-    void readerRejectsWriterOutput();
+    void writerProducesExactBytes()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("small.raw.txt"));
+        RadarTxtFile file;
+        QVERIFY(file.open(path, QIODevice::WriteOnly | QIODevice::Text));
+        QVERIFY(file.writeHeader(TestFrames::header(1, 1, 2, 2)));
+        const auto rows = TestFrames::smallRows();
+        QVERIFY(file.writeFrames(quint32(rows.size()), 4, rows));
+        QVERIFY(file.close());
+        QCOMPARE(TestFrames::readAll(path), TestFrames::readAll(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
+    }
+
+    void readerRules_data()
+    {
+        QTest::addColumn<int>("line");
+        QTest::addColumn<QByteArray>("replacement");
+        QTest::addColumn<bool>("accepted");
+
+        const QByteArray longTail(128 - int(qstrlen("# Num_Rx_Antennas = ")), '0');
+        QTest::newRow("as written") << -1 << QByteArray() << true;
+        QTest::newRow("more after the magic") << 0 << QByteArray("VNRT and more") << true;
+        QTest::newRow("other magic") << 0 << QByteArray("VNRB") << false;
+        QTest::newRow("altered comment") << 5 << QByteArray("## ADC_Samples_Normalized = [0, 1.0]") << false;
+        QTest::newRow("key line of 128 characters") << 9 << QByteArray("# Num_Rx_Antennas = ") + longTail << true;
+        QTest::newRow("key line of 129 characters") << 9 << QByteArray("# Num_Rx_Antennas = ") + longTail + "0" << false;
+        QTest::newRow("value starts with a blank") << 9 << QByteArray("# Num_Rx_Antennas =  3") << false;
+        QTest::newRow("float starts with a blank") << 7 << QByteArray("# Version =  1.000000") << false;
+        QTest::newRow("empty value") << 12 << QByteArray("# Are_Rx_Antennas_Interleaved = ") << false;
+        QTest::newRow("not a number") << 21 << QByteArray("# Chirps_per_Frame = two") << false;
+        QTest::newRow("wrong key") << 8 << QByteArray("# Num_RX_Antennas = 1") << false;
+        QTest::newRow("missing last key") << 26 << QByteArray() << false;
+    }
+
+    void readerRules()
+    {
+        QFETCH(int, line);
+        QFETCH(QByteArray, replacement);
+        QFETCH(bool, accepted);
+
+        QList<QByteArray> lines = conventionalHeader();
+        if (line == lines.size() - 1 && replacement.isEmpty())
+            lines.removeLast();
+        else if (line >= 0)
+            lines[line] = replacement;
+        const QString path = m_dir.filePath(QStringLiteral("rules.raw.txt"));
+        QFile out(path);
+        QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        out.write(lines.join("\r\n") + "\r\n");
+        out.close();
+
+        RadarTxtFile file;
+        QVERIFY(file.open(path, QIODevice::ReadOnly));
+        RadarRecordingHeader header;
+        QCOMPARE(file.readHeader(header), accepted);
+        QCOMPARE(file.checkFile(path), accepted);
+        if (accepted && line < 0) {
+            QCOMPARE(header.maskRxAntennas, 5u);
+            QCOMPARE(header.chirpShapeEnum, -2);
+            QCOMPARE(header.framePeriodSec, 0.25f);
+            QCOMPARE(header.samplesPerFrame, 4u);
+        }
+    }
+
+    void readerReadsFramesAfterHeader()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("frames.raw.txt"));
+        QFile out(path);
+        QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        out.write(conventionalHeader().join("\n") + "\n\n# Frame_Number = 3\n0.5\n-1.25\n# Frame_Number = 4\n2\n0.000001\n");
+        out.close();
+
+        RadarTxtFile file;
+        QVERIFY(file.open(path, QIODevice::ReadOnly));
+        RadarRecordingHeader header;
+        QVERIFY(file.readHeader(header));
+        std::vector<RadarFrameRecord> rows;
+        QVERIFY(file.readFrames(2, 2, rows));
+        QCOMPARE(rows[0].frameNumber, 3);
+        QVERIFY(TestFrames::bitIdentical(rows[0].samples, { 0.5f, -1.25f }));
+        QCOMPARE(rows[1].frameNumber, 4);
+        QVERIFY(TestFrames::bitIdentical(rows[1].samples, { 2.0f, 0.000001f }));
+        QVERIFY(!file.readFrames(1, 2, rows));
+    }
+
+    void readerRejectsWriterOutput()
+    {
+        // The writer opens with an empty line, so its own files fail the magic
+        // check; nothing reads text recordings back.
+        RadarTxtFile file;
+        QVERIFY(!file.checkFile(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
+    }
 
 private:
     QTemporaryDir m_dir;
 };
-
-void TestRadarTxtFile::writerProducesExactBytes()
-{
-    const QString path = m_dir.filePath(QStringLiteral("small.raw.txt"));
-    RadarTxtFile file;
-    QVERIFY(file.open(path, QIODevice::WriteOnly | QIODevice::Text));
-    QVERIFY(file.writeHeader(smallHeader()));
-    const auto rows = smallRows();
-    QVERIFY(file.writeFrames(quint32(rows.size()), 4, rows));
-    QVERIFY(file.close());
-    QCOMPARE(readAll(path), readAll(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
-}
-
-void TestRadarTxtFile::writerOutputOpensWithEmptyLineAndJoinsVersionToLastComment()
-{
-    const QString path = m_dir.filePath(QStringLiteral("header.raw.txt"));
-    RadarTxtFile file;
-    QVERIFY(file.open(path, QIODevice::WriteOnly));
-    QVERIFY(file.writeHeader(smallHeader()));
-    QVERIFY(file.close());
-    const QByteArray bytes = readAll(path);
-    QVERIFY(bytes.startsWith("\r\nVNRT\r\n"));
-    const QList<QByteArray> lines = bytes.split('\n');
-    QCOMPARE(lines.value(7), QByteArray("## ADC_Samples_NonNormalized = [0, 2^ADC_Res_Bits - 1]# Version = 1.000000\r"));
-    // The header size has no text line; the header ends with an empty line.
-    QVERIFY(!bytes.contains("88"));
-    QVERIFY(bytes.endsWith("# Frame_Period_sec = 0.100000\r\n\r\n"));
-}
-
-void TestRadarTxtFile::readerRules_data()
-{
-    QTest::addColumn<int>("line");
-    QTest::addColumn<QByteArray>("replacement");
-    QTest::addColumn<bool>("accepted");
-
-    const QByteArray longTail(128 - int(qstrlen("# Num_Rx_Antennas = ")), '0');
-    QTest::newRow("as written") << -1 << QByteArray() << true;
-    QTest::newRow("more after the magic") << 0 << QByteArray("VNRT and more") << true;
-    QTest::newRow("other magic") << 0 << QByteArray("VNRB") << false;
-    QTest::newRow("altered comment") << 5 << QByteArray("## ADC_Samples_Normalized = [0, 1.0]") << false;
-    QTest::newRow("key line of 128 characters") << 9 << QByteArray("# Num_Rx_Antennas = ") + longTail << true;
-    QTest::newRow("key line of 129 characters") << 9 << QByteArray("# Num_Rx_Antennas = ") + longTail + "0" << false;
-    QTest::newRow("value starts with a blank") << 9 << QByteArray("# Num_Rx_Antennas =  3") << false;
-    QTest::newRow("float starts with a blank") << 7 << QByteArray("# Version =  1.000000") << false;
-    QTest::newRow("empty value") << 12 << QByteArray("# Are_Rx_Antennas_Interleaved = ") << false;
-    QTest::newRow("not a number") << 21 << QByteArray("# Chirps_per_Frame = two") << false;
-    QTest::newRow("wrong key") << 8 << QByteArray("# Num_RX_Antennas = 1") << false;
-    QTest::newRow("missing last key") << 26 << QByteArray() << false;
-}
-
-void TestRadarTxtFile::readerRules()
-{
-    QFETCH(int, line);
-    QFETCH(QByteArray, replacement);
-    QFETCH(bool, accepted);
-
-    QList<QByteArray> lines = conventionalHeader();
-    if (line == lines.size() - 1 && replacement.isEmpty())
-        lines.removeLast();
-    else if (line >= 0)
-        lines[line] = replacement;
-    const QString path = m_dir.filePath(QStringLiteral("rules.raw.txt"));
-    QFile out(path);
-    QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    out.write(lines.join("\r\n") + "\r\n");
-    out.close();
-
-    RadarTxtFile file;
-    QVERIFY(file.open(path, QIODevice::ReadOnly));
-    RadarRecordingHeader header;
-    QCOMPARE(file.readHeader(header), accepted);
-    QCOMPARE(file.checkFile(path), accepted);
-    if (accepted && line < 0) {
-        QCOMPARE(header.maskRxAntennas, 5u);
-        QCOMPARE(header.chirpShapeEnum, -2);
-        QCOMPARE(header.framePeriodSec, 0.25f);
-        QCOMPARE(header.samplesPerFrame, 4u);
-    }
-}
-
-void TestRadarTxtFile::readerReadsFramesAfterHeader()
-{
-    const QString path = m_dir.filePath(QStringLiteral("frames.raw.txt"));
-    QFile out(path);
-    QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    out.write(conventionalHeader().join("\n") + "\n\n# Frame_Number = 3\n0.5\n-1.25\n# Frame_Number = 4\n2\n0.000001\n");
-    out.close();
-
-    RadarTxtFile file;
-    QVERIFY(file.open(path, QIODevice::ReadOnly));
-    RadarRecordingHeader header;
-    QVERIFY(file.readHeader(header));
-    std::vector<RadarFrameRecord> rows;
-    QVERIFY(file.readFrames(2, 2, rows));
-    QCOMPARE(rows[0].frameNumber, 3);
-    QVERIFY(TestFrames::bitIdentical(rows[0].samples, { 0.5f, -1.25f }));
-    QCOMPARE(rows[1].frameNumber, 4);
-    QVERIFY(TestFrames::bitIdentical(rows[1].samples, { 2.0f, 0.000001f }));
-    QVERIFY(!file.readFrames(1, 2, rows));
-}
-
-void TestRadarTxtFile::readerRejectsWriterOutput()
-{
-    // The writer opens with an empty line, so its own files fail the magic
-    // check; nothing reads text recordings back.
-    RadarTxtFile file;
-    QVERIFY(!file.checkFile(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
-}
 
 QTEST_GUILESS_MAIN(TestRadarTxtFile)
 #include "tst_RadarTxtFile.moc"

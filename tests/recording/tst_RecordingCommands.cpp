@@ -10,88 +10,76 @@ class TestRecordingCommands : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void inspect_data();
-    void inspect();
-    void convertWritesTheTextBesideTheRecording();
+    void initTestCase()
+    {
+        m_base = m_dir.filePath(QStringLiteral("small"));
+        QVERIFY(TestFrames::writeSmallRecording(m_base + ".raw.bin"));
+        QVERIFY(QFile::copy(m_base + ".raw.bin", m_dir.filePath(QStringLiteral("cut.raw.bin"))));
+        QFile cut(m_dir.filePath(QStringLiteral("cut.raw.bin")));
+        QVERIFY(cut.resize(cut.size() - 6));
+        QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
+        QVERIFY(foreign.open(QIODevice::WriteOnly));
+        foreign.write(QByteArray(100, 'x'));
+    }
+
+    void inspect_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QStringList>("outLines");
+        QTest::addColumn<QString>("errText");
+
+        QTest::newRow("whole recording") << "small.raw.bin" << 0
+                                         << QStringList { "Magic = VNRB", "Version = 1.000000", "Header_Size = 88",
+                                                          "Mask_Rx_Antennas = 1", "Samples_per_Frame = 4",
+                                                          "Frame_Period_sec = 0.100000", "Frames = 3" }
+                                         << QString();
+        QTest::newRow("truncated") << "cut.raw.bin" << 0
+                                   << QStringList { "Frames = 2", "Last frame truncated: 14 of 20 bytes present" }
+                                   << QString();
+        QTest::newRow("foreign") << "foreign.raw.bin" << 1 << QStringList() << "not a binary recording";
+        QTest::newRow("absent") << "absent.raw.bin" << 1 << QStringList() << "absent.raw.bin is missing (no such file)";
+        QTest::newRow("by its base") << "small" << 0 << QStringList { "Frames = 3" } << QString();
+        QTest::newRow("by its configuration") << "small.json" << 0 << QStringList { "Frames = 3" } << QString();
+    }
+
+    void inspect()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, exitCode);
+        QFETCH(QStringList, outLines);
+        QFETCH(QString, errText);
+
+        QString outText, errorText;
+        QTextStream out(&outText), err(&errorText);
+        QCOMPARE(inspectRecording(m_dir.filePath(file), out, err), exitCode);
+        const QStringList lines = outText.split('\n');
+        for (const QString& line : outLines)
+            QVERIFY2(lines.contains(line), qPrintable(line));
+        QCOMPARE(outText.contains(QStringLiteral("Last frame truncated")), file == QStringLiteral("cut.raw.bin"));
+        QVERIFY(errorText.contains(errText));
+    }
+
+    void convertWritesTheTextBesideTheRecording()
+    {
+        QString outText, errorText;
+        QTextStream out(&outText), err(&errorText);
+        // Named by its binary file, as --inspect takes it.
+        QCOMPARE(convertRecording(m_base + ".raw.bin", out, err), 0);
+        QVERIFY(outText.contains(QStringLiteral("] 100%")));
+        QCOMPARE(errorText, QString());
+        QFile written(m_base + ".raw.txt"), expected(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt"));
+        QVERIFY(written.open(QIODevice::ReadOnly) && expected.open(QIODevice::ReadOnly));
+        QCOMPARE(written.readAll(), expected.readAll());
+
+        QCOMPARE(convertRecording(m_dir.filePath(QStringLiteral("foreign")), out, err), 1);
+        QVERIFY(errorText.contains(QStringLiteral("Cannot parse from source file!")));
+    }
 
 private:
     QString m_base;
     QTemporaryDir m_dir;
 };
-
-void TestRecordingCommands::initTestCase()
-{
-    m_base = m_dir.filePath(QStringLiteral("small"));
-    RadarBinFile file;
-    QVERIFY(file.open(m_base + ".raw.bin", QIODevice::WriteOnly));
-    QVERIFY(file.writeHeader(TestFrames::header(1, 1, 2, 2)));
-    const std::vector<RadarFrameRecord> rows { TestFrames::bigEndianRecord(0, { 0.0f, 0.5f, 1.0f, -0.25f }),
-                                               TestFrames::bigEndianRecord(7, { 0.125f, 0.000001f, 100.5f, 3.14159274f }),
-                                               TestFrames::bigEndianRecord(-1, { -0.0f, 2.5e-7f, 12345.678f, -1e-7f }) };
-    QVERIFY(file.writeFrames(3, 4, rows));
-    QVERIFY(file.close());
-    QVERIFY(QFile::copy(m_base + ".raw.bin", m_dir.filePath(QStringLiteral("cut.raw.bin"))));
-    QFile cut(m_dir.filePath(QStringLiteral("cut.raw.bin")));
-    QVERIFY(cut.resize(cut.size() - 6));
-    QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
-    QVERIFY(foreign.open(QIODevice::WriteOnly));
-    foreign.write(QByteArray(100, 'x'));
-}
-
-void TestRecordingCommands::inspect_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QStringList>("outLines");
-    QTest::addColumn<QString>("errText");
-
-    QTest::newRow("whole recording") << "small.raw.bin" << 0
-                                     << QStringList { "Magic = VNRB", "Version = 1.000000", "Header_Size = 88",
-                                                      "Mask_Rx_Antennas = 1", "Samples_per_Frame = 4",
-                                                      "Frame_Period_sec = 0.100000", "Frames = 3" }
-                                     << QString();
-    QTest::newRow("truncated") << "cut.raw.bin" << 0
-                               << QStringList { "Frames = 2", "Last frame truncated: 14 of 20 bytes present" }
-                               << QString();
-    QTest::newRow("foreign") << "foreign.raw.bin" << 1 << QStringList() << "not a binary recording";
-    QTest::newRow("absent") << "absent.raw.bin" << 1 << QStringList() << "absent.raw.bin is missing (no such file)";
-    QTest::newRow("by its base") << "small" << 0 << QStringList { "Frames = 3" } << QString();
-    QTest::newRow("by its configuration") << "small.json" << 0 << QStringList { "Frames = 3" } << QString();
-}
-
-void TestRecordingCommands::inspect()
-{
-    QFETCH(QString, file);
-    QFETCH(int, exitCode);
-    QFETCH(QStringList, outLines);
-    QFETCH(QString, errText);
-
-    QString outText, errorText;
-    QTextStream out(&outText), err(&errorText);
-    QCOMPARE(inspectRecording(m_dir.filePath(file), out, err), exitCode);
-    const QStringList lines = outText.split('\n');
-    for (const QString& line : outLines)
-        QVERIFY2(lines.contains(line), qPrintable(line));
-    QCOMPARE(outText.contains(QStringLiteral("Last frame truncated")), file == QStringLiteral("cut.raw.bin"));
-    QVERIFY(errorText.contains(errText));
-}
-
-void TestRecordingCommands::convertWritesTheTextBesideTheRecording()
-{
-    QString outText, errorText;
-    QTextStream out(&outText), err(&errorText);
-    // Named by its binary file, as --inspect takes it.
-    QCOMPARE(convertRecording(m_base + ".raw.bin", out, err), 0);
-    QVERIFY(outText.contains(QStringLiteral("] 100%")));
-    QCOMPARE(errorText, QString());
-    QFile written(m_base + ".raw.txt"), expected(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt"));
-    QVERIFY(written.open(QIODevice::ReadOnly) && expected.open(QIODevice::ReadOnly));
-    QCOMPARE(written.readAll(), expected.readAll());
-
-    QCOMPARE(convertRecording(m_dir.filePath(QStringLiteral("foreign")), out, err), 1);
-    QVERIFY(errorText.contains(QStringLiteral("Cannot parse from source file!")));
-}
 
 QTEST_GUILESS_MAIN(TestRecordingCommands)
 #include "tst_RecordingCommands.moc"
