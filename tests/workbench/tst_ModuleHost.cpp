@@ -133,7 +133,7 @@ private slots:
             QVERIFY(host.saveSettings());
         }
         const QJsonObject saved = readJson(settings);
-        QCOMPARE(saved.keys(), QStringList { "radar" });
+        QCOMPARE(saved.keys(), QStringList({ "radar", "workbench" }));
         const QJsonObject radar = saved.value("radar").toObject();
         QCOMPARE(radar.keys(), QStringList({ "common", "standard", "userMode" }));
         QCOMPARE(radar.value("userMode").toString(), QString("Standard"));

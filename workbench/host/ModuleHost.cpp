@@ -75,6 +75,7 @@ QString ModuleHost::start(const Options& options)
     m_module->setupEngine(m_engine.get());
     m_settingsRoot = std::make_unique<JSONConfigurationObject>(QStringLiteral("settings"));
     m_module->addConfiguration(*m_settingsRoot);
+    m_settingsRoot->addChild(m_hostSettings.configurationNode());
 
     m_settingsPath = options.settingsPath.isEmpty() ? defaultSettingsPath() : options.settingsPath;
     if (QFileInfo::exists(m_settingsPath)) {

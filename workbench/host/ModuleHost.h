@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HostServices.h"
+#include "HostSettings.h"
 #include "ModuleLibrary.h"
 #include "SdkLibrary.h"
 
@@ -49,6 +50,8 @@ public:
     HostDeviceChangeNotifier& deviceChangeNotifier() { return m_changeNotifier; }
     HostPlaybackRegister& playbackRegister() { return m_playbackRegister; }
     HostCoreConfiguration& coreConfiguration() { return m_coreConfiguration; }
+    // The host's own settings, saved in the same file as the module's.
+    HostSettings& hostSettings() { return m_hostSettings; }
 
     static QString defaultSettingsPath();
 
@@ -61,6 +64,7 @@ private:
     HostFlasherRegister m_flasherRegister;
     HostPlaybackRegister m_playbackRegister;
     HostCoreConfiguration m_coreConfiguration;
+    HostSettings m_hostSettings { *m_coreConfiguration.coreUserSettings() };
     ServiceRegistry m_registry;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<JSONConfigurationObject> m_settingsRoot;
