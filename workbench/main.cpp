@@ -1,17 +1,21 @@
-// tavrin-workbench: the reference host of the radar module, with a command
-// line for scripted, headless sessions.
+// tavrin-workbench: the reference host of the radar module. Without a
+// command it opens the desktop window; its command line runs scripted,
+// headless sessions, the recording tools and window screenshots.
 #include "DeviceListing.h"
 #include "ExitCodes.h"
 #include "HeadlessSession.h"
 #include "InterruptWatcher.h"
+#include "LogFile.h"
 #include "ModuleHost.h"
 #include "RecordingCommands.h"
+#include "WindowCommands.h"
 
 #include "host/IModule.h"
 #include "recording/RecordingFiles.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QGuiApplication>
+#include <QDebug>
 #include <QTextStream>
 #include <QDir>
 #include <QFileInfo>
@@ -24,6 +28,27 @@
 namespace {
 
 constexpr const char* workbenchVersion = "1.0.0";
+constexpr int kDefaultScreenshotFrames = 20;
+
+// What the command line asks for, judged before the application object
+// exists: the platform plug-in must be chosen first.
+enum class Kind { Window, Screenshot, Console };
+
+Kind commandKind(int argc, char* argv[])
+{
+    static const QList<QByteArray> console { "--check",   "--list-devices", "--inspect", "--convert", "--headless",
+                                             "--help",    "-h",             "--help-all", "--version", "-v",
+                                             "-?" };
+    Kind kind = Kind::Window;
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray argument = QByteArray(argv[i]).split('=').first();
+        if (console.contains(argument))
+            return Kind::Console;
+        if (argument == "--screenshot")
+            kind = Kind::Screenshot;
+    }
+    return kind;
+}
 
 QTextStream& out()
 {
@@ -92,9 +117,22 @@ QString readSessionOptions(const QCommandLineParser& parser, HeadlessSession::Op
 
 int main(int argc, char* argv[])
 {
-    // The command-line sessions need no screen.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    const Kind kind = commandKind(argc, argv);
+    // The console commands need no screen; a screenshot draws offscreen
+    // when there is none. The window needs one.
+    if (kind == Kind::Window && !hasDisplay()) {
+        err() << "No display to open the window on (neither DISPLAY nor WAYLAND_DISPLAY is set).\n"
+                 "Run a session without a window with --headless, or save a picture of the window with "
+                 "--screenshot FILE (see --help)."
+              << Qt::endl;
+        return ExitCode::StartError;
+    }
+    if ((kind == Kind::Console || !hasDisplay()) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Offscreen there is no OpenGL to count on: the window draws in software.
+    if (kind != Kind::Console && qgetenv("QT_QPA_PLATFORM") == "offscreen"
+        && qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
     // Without a desktop session Qt picks a runtime directory itself, but warns
     // on every start; choose the same private directory quietly.
     if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
@@ -103,12 +141,14 @@ int main(int argc, char* argv[])
             qputenv("XDG_RUNTIME_DIR", runtime);
     }
 
-    QGuiApplication app(argc, argv);
+    QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tavrin-workbench"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(workbenchVersion));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Tavrin Workbench: loads the radar module and drives sensor boards."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Tavrin Workbench: loads the radar module and drives sensor boards.\n"
+        "Without a command it opens the window (it needs a display)."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption checkOption(QStringLiteral("check"),
@@ -157,7 +197,12 @@ int main(int argc, char* argv[])
     const QCommandLineOption snapshotOption(QStringLiteral("snapshot"),
         QStringLiteral("Write the last chart data (CSV) and the range-Doppler image (PNG) into DIR."),
         QStringLiteral("DIR"));
-    parser.addOptions({ checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
+    const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
+        QStringLiteral("Open the window (offscreen without a display), connect the first board, wait for --frames "
+                       "frames (default %1) and save a PNG of the window to FILE.")
+            .arg(kDefaultScreenshotFrames),
+        QStringLiteral("FILE"));
+    parser.addOptions({ screenshotOption, checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
                         overwriteOption, playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
     const QCommandLineOption verboseOption(QStringLiteral("verbose"), QStringLiteral("Also print debug log lines."));
@@ -175,9 +220,16 @@ int main(int argc, char* argv[])
         return convertRecording(parser.value(convertOption), out(), err());
 
     const bool headless = parser.isSet(headlessOption);
-    if (!parser.isSet(checkOption) && !parser.isSet(listDevicesOption) && !headless) {
-        err() << "Nothing to do: give --check, --list-devices, --headless, --inspect or --convert (see --help)." << Qt::endl;
-        return ExitCode::UsageError;
+    const bool screenshot = parser.isSet(screenshotOption);
+    const bool window = !headless && !screenshot && !parser.isSet(checkOption) && !parser.isSet(listDevicesOption);
+    int screenshotFrames = kDefaultScreenshotFrames;
+    if (screenshot && parser.isSet(framesOption)) {
+        bool ok = false;
+        screenshotFrames = parser.value(framesOption).toInt(&ok);
+        if (!ok || screenshotFrames < 1 || screenshotFrames > 100000) {
+            err() << "--frames must be a whole number from 1 to 100000 for --screenshot." << Qt::endl;
+            return ExitCode::UsageError;
+        }
     }
     HeadlessSession::Options sessionOptions;
     if (headless) {
@@ -193,6 +245,18 @@ int main(int argc, char* argv[])
     if (headless)
         interrupts = std::make_unique<InterruptWatcher>();
 
+    // The window keeps a log file in the application's log directory, where
+    // its settings page can clean up; the console commands print instead.
+    std::unique_ptr<LogFile> logFile;
+    if (window || screenshot) {
+        logFile = std::make_unique<LogFile>();
+        const QString logError = logFile->open();
+        if (!logError.isEmpty()) {
+            qWarning().noquote() << logError;
+            logFile.reset();
+        }
+    }
+
     ModuleHost host;
     const QString error = host.start({ parser.value(moduleOption), parser.value(sdkOption),
                                        parser.value(settingsOption), parser.value(benchOption) });
@@ -207,6 +271,10 @@ int main(int argc, char* argv[])
         code = runCheck(host);
     } else if (parser.isSet(listDevicesOption)) {
         code = listDevices(host, out(), err());
+    } else if (screenshot) {
+        code = runScreenshot(host, logFile.get(), parser.value(screenshotOption), screenshotFrames, out(), err());
+    } else if (window) {
+        code = runWindow(host, logFile.get(), err());
     } else {
         HeadlessSession session(host, sessionOptions, out(), err());
         QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &HeadlessSession::onInterrupted);

@@ -1,0 +1,230 @@
+#include "WorkbenchWindow.h"
+
+#include "BoardList.h"
+#include "HostSettings.h"
+#include "LogCleanup.h"
+#include "MessageLog.h"
+#include "ModuleHost.h"
+#include "ModulePages.h"
+#include "PlaybackControl.h"
+#include "SessionStatus.h"
+#include "SettingsAutosave.h"
+#include "ViewConnection.h"
+#include "WorkbenchItems.h"
+
+#include "host/CoreUserSettings.h"
+#include "vrn_sim.h"
+
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+// Resource initialisers live in the global namespace; the window's QML is
+// in a static library, which the linker would otherwise leave out.
+static void initialiseWindowResources()
+{
+    Q_INIT_RESOURCE(workbench_window);
+}
+
+namespace {
+
+const QUrl kMainQml(QStringLiteral("qrc:/workbench/window/Main.qml"));
+
+// The chart items are registered once per process, whatever number of
+// windows a test opens.
+void registerItemsOnce(const QVector<QColor>& palette)
+{
+    static bool registered = false;
+    if (registered)
+        return;
+    registered = true;
+    initialiseWindowResources();
+    registerWorkbenchItems(palette);
+}
+
+} // namespace
+
+WorkbenchWindow::WorkbenchWindow(ModuleHost& host, LogFile* logFile, QObject* parent)
+    : QObject(parent)
+    , m_host(host)
+    , m_logFile(logFile)
+{
+}
+
+WorkbenchWindow::~WorkbenchWindow()
+{
+    // The window's QML binds to the objects below: it goes first.
+    delete m_window.data();
+}
+
+QObject* WorkbenchWindow::view() const
+{
+    QQmlEngine* engine = m_host.engine();
+    return engine ? engine->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>() : nullptr;
+}
+
+QObject* WorkbenchWindow::coordinator() const
+{
+    QQmlEngine* engine = m_host.engine();
+    return engine ? engine->rootContext()->contextProperty(QStringLiteral("radarCoordinator")).value<QObject*>()
+                  : nullptr;
+}
+
+QObject* WorkbenchWindow::boards() const { return m_boards.get(); }
+QObject* WorkbenchWindow::messages() const { return m_messages.get(); }
+QObject* WorkbenchWindow::status() const { return m_status.get(); }
+QObject* WorkbenchWindow::playback() const { return m_playback.get(); }
+QObject* WorkbenchWindow::pages() const { return m_pages.get(); }
+QObject* WorkbenchWindow::logs() const { return m_logs.get(); }
+int WorkbenchWindow::minRefreshMs() const { return HostSettings::kMinRefreshMs; }
+int WorkbenchWindow::maxRefreshMs() const { return HostSettings::kMaxRefreshMs; }
+QString WorkbenchWindow::settingsPath() const { return m_host.settingsPath(); }
+
+QObject* WorkbenchWindow::coreSettings() const
+{
+    return m_host.coreConfiguration().coreUserSettings();
+}
+
+QObject* WorkbenchWindow::recordingSettings() const
+{
+    return m_host.coreConfiguration().coreUserSettings()->recordingUserSettings();
+}
+
+QString WorkbenchWindow::open()
+{
+    QQmlEngine* engine = m_host.engine();
+    if (!engine || !m_host.module())
+        return QStringLiteral("The module is not running: there is nothing to show");
+    QObject* radarView = view();
+    QObject* radarCoordinator = coordinator();
+    CoreUserSettings& core = *m_host.coreConfiguration().coreUserSettings();
+
+    m_messages = std::make_unique<MessageLog>();
+    if (!m_messages->watchMessages(radarView))
+        qWarning() << "The module's view sends no user messages; only the window's own are shown";
+    m_messages->watchEvents(radarCoordinator);
+    m_boards = std::make_unique<BoardList>(m_host.deviceRegister(), radarCoordinator, *m_messages);
+    m_status = std::make_unique<SessionStatus>(radarView);
+    if (const VrnSimControl* control = m_host.sdkLibrary().control()) {
+        m_status->setDropCounter(
+            [control](const QString& uuid) { return qint64(control->dropped_frames(uuid.toUtf8().constData())); });
+    }
+    RecordingUserSettings* recording = core.recordingUserSettings();
+    m_status->setRecordingBase([recording] { return recording->basePath(); });
+    m_playback = std::make_unique<PlaybackControl>(m_host.playbackRegister().playbacks().value(0), radarView,
+                                                   *m_messages);
+    m_pages = std::make_unique<ModulePages>();
+    m_logs = std::make_unique<LogCleanup>(m_host.hostSettings().logging(), m_logFile);
+
+    // Each new source starts the status counts again.
+    connect(m_boards.get(), &BoardList::connectionChanged, this, [this](bool connected) {
+        if (connected)
+            m_status->restart(m_boards->connectedUuid());
+    });
+    connect(m_playback.get(), &PlaybackControl::started, this, [this] { m_status->restart(QString()); });
+    if (radarView)
+        connectByName(radarView, "isParsingActiveChanged()", this, "onParsingActiveChanged()");
+
+    m_autosave = std::make_unique<SettingsAutosave>([this] { return m_host.saveSettings(); });
+    connect(&core, &CoreUserSettings::minimumRefreshIntervalChanged, m_autosave.get(),
+            &SettingsAutosave::scheduleSave);
+    m_autosave->watch(recording);
+    m_autosave->watch(&m_host.hostSettings().logging());
+    if (radarView)
+        m_autosave->watch(radarView->property("userSettings").value<QObject*>());
+    if (radarCoordinator)
+        connectByName(radarCoordinator, "userModeChanged(QString)", m_autosave.get(), "scheduleSave()");
+    connect(m_autosave.get(), &SettingsAutosave::saveFailed, this, [this] {
+        m_messages->add(Constants::Warning, QStringLiteral("Settings cannot be saved"),
+                        m_host.settingsError().isEmpty()
+                            ? QStringLiteral("Writing %1 failed.").arg(m_host.settingsPath())
+                            : m_host.settingsError()
+                                  + QStringLiteral(" The file is left unchanged; fix or remove it to save again."));
+    });
+    if (!m_host.settingsError().isEmpty())
+        m_messages->add(Constants::Warning, QStringLiteral("The settings file could not be read; using the defaults"),
+                        m_host.settingsError());
+
+    registerItemsOnce(core.palette());
+    qRegisterMetaType<Logging*>("Logging*");
+    // The module's pages ("import Radar 1.0") are embedded under qrc:/qml.
+    engine->addImportPath(QStringLiteral("qrc:/qml"));
+    engine->rootContext()->setContextProperty(QStringLiteral("workbench"), this);
+
+    QQmlComponent component(engine, kMainQml);
+    QObject* root = component.create();
+    if (!root)
+        return QStringLiteral("The window cannot be loaded: %1").arg(component.errorString().trimmed());
+    m_window = qobject_cast<QQuickWindow*>(root);
+    if (!m_window) {
+        delete root;
+        return QStringLiteral("The window's main file is not a window");
+    }
+    // Boards plugged before the window opened are listed at once.
+    m_host.deviceChangeNotifier().notifyLater();
+    return {};
+}
+
+void WorkbenchWindow::setClosingReason(const QString& reason)
+{
+    if (reason == m_closingReason)
+        return;
+    m_closingReason = reason;
+    emit closingReasonChanged();
+}
+
+bool WorkbenchWindow::finishSession()
+{
+    QObject* radarView = view();
+    // The recording first: stopping it hands every frame it took to the
+    // file before the source goes.
+    if (radarView && radarView->property("isRecordingActive").toBool()) {
+        qInfo() << "Closing: stopping the recording";
+        QMetaObject::invokeMethod(radarView, "stopRecording", Qt::DirectConnection);
+    }
+    if (m_playback)
+        m_playback->stop();
+    if (m_boards && !m_boards->connectedBoard().isEmpty()) {
+        qInfo() << "Closing: disconnecting" << m_boards->connectedBoard();
+        m_boards->disconnectBoard();
+    }
+    if (radarView && radarView->property("isParsingActive").toBool()) {
+        m_closeWhenDone = true;
+        setClosingReason(QStringLiteral("Writing the text copy of the recording; the window closes when it is done."));
+        return false;
+    }
+    if (m_autosave && !m_autosave->saveNow(true))
+        qWarning().noquote() << "The settings could not be saved to" << m_host.settingsPath();
+    setClosingReason(QString());
+    return true;
+}
+
+void WorkbenchWindow::abandonTextCopy()
+{
+    if (QObject* radarView = view())
+        QMetaObject::invokeMethod(radarView, "stopParsing", Qt::DirectConnection);
+}
+
+void WorkbenchWindow::onParsingActiveChanged()
+{
+    QObject* radarView = view();
+    if (!m_closeWhenDone || !radarView || radarView->property("isParsingActive").toBool())
+        return;
+    m_closeWhenDone = false;
+    if (m_window)
+        m_window->close();
+}
+
+QVariantList WorkbenchWindow::recordingDuration() const
+{
+    const RecordingUserSettings* recording = m_host.coreConfiguration().coreUserSettings()->recordingUserSettings();
+    return { int(recording->hours()), int(recording->minutes()), int(recording->seconds()) };
+}
+
+void WorkbenchWindow::setRecordingDuration(int hours, int minutes, int seconds)
+{
+    RecordingUserSettings* recording = m_host.coreConfiguration().coreUserSettings()->recordingUserSettings();
+    recording->setDuration(quint32(qBound(0, hours, 24 * 365)), quint32(qBound(0, minutes, 59)),
+                           quint32(qBound(0, seconds, 59)), 0);
+}

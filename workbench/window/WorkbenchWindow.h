@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QQuickWindow>
+#include <QString>
+#include <QVariantList>
+#include <memory>
+
+class BoardList;
+class LogCleanup;
+class LogFile;
+class MessageLog;
+class ModuleHost;
+class ModulePages;
+class PlaybackControl;
+class SessionStatus;
+class SettingsAutosave;
+
+// The desktop window of the host: the module's pages in the engine the
+// module set up, around them the boards, the mode, the playback, the
+// messages, the status line and the host's settings. It drives the module
+// through the same host services as a headless session. Published to its
+// QML as the context property "workbench".
+class WorkbenchWindow : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject* boards READ boards CONSTANT)
+    Q_PROPERTY(QObject* messages READ messages CONSTANT)
+    Q_PROPERTY(QObject* status READ status CONSTANT)
+    Q_PROPERTY(QObject* playback READ playback CONSTANT)
+    Q_PROPERTY(QObject* pages READ pages CONSTANT)
+    Q_PROPERTY(QObject* logs READ logs CONSTANT)
+    Q_PROPERTY(QObject* coreSettings READ coreSettings CONSTANT)
+    Q_PROPERTY(QObject* recordingSettings READ recordingSettings CONSTANT)
+    Q_PROPERTY(int minRefreshMs READ minRefreshMs CONSTANT)
+    Q_PROPERTY(int maxRefreshMs READ maxRefreshMs CONSTANT)
+    Q_PROPERTY(QString settingsPath READ settingsPath CONSTANT)
+    Q_PROPERTY(QString closingReason READ closingReason NOTIFY closingReasonChanged)
+public:
+    // `logFile` may be null (no log file of the host's own).
+    WorkbenchWindow(ModuleHost& host, LogFile* logFile, QObject* parent = nullptr);
+    ~WorkbenchWindow() override;
+
+    // Loads the window into the module's engine. Empty text on success,
+    // otherwise why there is no window.
+    QString open();
+    QQuickWindow* window() const { return m_window; }
+
+    QObject* boards() const;
+    QObject* messages() const;
+    QObject* status() const;
+    QObject* playback() const;
+    QObject* pages() const;
+    QObject* logs() const;
+    QObject* coreSettings() const;
+    QObject* recordingSettings() const;
+    int minRefreshMs() const;
+    int maxRefreshMs() const;
+    QString settingsPath() const;
+    // Set while the window waits for work to finish before it can close.
+    QString closingReason() const { return m_closingReason; }
+
+    BoardList& boardList() { return *m_boards; }
+    MessageLog& messageLog() { return *m_messages; }
+    SessionStatus& sessionStatus() { return *m_status; }
+    PlaybackControl& playbackControl() { return *m_playback; }
+
+    // Called when the user closes the window: ends a recording (every frame
+    // taken goes into the file), a playback and the board's acquisition,
+    // and saves the settings. False while a text copy is still being
+    // written; the window then closes by itself once it is done.
+    Q_INVOKABLE bool finishSession();
+    // Gives up the text copy the window waits for.
+    Q_INVOKABLE void abandonTextCopy();
+    // The recording duration limit as [hours, minutes, seconds]; the host's
+    // settings hold it as one value, not as properties.
+    Q_INVOKABLE QVariantList recordingDuration() const;
+    Q_INVOKABLE void setRecordingDuration(int hours, int minutes, int seconds);
+
+signals:
+    void closingReasonChanged();
+
+public slots:
+    void onParsingActiveChanged();
+
+private:
+    QObject* view() const;
+    QObject* coordinator() const;
+    void setClosingReason(const QString& reason);
+
+    ModuleHost& m_host;
+    LogFile* m_logFile;
+    std::unique_ptr<MessageLog> m_messages;
+    std::unique_ptr<BoardList> m_boards;
+    std::unique_ptr<SessionStatus> m_status;
+    std::unique_ptr<PlaybackControl> m_playback;
+    std::unique_ptr<ModulePages> m_pages;
+    std::unique_ptr<LogCleanup> m_logs;
+    std::unique_ptr<SettingsAutosave> m_autosave;
+    QPointer<QQuickWindow> m_window;
+    QString m_closingReason;
+    bool m_closeWhenDone = false;
+};
