@@ -21,6 +21,17 @@ class SimulatorDeviceTest : public QObject
 
 private:
     SimulatorSdk sdk;
+    // What a test opened; cleanup() destroys it and checks that it went.
+    vrn_Device_Handle device = nullptr;
+    vrn_CW_Handle cw = nullptr;
+    vrn_Frame_R_t* frame = nullptr;
+
+    // Opens `uuid` and its CW controller into `device` and `cw`.
+    bool openCw(const QString& uuid)
+    {
+        device = sdk.open(uuid.toUtf8().constData());
+        return device && !sdk.vrn->cw_create(device, &cw);
+    }
 
 private slots:
     void initTestCase()
@@ -33,6 +44,19 @@ private slots:
     void init()
     {
         QVERIFY(!sdk.sim->load_bench_json(kBench));
+    }
+
+    void cleanup()
+    {
+        if (cw)
+            QVERIFY(!sdk.vrn->cw_destroy(cw));
+        if (frame)
+            QVERIFY(!sdk.vrn->frame_r_destroy(frame));
+        if (device)
+            QVERIFY(!sdk.vrn->device_destroy(device));
+        cw = nullptr;
+        frame = nullptr;
+        device = nullptr;
     }
 
     void embeddedDefaultHasOneKmr7aOnShield512()
@@ -48,22 +72,19 @@ private slots:
         QCOMPARE(int(entry.shield_type), 512);
         QVERIFY(sdk.vrn->device_list_entry(list, 1, &entry) != nullptr);
         QVERIFY(!sdk.vrn->device_list_destroy(list));
-        vrn_Device_Handle device = sdk.open(entry.uuid);
-        QVERIFY(device);
+        QVERIFY(device = sdk.open(entry.uuid));
         vrn_Device_Info_t info{};
         QVERIFY(!sdk.vrn->device_get_info(device, &info));
         QCOMPARE(QString::fromUtf8(info.name), QStringLiteral("KMR7A"));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void openBoardIsHiddenAndBusyUntilClosed()
     {
-        vrn_Device_Handle device = sdk.open("d-7a");
-        QVERIFY(device);
+        QVERIFY(device = sdk.open("d-7a"));
         QVERIFY(!sdk.listedUuids().contains("d-7a"));
         vrn_Device_Handle second = nullptr;
         QCOMPARE(sdk.vrn->device_create_by_uuid("d-7a", &second), VRN_STATUS_DEVICE_BUSY);
-        QVERIFY(!sdk.vrn->device_destroy(device));
+        sdk.close(device, frame);
         QVERIFY(sdk.listedUuids().contains("d-7a"));
     }
 
@@ -81,12 +102,9 @@ private slots:
     {
         QFETCH(QString, uuid);
         QFETCH(int, status);
-        vrn_Device_Handle device = nullptr;
         QCOMPARE(int(sdk.vrn->device_create_by_uuid(uuid.toUtf8().constData(), &device)), status);
         QCOMPARE(device != nullptr, status == VRN_STATUS_OK);
         QVERIFY(std::strlen(sdk.vrn->status_text(status)) > 0);
-        if (device)
-            QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void deviceDescribesItsChip_data()
@@ -107,8 +125,7 @@ private slots:
         QFETCH(int, tx);
         QFETCH(int, rx);
         QFETCH(int, type);
-        vrn_Device_Handle device = sdk.open(uuid.toUtf8().constData());
-        QVERIFY(device);
+        QVERIFY(device = sdk.open(uuid.toUtf8().constData()));
         vrn_Device_Info_t info{};
         QVERIFY(!sdk.vrn->device_get_info(device, &info));
         QCOMPARE(QString::fromUtf8(info.name), name);
@@ -134,7 +151,6 @@ private slots:
         QVERIFY(!sdk.vrn->device_get_tx_power(device, 0, &power));
         QVERIFY(power > -20.0f && power < 10.0f);
         QVERIFY(sdk.vrn->device_get_tx_power(device, uint32_t(tx), &power) != nullptr);
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void frameOfTheWrongShapeIsRefused_data()
@@ -155,21 +171,18 @@ private slots:
         QFETCH(uint, chirps);
         QFETCH(uint, samples);
         QFETCH(int, status);
-        vrn_Device_Handle device = sdk.open("d-7a");
-        QVERIFY(device);
+        QVERIFY(device = sdk.open("d-7a"));
         vrn_Frame_R_t* frame = nullptr;
         QVERIFY(!sdk.vrn->frame_r_create(channels, chirps, samples, &frame));
         QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 100)), status);
         if (status != VRN_STATUS_OK)
             QVERIFY(QString::fromUtf8(sdk.vrn->status_text(status)).contains("shape"));
         QVERIFY(!sdk.vrn->frame_r_destroy(frame));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void clearedFrameIsRefilledAndDestroyable()
     {
-        vrn_Device_Handle device = sdk.open("d-7a");
-        QVERIFY(device);
+        QVERIFY(device = sdk.open("d-7a"));
         vrn_Frame_R_t* frame = nullptr;
         QVERIFY(!sdk.vrn->frame_r_create(1, 64, 64, &frame));
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 100), VRN_STATUS_OK);
@@ -181,15 +194,11 @@ private slots:
         QVERIFY(frame->rx_data[0]->data[10] > 0.3f && frame->rx_data[0]->data[10] < 0.7f);
         frame->num_rx = 0;
         QVERIFY(!sdk.vrn->frame_r_destroy(frame));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void temperatureRisesWhileEmitting()
     {
-        vrn_Device_Handle device = sdk.open("d-warm");
-        QVERIFY(device);
-        vrn_CW_Handle cw = nullptr;
-        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(openCw("d-warm"));
         float start = 0;
         QCOMPARE(sdk.vrn->cw_get_temperature(cw, &start), VRN_STATUS_OK);
         QVERIFY(!sdk.vrn->cw_start_emission(cw));
@@ -198,22 +207,15 @@ private slots:
         QCOMPARE(active, uint8_t(1));
         float now = start;
         QTRY_VERIFY_WITH_TIMEOUT((sdk.vrn->cw_get_temperature(cw, &now), now > start + 2.0f), 5000);
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void kmr7cHasNoReadoutsInCwMode()
     {
-        vrn_Device_Handle device = sdk.open("d-7c");
-        QVERIFY(device);
-        vrn_CW_Handle cw = nullptr;
-        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(openCw("d-7c"));
         float value = 0;
         QCOMPARE(sdk.vrn->cw_get_temperature(cw, &value), VRN_STATUS_NOT_SUPPORTED);
         QCOMPARE(sdk.vrn->cw_get_tx_power(cw, 0, &value), VRN_STATUS_NOT_SUPPORTED);
         QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void cwSamplingRateLimitsFollowTheAdcSetting_data()
@@ -239,10 +241,7 @@ private slots:
         QFETCH(uint, oversampling);
         QFETCH(uint, doubleMsb);
         QFETCH(uint, maxRate);
-        vrn_Device_Handle device = sdk.open("d-7a");
-        QVERIFY(device);
-        vrn_CW_Handle cw = nullptr;
-        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(openCw("d-7a"));
         vrn_Device_ADC_Config_t adc{1000, tracking, sampleTime, doubleMsb, oversampling};
         uint32_t minRate = 0, maxFound = 0;
         QVERIFY(!sdk.vrn->cw_get_sampling_rate_limits(cw, &adc, &minRate, &maxFound));
@@ -255,8 +254,6 @@ private slots:
         vrn_Device_ADC_Config_t stored{};
         QVERIFY(!sdk.vrn->cw_get_adc_config(cw, &stored));
         QCOMPARE(stored.sample_rate_Hz, maxRate);
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void cwTestSignalModesDependOnTheChip_data()
@@ -274,14 +271,9 @@ private slots:
         QFETCH(QString, uuid);
         QFETCH(uint, mode);
         QFETCH(bool, accepted);
-        vrn_Device_Handle device = sdk.open(uuid.toUtf8().constData());
-        QVERIFY(device);
-        vrn_CW_Handle cw = nullptr;
-        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(openCw(uuid));
         const vrn_Device_Test_Signal_Generator_t tsg{mode, 100000.0f};
         QCOMPARE(sdk.vrn->cw_set_test_signal_generator(cw, &tsg) == nullptr, accepted);
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
-        QVERIFY(!sdk.vrn->device_destroy(device));
     }
 
     void zp7OpensAsPulsedDopplerDevice()
