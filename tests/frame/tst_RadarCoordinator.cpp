@@ -115,14 +115,6 @@ private slots:
         QVERIFY(bench.standardMode.calls.isEmpty());
     }
 
-    void refusedConnectionIsReported()
-    {
-        Bench bench;
-        bench.standardMode.refuse = true;
-        QVERIFY(!bench.coordinator.connectDevice("uuid-1", fmcw));
-        QVERIFY(!bench.coordinator.isDeviceConnected("uuid-1"));
-    }
-
     void refusedBoardCanBeTriedUnderAnotherMode_data()
     {
         QTest::addColumn<bool>("connectFirst");

@@ -1,10 +1,10 @@
 #include "FakeDeviceListSdk.h"
 #include "FakeSubmoduleCoordinator.h"
+#include "FakeVrn.h"
 
 #include "frame/RadarCoordinator.h"
 #include "frame/RadarDeviceMonitor.h"
 #include "frame/RadarDeviceProxy.h"
-#include "host/IBroker.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -12,13 +12,6 @@
 using FakeDeviceListSdk::script;
 
 namespace {
-
-class FakeBroker : public IBroker
-{
-public:
-    const Vrn* sdk() const override { return FakeDeviceListSdk::table(); }
-    QString applicationDirectory() const override { return {}; }
-};
 
 void attach(QVector<QPair<vrn_Device_Shield_Type_t, QString>> boards, int failingEntry = -1)
 {
@@ -34,7 +27,7 @@ class TestRadarDeviceMonitor : public QObject
     Q_OBJECT
 
 private:
-    FakeBroker m_broker;
+    FakeBroker m_broker { FakeDeviceListSdk::table() };
     FakeSubmoduleCoordinator m_standard { { { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") } } };
     RadarCoordinator m_coordinator;
     std::unique_ptr<RadarDeviceMonitor> m_monitor;
