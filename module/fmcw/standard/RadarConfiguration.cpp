@@ -357,6 +357,9 @@ bool RadarConfiguration::applyEdited()
             m_device->updateApplicationDefaults(*m_edited, RadarDevice::SegmentationDefaults::ChirpValuesOnly);
         if (!m_device->setConfiguration(*m_edited))
             return false;
+        // What each transmitter radiates is known once the board runs the
+        // configuration; the device info shows it.
+        m_device->updateTxPower(*m_edited);
     }
     copyConfiguration(*m_edited, *m_applied);
     m_isApplied = true;
