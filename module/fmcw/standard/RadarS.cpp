@@ -15,6 +15,7 @@
 #include "fmcw/common/RadarDeviceConfiguration.h"
 #include "fmcw/common/RadarTemperatureMonitor.h"
 #include "fmcw/processing/IRangeDopplerChartData.h"
+#include "fmcw/processing/RangeDopplerUserSettings.h"
 #include "fmcw/standard/IRadarUserSettings.h"
 #include "fmcw/standard/RadarConfiguration.h"
 #include "fmcw/standard/RadarDataProcessing.h"
@@ -122,6 +123,9 @@ void RadarS::registerTypes()
     qRegisterMetaType<DeviceInfo*>("DeviceInfo*");
     qRegisterMetaType<MathAxis*>("MathAxis*");
     qRegisterMetaType<IRadarUserSettings*>("IRadarUserSettings*");
+    qRegisterMetaType<RangeSpectrumUserSettings*>("RangeSpectrumUserSettings*");
+    qRegisterMetaType<TimeDomainUserSettings*>("TimeDomainUserSettings*");
+    qRegisterMetaType<RangeDopplerUserSettings*>("RangeDopplerUserSettings*");
     qRegisterMetaType<RecordingUserSettings*>("RecordingUserSettings*");
     qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
     qRegisterMetaType<Constants::Chart>("Constants::Chart");

@@ -1,0 +1,304 @@
+// The standard mode's pages as a person meets them: loaded from the module's
+// embedded QML into the host's engine, in a window, on a simulated board;
+// found by object name, typed into and clicked. Pictures of every tab go to
+// $RADAR_PAGES_PICTURES when it is set.
+
+#include "ModuleHost.h"
+#include "SimulatedHost.h"
+#include "WorkbenchItems.h"
+
+#include "host/CoreUserSettings.h"
+
+#include <QImage>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+// Every warning of the QML engine (binding errors, missing types, undefined
+// values) while a page lives: the pages must load and run without any.
+QStringList g_qmlWarnings;
+QtMessageHandler g_previousHandler = nullptr;
+
+void collectQmlWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    const bool fromQml = qstrcmp(context.category, "qml") == 0 || qstrcmp(context.category, "js") == 0
+        || message.contains(QLatin1String("qrc:/")) || message.contains(QLatin1String(".qml"));
+    if (type >= QtWarningMsg && fromQml)
+        g_qmlWarnings.append(message);
+    if (g_previousHandler)
+        g_previousHandler(type, context, message);
+}
+
+bool hasSeveralColours(const QImage& image, const QRect& area)
+{
+    const QRgb first = image.pixel(area.topLeft());
+    for (int y = area.top(); y <= area.bottom(); y += 3) {
+        for (int x = area.left(); x <= area.right(); x += 3) {
+            if (image.pixel(x, y) != first)
+                return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+class TestRadarPages : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void everyTabShowsItsContent_data();
+    void everyTabShowsItsContent();
+    void typedMetricIsJudgedByTheModule_data();
+    void typedMetricIsJudgedByTheModule();
+    void appliedChangeReachesTheDevice();
+    void deviceTabShowsTheBoardsReadings();
+    void recordButtonStartsAndStopsARecording();
+
+private:
+    QQuickItem* item(const char* name) const;
+    void showTab(const char* name);
+    void click(QQuickItem* target);
+    void typeInto(QQuickItem* field, const QString& text);
+    QImage rendered();
+    QObject* view() const { return m_sim->view(); }
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<SimulatedHost> m_sim;
+    std::unique_ptr<QQuickWindow> m_window;
+    QQuickItem* m_page = nullptr;
+};
+
+void TestRadarPages::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    // What an offscreen window gets without a GPU; asked for so that the
+    // test does not depend on the machine.
+    QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
+    registerWorkbenchItems(CoreUserSettings().palette());
+    g_previousHandler = qInstallMessageHandler(collectQmlWarnings);
+}
+
+void TestRadarPages::init()
+{
+    g_qmlWarnings.clear();
+    m_sim = std::make_unique<SimulatedHost>();
+    const QString scene = QStringLiteral(R"({ "targets": [
+        { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.5, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
+    const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()));
+    QVERIFY(QDir().mkpath(directory));
+    const QString error = m_sim->start(
+        SimulatedHost::oneBoardBench(QStringLiteral("1f3c-0002"), QStringLiteral("KMR7A"), QStringLiteral("realtime"),
+                                     scene),
+        directory);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+
+    QQmlEngine* engine = m_sim->host().engine();
+    engine->addImportPath(QStringLiteral("qrc:/qml"));
+    m_window = std::make_unique<QQuickWindow>();
+    m_window->resize(1280, 800);
+    QQmlComponent component(engine, QUrl(QStringLiteral("qrc:/qml/Radar/RadarModule.qml")));
+    QObject* created = component.create();
+    QVERIFY2(created, qPrintable(component.errorString()));
+    m_page = qobject_cast<QQuickItem*>(created);
+    QVERIFY(m_page);
+    m_page->setParentItem(m_window->contentItem());
+    m_page->setSize(QSizeF(1280, 800));
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+
+    const QString connected = m_sim->connectFirstBoard();
+    QVERIFY2(connected.isEmpty(), qPrintable(connected));
+    QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+    QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
+}
+
+void TestRadarPages::cleanup()
+{
+    delete m_page;
+    m_page = nullptr;
+    m_window.reset();
+    m_sim.reset();
+    QVERIFY2(g_qmlWarnings.isEmpty(), qPrintable(g_qmlWarnings.join(QLatin1Char('\n'))));
+}
+
+QQuickItem* TestRadarPages::item(const char* name) const
+{
+    return m_page->findChild<QQuickItem*>(QLatin1String(name));
+}
+
+void TestRadarPages::click(QQuickItem* target)
+{
+    QVERIFY(target);
+    QVERIFY(target->isVisible());
+    const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
+    QTest::mouseClick(m_window.get(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+}
+
+void TestRadarPages::showTab(const char* name)
+{
+    click(item(name));
+    // The tab's page is shown once the layout has run.
+    QTest::qWait(100);
+}
+
+void TestRadarPages::typeInto(QQuickItem* field, const QString& text)
+{
+    QVERIFY(field);
+    click(field);
+    QVERIFY(field->hasActiveFocus());
+    QTest::keyClick(m_window.get(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(m_window.get(), Qt::Key_Backspace);
+    for (const QChar character : text)
+        QTest::keyClick(m_window.get(), character.toLatin1());
+}
+
+// The window's next frame as the offscreen screen received it: grabWindow()
+// answers an empty image with the software renderer there.
+QImage TestRadarPages::rendered()
+{
+    QSignalSpy swapped(m_window.get(), &QQuickWindow::frameSwapped);
+    m_window->update();
+    if (!swapped.wait(5000))
+        return QImage();
+    return m_window->screen()->grabWindow(m_window->winId()).toImage();
+}
+
+void TestRadarPages::everyTabShowsItsContent_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("content");
+    QTest::newRow("charts") << "chartsTab" << "rangeDopplerImage";
+    QTest::newRow("configuration") << "configurationTab" << "metric_maxRangeM";
+    QTest::newRow("recording") << "recordingTab" << "recordButton";
+    QTest::newRow("device") << "deviceTab" << "deviceChip";
+}
+
+void TestRadarPages::everyTabShowsItsContent()
+{
+    QFETCH(QString, tab);
+    QFETCH(QString, content);
+    showTab(qPrintable(tab));
+    QQuickItem* shown = item(qPrintable(content));
+    QVERIFY(shown);
+    QTRY_VERIFY(shown->isVisible());
+    // A few refreshes so the charts hold data.
+    QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+    QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 2, 10000);
+    QTest::qWait(50);
+
+    const QImage picture = rendered();
+    QCOMPARE(picture.size(), QSize(1280, 800));
+    const QRectF area = shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
+    QVERIFY2(hasSeveralColours(picture, area.toRect().intersected(picture.rect())),
+             qPrintable(content + QStringLiteral(" shows nothing")));
+    const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
+    if (!folder.isEmpty())
+        QVERIFY(picture.save(QDir(folder).filePath(tab + QStringLiteral(".png"))));
+}
+
+void TestRadarPages::typedMetricIsJudgedByTheModule_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("messageStart");
+    QTest::newRow("beyond the device") << "150" << "Value 150 not in expected range: [";
+    QTest::newRow("not a number") << "far" << "Value far is not a number";
+    QTest::newRow("within") << "5" << "";
+}
+
+void TestRadarPages::typedMetricIsJudgedByTheModule()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, messageStart);
+    showTab("configurationTab");
+    QQuickItem* apply = item("applyButton");
+    QVERIFY(apply);
+    QVERIFY(apply->isEnabled());
+    typeInto(item("metric_maxRangeM"), text);
+
+    QQuickItem* message = item("metric_maxRangeM_message");
+    QVERIFY(message);
+    const QString shown = message->property("text").toString();
+    QObject* edited = view()->property("guiConfiguration").value<QObject*>();
+    QString expected;
+    QVERIFY(QMetaObject::invokeMethod(edited, "validateField", Q_RETURN_ARG(QString, expected),
+                                      Q_ARG(QString, QStringLiteral("metrics.maxRangeM")), Q_ARG(QString, text)));
+    QCOMPARE(shown, expected);
+    QVERIFY2(messageStart.isEmpty() ? shown.isEmpty() : shown.startsWith(messageStart), qPrintable(shown));
+    QCOMPARE(message->isVisible(), !shown.isEmpty());
+    QCOMPARE(apply->isEnabled(), shown.isEmpty());
+    if (shown.isEmpty()) {
+        QObject* metrics = edited->property("metrics").value<QObject*>();
+        QCOMPARE(metrics->property("maxRangeM").toFloat(), 5.0f);
+    }
+}
+
+void TestRadarPages::appliedChangeReachesTheDevice()
+{
+    showTab("configurationTab");
+    QObject* applied = view()->property("deviceConfiguration").value<QObject*>()->property("metrics").value<QObject*>();
+    QCOMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.1f);
+    QQuickItem* revert = item("revertButton");
+    QVERIFY(revert && !revert->isEnabled());
+
+    typeInto(item("metric_frameRepetitionTimeS"), QStringLiteral("0.2"));
+    QTRY_VERIFY(revert->isEnabled());
+    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+    click(item("applyButton"));
+    QCOMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.2f);
+    QVERIFY(!revert->isEnabled());
+    // Acquisition runs on at the new frame time.
+    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 5000);
+    QVERIFY(view()->property("isActive").toBool());
+}
+
+void TestRadarPages::deviceTabShowsTheBoardsReadings()
+{
+    showTab("deviceTab");
+    QCOMPARE(item("deviceChip")->property("text").toString(), QStringLiteral("KMR7A"));
+    QVERIFY(item("deviceFirmware")->property("text").toString().contains(QLatin1String("KMR7A")));
+    // One power per transmitter once the configuration runs; the
+    // temperature with the monitor's first reading.
+    QVERIFY2(item("deviceTxPower")->property("text").toString().contains(QRegularExpression("^Tx1: -?[0-9.]+ dBm$")),
+             qPrintable(item("deviceTxPower")->property("text").toString()));
+    QTRY_VERIFY_WITH_TIMEOUT(item("deviceTemperature")->property("text").toString().endsWith(QStringLiteral(" °C")),
+                             8000);
+}
+
+void TestRadarPages::recordButtonStartsAndStopsARecording()
+{
+    RecordingUserSettings& settings = *m_sim->core().recordingUserSettings();
+    settings.setRecordingPath(m_dir.path());
+    settings.setFileName(QStringLiteral("by-button"));
+    settings.setNumOfFrames(0);
+    showTab("recordingTab");
+    QQuickItem* file = item("recordingFile");
+    QVERIFY(file);
+    QCOMPARE(file->property("text").toString(), m_dir.filePath(QStringLiteral("by-button.raw.bin")));
+
+    QQuickItem* button = item("recordButton");
+    click(button);
+    QVERIFY(view()->property("isRecordingActive").toBool());
+    QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
+    QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 5, 5000);
+    click(button);
+    QVERIFY(!view()->property("isRecordingActive").toBool());
+    QVERIFY(QFileInfo(m_dir.filePath(QStringLiteral("by-button.raw.bin"))).size() > 0);
+    QVERIFY(QFile::exists(m_dir.filePath(QStringLiteral("by-button.json"))));
+}
+
+QTEST_MAIN(TestRadarPages)
+#include "tst_RadarPages.moc"
