@@ -1,0 +1,353 @@
+// The workbench window driven as a person would, offscreen on the simulated
+// SDK: boards connected by their buttons, a board unplugged by the bench's
+// fault schedule, the user mode switched and back, a recording played and
+// stepped, messages cleared, the window closed while it records.
+#include "WindowRig.h"
+
+#include "BoardList.h"
+#include "MessageLog.h"
+
+#include "recording/RadarBinFile.h"
+#include "recording/RecordingFiles.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+namespace {
+
+// One real-time KMR7A board, with an optional fault schedule.
+QString bench(const QString& faults = QString())
+{
+    return QStringLiteral(R"({ "boards": [ { "uuid": "1f3c-0001", "shield": 512, "chip": "KMR7A",
+        "pacing": "realtime", "noise": 0.001, "seed": 7%1 } ] })")
+        .arg(faults.isEmpty() ? QString() : QStringLiteral(", \"faults\": ") + faults);
+}
+
+bool hasErrorMessage(MessageLog& messages)
+{
+    return messages.errorCount() > 0;
+}
+
+// Frame numbers of a binary recording, in file order.
+QVector<qint32> recordedFrameNumbers(const QString& binPath)
+{
+    RadarBinFile file;
+    RadarRecordingHeader header;
+    QVector<qint32> numbers;
+    if (!file.open(binPath, QIODevice::ReadOnly) || !file.readHeader(header))
+        return numbers;
+    std::vector<RadarFrameRecord> rows;
+    while (file.readFrames(1, header.samplesPerFrame, rows) && !rows.empty())
+        numbers << rows.front().frameNumber;
+    return numbers;
+}
+
+} // namespace
+
+class TestWorkbenchWindow : public QObject
+{
+    Q_OBJECT
+private slots:
+    void connectShowsFramesAndDisconnectStopsThem();
+    void boardsFollowHotPlug_data();
+    void boardsFollowHotPlug();
+    void userModeSwitchesAndBack();
+    void recordingPlaysAndSteps();
+    void fileThatIsNoRecordingIsSaid_data();
+    void fileThatIsNoRecordingIsSaid();
+    void closingWhileRecordingKeepsEveryFrame();
+    void settingsPageEditsAreSaved();
+    void screenshotCommandSavesTheWindow();
+    void windowWithoutDisplayNamesTheAlternatives();
+};
+
+void TestWorkbenchWindow::connectShowsFramesAndDisconnectStopsThem()
+{
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    QVERIFY(rig.click("board_Radar"));
+    QVERIFY(rig.click("connectButton"));
+    QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString("Radar"));
+    QTRY_COMPARE(rig.item("board_Radar")->findChild<QQuickItem*>("boardState")->property("text").toString(),
+                 QString("Connected"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 3, 10000);
+    const qint64 early = rig.number("statusFrames");
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") > early, 5000);
+    QVERIFY(!rig.item("connectButton")->isEnabled());
+    QVERIFY(rig.text("statusFifoOverflows").endsWith(" 0"));
+    QVERIFY2(rig.text("statusDropped").endsWith(" 0"), qPrintable(rig.text("statusDropped")));
+
+    QVERIFY(rig.click("disconnectButton"));
+    QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString());
+    const qint64 stopped = rig.number("statusFrames");
+    QTest::qWait(400);
+    QCOMPARE(rig.number("statusFrames"), stopped);
+    QVERIFY(rig.item("connectButton")->isEnabled());
+}
+
+void TestWorkbenchWindow::boardsFollowHotPlug_data()
+{
+    QTest::addColumn<QString>("faults");
+    QTest::addColumn<bool>("connect");
+    QTest::addColumn<QStringList>("boardsAfter");
+    QTest::addColumn<bool>("error");
+    // Pulled off the bus while streaming: the acquisition fails, which the
+    // user is told, and the board leaves the list.
+    QTest::newRow("unplugged while connected") << R"([ { "at_frame": 12, "kind": "unplug" } ])" << true
+                                               << QStringList() << true;
+    // A second board plugged in while the first streams joins the list.
+    QTest::newRow("plugged in") << QString() << true << QStringList { "Radar", "Radar #2" } << false;
+}
+
+void TestWorkbenchWindow::boardsFollowHotPlug()
+{
+    QFETCH(QString, faults);
+    QFETCH(bool, connect);
+    QFETCH(QStringList, boardsAfter);
+    QFETCH(bool, error);
+
+    WindowRig rig;
+    QCOMPARE(rig.start(bench(faults)), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    if (connect)
+        QVERIFY(rig.click("connectButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 2, 10000);
+    if (faults.isEmpty())
+        QCOMPARE(rig.simulator()->plug_board(R"({ "uuid": "2b2b-0002", "chip": "KMR7C" })"), nullptr);
+
+    QQuickItem* list = rig.item("boardList");
+    QTRY_COMPARE_WITH_TIMEOUT(list->property("count").toInt(), boardsAfter.size(), 10000);
+    for (const QString& name : boardsAfter)
+        QTRY_VERIFY(rig.item("board_" + name));
+    if (boardsAfter.isEmpty())
+        QVERIFY(!rig.item("board_Radar"));
+    QTRY_COMPARE(hasErrorMessage(rig.workbench().messageLog()), error);
+    QTRY_VERIFY(rig.item("messageList")->property("count").toInt() >= (error ? 1 : 0));
+}
+
+void TestWorkbenchWindow::userModeSwitchesAndBack()
+{
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    QVERIFY(!rig.item("modeSelector")->isEnabled());
+    QVERIFY(rig.click("connectButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 2, 10000);
+    QQuickItem* mode = rig.item("modeSelector");
+    QTRY_VERIFY(mode->isEnabled());
+    QCOMPARE(mode->property("currentText").toString(), QString("Standard"));
+    QVERIFY(rig.item("modulePage")->property("source").toString().contains("/Radar/RadarModule.qml"));
+
+    // This build opens no board in the CW mode: the window says so, shows
+    // the CW page and keeps the board, ready for another mode.
+    const QStringList modes = mode->property("model").toStringList();
+    QVERIFY2(modes.contains("CW"), qPrintable(modes.join(',')));
+    const int cw = modes.indexOf("CW");
+    const int standard = modes.indexOf("Standard");
+    rig.key("modeSelector", cw > standard ? Qt::Key_Down : Qt::Key_Up);
+    QTRY_COMPARE(mode->property("currentText").toString(), QString("CW"));
+    QTRY_VERIFY(rig.item("modulePage")->property("source").toString().contains("/RadarCW/"));
+    QTRY_VERIFY(rig.workbench().messageLog().count() > 0);
+    QVERIFY(rig.workbench().messageLog().textAt(rig.workbench().messageLog().count() - 1).contains("CW mode"));
+    QVERIFY(rig.item("board_Radar"));
+    QVERIFY(mode->isEnabled());
+
+    rig.key("modeSelector", cw > standard ? Qt::Key_Up : Qt::Key_Down);
+    QTRY_COMPARE(mode->property("currentText").toString(), QString("Standard"));
+    QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString("Radar"));
+    QTRY_VERIFY(rig.item("modulePage")->property("source").toString().contains("/Radar/RadarModule.qml"));
+    const qint64 frames = rig.number("statusFrames");
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") > frames, 5000);
+}
+
+void TestWorkbenchWindow::recordingPlaysAndSteps()
+{
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    // A short recording of the board, made through the module's view.
+    RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
+    settings.setRecordingPath(rig.directory());
+    settings.setFileName("played");
+    settings.setNumOfFrames(6);
+    QVERIFY(rig.click("connectButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 1, 10000);
+    QSignalSpy ended(rig.view(), SIGNAL(isRecordingActiveChanged(bool)));
+    QMetaObject::invokeMethod(rig.view(), "startRecording");
+    QTRY_VERIFY(rig.text("statusRecording").contains("played.raw.bin"));
+    QTRY_VERIFY_WITH_TIMEOUT(ended.count() >= 2, 10000);
+    QVERIFY(rig.click("disconnectButton"));
+
+    QVERIFY(rig.type("playbackFile", RecordingFiles::binPath(rig.directory() + "/played")));
+    QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 0 of 6"));
+    QVERIFY(rig.click("playbackStepButton"));
+    QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 1 of 6"));
+    QVERIFY(rig.click("playbackStepButton"));
+    QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 2 of 6"));
+    QTest::qWait(300);
+    QCOMPARE(rig.text("playbackPosition"), QString("Frame 2 of 6"));
+    QVERIFY(rig.click("playbackPlayButton"));
+    QTRY_COMPARE_WITH_TIMEOUT(rig.text("playbackPosition"), QString("Frame 6 of 6"), 5000);
+    QVERIFY(rig.click("playbackStopButton"));
+    QTRY_COMPARE(rig.text("playbackPosition"), QString("No recording open"));
+    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+}
+
+void TestWorkbenchWindow::fileThatIsNoRecordingIsSaid_data()
+{
+    QTest::addColumn<QByteArray>("bin");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("missing configuration") << QByteArray() << "is not a recording";
+    QTest::newRow("not a binary recording") << QByteArray("just some text, no frames") << "not supported";
+}
+
+void TestWorkbenchWindow::fileThatIsNoRecordingIsSaid()
+{
+    QFETCH(QByteArray, bin);
+    QFETCH(QString, message);
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    const QString base = rig.directory() + "/odd";
+    QFile binFile(RecordingFiles::binPath(base));
+    QVERIFY(binFile.open(QIODevice::WriteOnly));
+    binFile.write(bin.isEmpty() ? QByteArray("x") : bin);
+    binFile.close();
+    if (!bin.isEmpty()) {
+        QFile json(RecordingFiles::jsonPath(base));
+        QVERIFY(json.open(QIODevice::WriteOnly));
+        json.write("{}");
+    }
+
+    QVERIFY(rig.type("playbackFile", binFile.fileName()));
+    QTRY_VERIFY(rig.workbench().messageLog().errorCount() > 0);
+    const QString said = rig.workbench().messageLog().textAt(0);
+    QVERIFY2(said.contains(message), qPrintable(said));
+    QCOMPARE(rig.text("playbackPosition"), QString("No recording open"));
+    QTRY_VERIFY(rig.item("messageList")->property("count").toInt() > 0);
+
+    QVERIFY(rig.click("clearMessagesButton"));
+    QTRY_COMPARE(rig.item("messageList")->property("count").toInt(), 0);
+    QVERIFY(!rig.item("clearMessagesButton")->isEnabled());
+}
+
+void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame()
+{
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
+    settings.setRecordingPath(rig.directory());
+    settings.setFileName("closed");
+    settings.setNumOfFrames(100000);
+    QVERIFY(rig.click("connectButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 1, 10000);
+    int lastShown = 0;
+    QSignalSpy frames(rig.view(), SIGNAL(frameNumberChanged(int)));
+    QMetaObject::invokeMethod(rig.view(), "startRecording");
+    QTRY_VERIFY(rig.view()->property("isRecordingActive").toBool());
+    QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 8, 10000);
+
+    rig.window()->close();
+    for (const QList<QVariant>& frame : qAsConst(frames))
+        lastShown = qMax(lastShown, frame.value(0).toInt());
+    QVERIFY(!rig.view()->property("isRecordingActive").toBool());
+    QCOMPARE(rig.workbench().boardList().connectedBoard(), QString());
+
+    // Every frame from the first recorded one on, without a gap, up to at
+    // least the last one the window had been told of (the view counts
+    // frames, the file numbers them from 0).
+    const QVector<qint32> recorded = recordedFrameNumbers(RecordingFiles::binPath(rig.directory() + "/closed"));
+    QVERIFY(recorded.size() >= 8);
+    for (int i = 1; i < recorded.size(); ++i)
+        QCOMPARE(recorded.at(i), recorded.at(i - 1) + 1);
+    QVERIFY2(recorded.last() + 1 >= lastShown,
+             qPrintable(QString("%1 < %2").arg(recorded.last() + 1).arg(lastShown)));
+    // The settings were saved on the way out.
+    QFile saved(rig.directory() + "/settings.json");
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    const QJsonObject recording = QJsonDocument::fromJson(saved.readAll())
+                                      .object().value("workbench").toObject().value("recording").toObject();
+    QCOMPARE(recording.value("fileName").toString(), QString("closed"));
+}
+
+void TestWorkbenchWindow::settingsPageEditsAreSaved()
+{
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QVERIFY(rig.click("settingsButton"));
+    QTRY_VERIFY(rig.item("settingsPage")->isVisible());
+    QVERIFY(!rig.item("modulePage")->isVisible());
+
+    QVERIFY(rig.type("recordingNameField", "field-test"));
+    QTRY_COMPARE(rig.host().core().recordingUserSettings()->fileName(), QString("field-test"));
+    rig.item("refreshIntervalField")->forceActiveFocus();
+    QTest::keyClick(rig.window(), Qt::Key_Up);
+    QTRY_COMPARE(rig.host().core().minimumRefreshInterval(), 43);
+    QVERIFY(rig.click("autoClearLogsBox"));
+    QTRY_VERIFY(rig.host().host().hostSettings().logging().autoClearLogs());
+
+    // Saved without closing, shortly after the edits.
+    const QString path = rig.directory() + "/settings.json";
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path), 5000);
+    auto saved = [&path] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object().value("workbench").toObject()
+                                              : QJsonObject();
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(saved().value("minimumRefreshInterval").toInt(), 43, 5000);
+    QCOMPARE(saved().value("recording").toObject().value("fileName").toString(), QString("field-test"));
+    QCOMPARE(saved().value("logs").toObject().value("autoClearLogs").toBool(), true);
+
+    const QString pictures = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
+    if (!pictures.isEmpty())
+        QVERIFY(rig.picture().save(pictures + "/settings.png"));
+}
+
+void TestWorkbenchWindow::screenshotCommandSavesTheWindow()
+{
+    QTemporaryDir dir;
+    QFile benchFile(dir.filePath("bench.json"));
+    QVERIFY(benchFile.open(QIODevice::WriteOnly));
+    benchFile.write(bench().toUtf8());
+    benchFile.close();
+    const QString png = dir.filePath("window.png");
+    QProcess workbench;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    environment.remove("QT_QPA_PLATFORM");
+    workbench.setProcessEnvironment(environment);
+    workbench.start(WORKBENCH, { "--screenshot", png, "--frames", "5", "--bench", benchFile.fileName(), "--settings",
+                                 dir.filePath("settings.json") });
+    QVERIFY(workbench.waitForFinished(60000));
+    const QString err = QString::fromUtf8(workbench.readAllStandardError());
+    QVERIFY2(workbench.exitCode() == 0, qPrintable(err));
+    QImage picture(png);
+    QCOMPARE(picture.size(), QSize(1440, 900));
+    // Not blank: the window's frame, panels and charts in many colours.
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); y += 7)
+        for (int x = 0; x < picture.width(); x += 7)
+            colours.insert(picture.pixel(x, y));
+    QVERIFY2(colours.size() > 20, qPrintable(QString::number(colours.size())));
+}
+
+void TestWorkbenchWindow::windowWithoutDisplayNamesTheAlternatives()
+{
+    QProcess workbench;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    environment.remove("QT_QPA_PLATFORM");
+    workbench.setProcessEnvironment(environment);
+    workbench.start(WORKBENCH, QStringList());
+    QVERIFY(workbench.waitForFinished(30000));
+    QCOMPARE(workbench.exitCode(), 3);
+    const QString err = QString::fromUtf8(workbench.readAllStandardError());
+    QVERIFY2(err.contains("No display") && err.contains("--headless") && err.contains("--screenshot"), qPrintable(err));
+}
+
+QTEST_MAIN(TestWorkbenchWindow)
+#include "tst_WorkbenchWindow.moc"
