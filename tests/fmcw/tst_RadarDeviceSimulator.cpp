@@ -51,35 +51,6 @@ private slots:
         m_sdk.sim->clear_faults(nullptr);
     }
 
-    void configuredBoardDeliversFramesAtTheFrameRate()
-    {
-        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-        QVERIFY(openConfigured(0.05f));
-        QCOMPARE(m_config->deviceInfo()->deviceName(), QString("KMR7A"));
-        QCOMPARE(m_config->parameters()->numSamplesPerChirp(), 64u);
-        QCOMPARE(m_config->parameters()->numChirpsPerFrame(), 64u);
-
-        const int frames = 6;
-        QElapsedTimer clock;
-        RadarFrameResult first = m_device->getNextFrame(*m_config);
-        QVERIFY(first.success && first.frame);
-        clock.start();
-        for (int i = 1; i < frames; ++i) {
-            const RadarFrameResult result = m_device->getNextFrame(*m_config);
-            QVERIFY(result.success);
-            QVERIFY(result.frame);
-            QCOMPARE(result.frame->num_rx, 1u);
-            QCOMPARE(result.frame->rx_data[0]->rows, 64u);
-            QCOMPARE(result.frame->rx_data[0]->cols, 64u);
-        }
-        // Paced by the board: five more frames cannot come sooner than five
-        // frame times (less a little for the clock's start).
-        QVERIFY2(clock.elapsed() >= 5 * 50 - 10, qPrintable(QString::number(clock.elapsed())));
-        QCOMPARE(events.count(), 0);
-        m_device->stopAcquisition();
-        QCOMPARE(events.count(), 0);
-    }
-
     void boardThatNeverAnswersTimesOutAtTheLimit()
     {
         QVERIFY(openConfigured(0.2f)); // 750 ms in all
@@ -131,21 +102,6 @@ private slots:
         QVERIFY(worker->wait(1000));
         QVERIFY(!result.success);
         QCOMPARE(events.count(), 0);
-    }
-
-    void lostFrameKeepsAcquisitionAlive()
-    {
-        QVERIFY(openConfigured(0.05f));
-        inject(VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1);
-        QSignalSpy events(m_device.get(), &RadarDevice::triggerEvent);
-        const RadarFrameResult lost = m_device->getNextFrame(*m_config);
-        QVERIFY(lost.success);
-        QCOMPARE(lost.frame, nullptr);
-        QCOMPARE(events.count(), 1);
-        QCOMPARE(eventAt(events, 0).code, RadarEventCode::FrameFetchFailed);
-        QCOMPARE(eventAt(events, 0).message, QString("Fetching next frame failed"));
-        const RadarFrameResult next = m_device->getNextFrame(*m_config);
-        QVERIFY(next.success && next.frame);
     }
 
     void refusedOpen_data()

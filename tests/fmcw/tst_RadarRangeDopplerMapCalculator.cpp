@@ -18,12 +18,23 @@ private slots:
         auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0.1f, 0.0003f,
                                                                  60.5e9f);
         QVERIFY(calculator);
-        QCOMPARE(fake.rdmConfig.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
-        QCOMPARE(fake.rdmConfig.spect_threshold, 1.0e-6f);
-        QCOMPARE(fake.rdmConfig.range_fft_config.fft_size, 256u);
-        QCOMPARE(fake.rdmConfig.range_fft_config.window_config.size, 64u);
-        QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_size, 512u);
-        QCOMPARE(fake.rdmConfig.doppler_fft_config.fft_type, VRN_FFT_TYPE_C2C);
+        // The defaults of the settings, with the FFT sizes the chirp asks for.
+        const vrn_RDM_Config_t& sent = fake.rdmConfig;
+        QCOMPARE(sent.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
+        QCOMPARE(sent.spect_threshold, 1.0e-6f);
+        const vrn_PPFFT_Config_t& range = sent.range_fft_config;
+        const vrn_PPFFT_Config_t& doppler = sent.doppler_fft_config;
+        QCOMPARE(std::make_tuple(range.fft_type, range.fft_size, range.mean_removal_enabled, range.is_normalized_window),
+                 std::make_tuple(VRN_FFT_TYPE_R2C, 256u, uint8_t(1), uint8_t(1)));
+        QCOMPARE(std::make_tuple(range.window_config.type, range.window_config.size, range.window_config.scale,
+                                 range.window_config.attenuation_dB),
+                 std::make_tuple(VRN_WINDOW_BLACKMANHARRIS, 64u, 1.0f, 0.0f));
+        QCOMPARE(std::make_tuple(doppler.fft_type, doppler.fft_size, doppler.mean_removal_enabled,
+                                 doppler.is_normalized_window),
+                 std::make_tuple(VRN_FFT_TYPE_C2C, 512u, uint8_t(1), uint8_t(1)));
+        QCOMPARE(std::make_tuple(doppler.window_config.type, doppler.window_config.size, doppler.window_config.scale,
+                                 doppler.window_config.attenuation_dB),
+                 std::make_tuple(VRN_WINDOW_CHEBYSHEV, 300u, 1.0f, 100.0f));
         QCOMPARE(calculator->configuration().doppler_fft_config.fft_size, 512u);
     }
 

@@ -16,6 +16,7 @@
 #include "fmcw/standard/RadarUserSettings.h"
 
 #include <QFile>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -270,41 +271,35 @@ private slots:
 
     void invalidFileIsRefusedAndNothingChanges_data()
     {
-        QTest::addColumn<QByteArray>("document");
+        // A saved document of 0.5 s frames, one item replaced.
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
         QTest::addColumn<QString>("details");
-        const QByteArray scene = R"("center_frequency_Hz": 60500000768, "frame_repetition_time_s": 0.5,
-            "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45, "range_resolution_m": 0.3,
-            "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766, "tx_antennas": [1], "tx_power_level": 31)";
-        QTest::newRow("antenna the chip lacks")
-            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [7]}},
-                            "json_version": {"type": "KMR7A", "version": "1.0"}})")
-            << QString();
-        QTest::newRow("text for a number")
-            << QByteArray(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3], "center_frequency_Hz": "high",
-                            "frame_repetition_time_s": 0.5, "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45,
-                            "range_resolution_m": 0.3, "sample_rate_Hz": 1000000, "speed_resolution_m_s": 0.0766,
-                            "tx_antennas": [1], "tx_power_level": 31}},
-                            "json_version": {"type": "KMR7A", "version": "1.0"}})")
-            << QString();
-        QTest::newRow("another chip's document")
-            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [1]}},
-                            "json_version": {"type": "KMR7C", "version": "1.0"}})")
-            << QStringLiteral("Invalid json type");
-        QTest::newRow("unknown version")
-            << QByteArray(R"({"device_config": {"fmcw_scene": {)" + scene + R"(, "rx_antennas": [3]}},
-                            "json_version": {"type": "KMR7A", "version": "2.0"}})")
-            << QStringLiteral("Invalid json version");
+        QTest::newRow("antenna the chip lacks") << QByteArray(R"("rx_antennas":[3])")
+                                                << QByteArray(R"("rx_antennas":[7])") << QString();
+        QTest::newRow("another chip's document") << QByteArray(R"("type":"KMR7A")") << QByteArray(R"("type":"KMR7C")")
+                                                 << QStringLiteral("Invalid json type");
+        QTest::newRow("unknown version") << QByteArray(R"("version":"1.0")") << QByteArray(R"("version":"2.0")")
+                                         << QStringLiteral("Invalid json version");
     }
 
     void invalidFileIsRefusedAndNothingChanges()
     {
-        QFETCH(QByteArray, document);
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
         QFETCH(QString, details);
         applyApplication(RadarConstants::None);
         const QString path = m_dir.filePath(QStringLiteral("refused.json"));
+        m_configuration->editedConfiguration()->metrics()->setFrameRepetitionTimeS(0.5f);
+        QVERIFY(m_configuration->saveConfiguration(path));
+        QVERIFY(m_configuration->revertConfiguration());
         QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QByteArray document = QJsonDocument::fromJson(file.readAll()).toJson(QJsonDocument::Compact);
+        file.close();
+        QVERIFY(document.contains(from));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(document);
+        file.write(document.replace(from, to));
         file.close();
 
         QVERIFY(!m_configuration->loadConfiguration(path, false));
