@@ -92,6 +92,7 @@ private slots:
     void drawsTheSeriesWithAxesAndLegend();
     void hoverReadsOutThePointUnderTheMouse();
     void emptyDataDrawsNoSeries();
+    void gridLinesAddedLaterStayInThePlot();
 
 private:
     void show(FakeSeriesData& data);
@@ -257,5 +258,32 @@ void TestChartView::emptyDataDrawsNoSeries()
     QVERIFY(byName(m_view, "xTickLabel").size() >= 2);
 }
 
+void TestChartView::gridLinesAddedLaterStayInThePlot()
+{
+    FakeSeriesData data;
+    data.series = { points({ { 0, 0 }, { 10, 1 } }) };
+    show(data);
+    if (QTest::currentTestFailed())
+        return;
+    QVERIFY(!rendered().isNull());
+    const int before = m_chart->yTicks().size();
+
+    // A wider range: more ticks, so grid lines are added to a scene graph
+    // that was already rendered.
+    data.series = { points({ { 0, 0 }, { 10, 7 } }) };
+    m_chart->refresh();
+    QVERIFY(m_chart->yTicks().size() > before);
+    const QImage image = rendered();
+    QCOMPARE(image.size(), QSize(640, 400));
+    const QColor grid = m_chart->gridColor();
+    // Left of the y axis title nothing is drawn at all.
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < 2; ++x)
+            QVERIFY2(image.pixel(x, y) == qRgb(255, 255, 255), qPrintable(QStringLiteral("pixel %1,%2").arg(x).arg(y)));
+    const QRectF plot = m_chart->mapRectToScene(QRectF(0, 0, m_chart->width(), m_chart->height()));
+    QVERIFY(countColor(image, plot.toRect(), grid) > 0);
+}
+
 QTEST_MAIN(TestChartView)
 #include "tst_ChartView.moc"
+

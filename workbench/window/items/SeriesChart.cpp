@@ -12,6 +12,7 @@
 #include <QSGGeometryNode>
 #include <QSGRectangleNode>
 #include <QSGRendererInterface>
+#include <QSGTransformNode>
 #include <QtMath>
 
 #include <cmath>
@@ -62,12 +63,16 @@ QVariantList ticksFor(double min, double max, double length, double pixelsPerTic
 }
 
 // The item's scene-graph subtree: grid lines first, then the series on top.
+// The containers are identity transform nodes rather than plain nodes: the
+// software renderer places a node added later by the state it recorded for
+// the parent, and it records none for a plain node, so grid lines added when
+// the tick count grows would be drawn at the window's origin.
 class ChartNode : public QSGNode
 {
 public:
-    QSGNode* grid = nullptr;
+    QSGTransformNode* grid = nullptr;
     // Hardware renderers: a container of one geometry node per series.
-    QSGNode* lines = nullptr;
+    QSGTransformNode* lines = nullptr;
     // Software renderer: one node painting every series.
     SoftwareSeriesNode* painted = nullptr;
 };
@@ -358,13 +363,13 @@ QSGNode* SeriesChart::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData*)
     auto* root = static_cast<ChartNode*>(oldNode);
     if (!root) {
         root = new ChartNode;
-        root->grid = new QSGNode;
+        root->grid = new QSGTransformNode;
         root->appendChildNode(root->grid);
         if (window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
             root->painted = new SoftwareSeriesNode(window());
             root->appendChildNode(root->painted);
         } else {
-            root->lines = new QSGNode;
+            root->lines = new QSGTransformNode;
             root->appendChildNode(root->lines);
         }
         m_gridStale = true;

@@ -126,7 +126,7 @@ private:
     bool m_autoScaleY = true;
     bool m_stepped = false;
     bool m_stateHistory = false;
-    qreal m_lineWidth = 1.5;
+    qreal m_lineWidth = 1.0;
     QColor m_gridColor = QColor(0xe4, 0xe4, 0xe4);
     QVariantList m_xTicks;
     QVariantList m_yTicks;
