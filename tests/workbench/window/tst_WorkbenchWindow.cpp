@@ -7,12 +7,15 @@
 #include "BoardList.h"
 #include "MessageLog.h"
 
+#include "frame/RadarEventCode.h"
 #include "recording/RadarBinFile.h"
 #include "recording/RecordingFiles.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QQmlContext>
+#include <QQmlEngine>
 
 namespace {
 
@@ -27,6 +30,15 @@ QString bench(const QString& faults = QString())
 bool hasErrorMessage(MessageLog& messages)
 {
     return messages.errorCount() > 0;
+}
+
+// With WORKBENCH_WINDOW_PICTURES set, the window as a test left it, for a
+// person to look at.
+void keepPicture(WindowRig& rig, const QString& name)
+{
+    const QString folder = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
+    if (!folder.isEmpty())
+        QVERIFY(rig.picture().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
 }
 
 // Frame numbers of a binary recording, in file order.
@@ -56,6 +68,8 @@ private slots:
     void recordingPlaysAndSteps();
     void fileThatIsNoRecordingIsSaid_data();
     void fileThatIsNoRecordingIsSaid();
+    void coordinatorEventIsShownOnce_data();
+    void coordinatorEventIsShownOnce();
     void closingWhileRecordingKeepsEveryFrame();
     void settingsPageEditsAreSaved();
     void screenshotCommandSavesTheWindow();
@@ -78,6 +92,7 @@ void TestWorkbenchWindow::connectShowsFramesAndDisconnectStopsThem()
     QVERIFY(!rig.item("connectButton")->isEnabled());
     QVERIFY(rig.text("statusFifoOverflows").endsWith(" 0"));
     QVERIFY2(rig.text("statusDropped").endsWith(" 0"), qPrintable(rig.text("statusDropped")));
+    keepPicture(rig, "connected");
 
     QVERIFY(rig.click("disconnectButton"));
     QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString());
@@ -125,6 +140,7 @@ void TestWorkbenchWindow::boardsFollowHotPlug()
         QVERIFY(!rig.item("board_Radar"));
     QTRY_COMPARE(hasErrorMessage(rig.workbench().messageLog()), error);
     QTRY_VERIFY(rig.item("messageList")->property("count").toInt() >= (error ? 1 : 0));
+    keepPicture(rig, QString(QTest::currentDataTag()).replace(' ', '-'));
 }
 
 void TestWorkbenchWindow::userModeSwitchesAndBack()
@@ -153,6 +169,7 @@ void TestWorkbenchWindow::userModeSwitchesAndBack()
     QVERIFY(rig.workbench().messageLog().textAt(rig.workbench().messageLog().count() - 1).contains("CW mode"));
     QVERIFY(rig.item("board_Radar"));
     QVERIFY(mode->isEnabled());
+    keepPicture(rig, "cw-mode");
 
     rig.key("modeSelector", cw > standard ? Qt::Key_Up : Qt::Key_Down);
     QTRY_COMPARE(mode->property("currentText").toString(), QString("Standard"));
@@ -227,9 +244,51 @@ void TestWorkbenchWindow::fileThatIsNoRecordingIsSaid()
     QCOMPARE(rig.text("playbackPosition"), QString("No recording open"));
     QTRY_VERIFY(rig.item("messageList")->property("count").toInt() > 0);
 
+    // The details open on a click.
+    QTRY_VERIFY(rig.item("message_0"));
+    QQuickItem* details = rig.item("message_0")->findChild<QQuickItem*>("messageDetails");
+    QVERIFY(details && !details->isVisible());
+    QVERIFY(rig.click("message_0"));
+    QTRY_VERIFY(details->isVisible());
+    QVERIFY(details->property("text").toString().contains("odd."));
+
     QVERIFY(rig.click("clearMessagesButton"));
     QTRY_COMPARE(rig.item("messageList")->property("count").toInt(), 0);
     QVERIFY(!rig.item("clearMessagesButton")->isEnabled());
+}
+
+void TestWorkbenchWindow::coordinatorEventIsShownOnce_data()
+{
+    QTest::addColumn<bool>("connected");
+    // Without a board the event is all there is to show.
+    QTest::newRow("no board") << false;
+    // The standard mode turns the event into a user message of its own:
+    // the same thing, shown once.
+    QTest::newRow("board connected") << true;
+}
+
+void TestWorkbenchWindow::coordinatorEventIsShownOnce()
+{
+    QFETCH(bool, connected);
+    WindowRig rig;
+    QCOMPARE(rig.start(bench()), QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    if (connected) {
+        QVERIFY(rig.click("connectButton"));
+        QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString("Radar"));
+    }
+    QObject* coordinator = rig.host().host().engine()->rootContext()->contextProperty("radarCoordinator")
+                               .value<QObject*>();
+    QVERIFY(QMetaObject::invokeMethod(coordinator, "triggerEvent", Q_ARG(RadarEventCode, RadarEventCode::Notice),
+                                      Q_ARG(QString, "Firmware image path is not valid"),
+                                      Q_ARG(QString, "/nowhere/firmware")));
+    MessageLog& messages = rig.workbench().messageLog();
+    QTRY_COMPARE(messages.count(), 1);
+    QTest::qWait(50);
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.textAt(0), QString("Firmware image path is not valid\n/nowhere/firmware"));
+    QCOMPARE(messages.data(messages.index(0), MessageLog::TypeRole).toInt(), int(Constants::Warning));
+    QVERIFY(messages.data(messages.index(0), MessageLog::SourceRole).toString().contains("notice"));
 }
 
 void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame()
@@ -300,9 +359,7 @@ void TestWorkbenchWindow::settingsPageEditsAreSaved()
     QCOMPARE(saved().value("recording").toObject().value("fileName").toString(), QString("field-test"));
     QCOMPARE(saved().value("logs").toObject().value("autoClearLogs").toBool(), true);
 
-    const QString pictures = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
-    if (!pictures.isEmpty())
-        QVERIFY(rig.picture().save(pictures + "/settings.png"));
+    keepPicture(rig, "settings");
 }
 
 void TestWorkbenchWindow::screenshotCommandSavesTheWindow()

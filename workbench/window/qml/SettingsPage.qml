@@ -83,6 +83,7 @@ ScrollView {
             GroupBox {
                 title: qsTr("Charts")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 100
                 Layout.alignment: Qt.AlignTop
 
                 GridLayout {
@@ -111,6 +112,7 @@ ScrollView {
             GroupBox {
                 title: qsTr("Recording")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 100
                 Layout.alignment: Qt.AlignTop
                 Layout.rowSpan: 2
 
@@ -126,6 +128,7 @@ ScrollView {
                             id: folderField
                             objectName: "recordingFolderField"
                             Layout.fillWidth: true
+                            Layout.preferredWidth: 160
                             text: page.recording.recordingPath
                             selectByMouse: true
                             onEditingFinished: page.recording.recordingPath = text
@@ -140,6 +143,7 @@ ScrollView {
                     TextField {
                         objectName: "recordingNameField"
                         Layout.fillWidth: true
+                        Layout.preferredWidth: 160
                         text: page.recording.fileName
                         selectByMouse: true
                         validator: RegularExpressionValidator { regularExpression: /[^\/\\]+/ }
@@ -202,7 +206,7 @@ ScrollView {
                     Caption { text: qsTr("Text copy") }
                     CheckBox {
                         objectName: "recordingTxtBox"
-                        text: qsTr("Also write %1.raw.txt after the recording").arg(page.recording.fileName)
+                        text: qsTr("Also write %1.raw.txt").arg(page.recording.fileName)
                         checked: page.recording.txtFile
                         onToggled: page.recording.txtFile = checked
                     }
@@ -212,6 +216,7 @@ ScrollView {
             GroupBox {
                 title: qsTr("Log files")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 100
                 Layout.alignment: Qt.AlignTop
 
                 GridLayout {
@@ -225,6 +230,7 @@ ScrollView {
                         text: page.logs.directory
                         elide: Text.ElideMiddle
                         Layout.fillWidth: true
+                        Layout.preferredWidth: 160
                     }
                     Caption { text: qsTr("Now") }
                     Label {
@@ -281,6 +287,7 @@ ScrollView {
             GroupBox {
                 title: qsTr("Module charts")
                 Layout.fillWidth: true
+                Layout.preferredWidth: 100
                 Layout.alignment: Qt.AlignTop
                 Layout.columnSpan: parent.columns
                 enabled: page.chartSettings !== null
