@@ -22,10 +22,28 @@ struct FakeDevice : RadarDeviceBase {
 
 }
 
+// Each test starts with the utilities on a scripted SDK table, an empty
+// configuration and a device to hand them.
 class TestRadarConfigurationUtils : public QObject
 {
     Q_OBJECT
 private slots:
+    void init()
+    {
+        fake = std::make_unique<FakeVrn>();
+        utils = std::make_unique<RadarConfigurationUtils>(&fake->table, true);
+        config = std::make_unique<RadarDeviceConfiguration>();
+        events = std::make_unique<QSignalSpy>(utils.get(), &IRadarConfigurationUtils::triggerEvent);
+    }
+
+    void cleanup()
+    {
+        events.reset();
+        config.reset();
+        utils.reset();
+        fake.reset();
+    }
+
     void frameHasOneChannelPerAntennaPair_data()
     {
         QTest::addColumn<quint32>("rx");
@@ -41,61 +59,50 @@ private slots:
         QFETCH(quint32, rx);
         QFETCH(quint32, tx);
         QFETCH(quint32, channels);
-        FakeVrn fake;
-        RadarConfigurationUtils utils(&fake.table, true);
-        RadarDeviceConfiguration config;
-        config.metrics()->rx()->setMask(rx);
-        config.metrics()->tx()->setMask(tx); // a fresh selection takes several transmitters as given
-        config.parameters()->setNumChirpsPerFrame(16);
-        config.parameters()->setNumSamplesPerChirp(64);
+        config->metrics()->rx()->setMask(rx);
+        config->metrics()->tx()->setMask(tx); // a fresh selection takes several transmitters as given
+        config->parameters()->setNumChirpsPerFrame(16);
+        config->parameters()->setNumSamplesPerChirp(64);
         vrn_Frame_R_t* frame = nullptr;
-        QVERIFY(utils.createFrame(config, frame));
+        QVERIFY(utils->createFrame(*config, frame));
         QVERIFY(frame);
         QCOMPARE(frame->num_rx, channels);
         QCOMPARE(frame->rx_data[0]->rows, 16u);
         QCOMPARE(frame->rx_data[0]->cols, 64u);
-        utils.destroyFrame(frame);
+        utils->destroyFrame(frame);
         QCOMPARE(frame, nullptr);
-        QCOMPARE(fake.framesAlive.load(), 0);
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
     void frameCreationFailureIsReported()
     {
-        FakeVrn fake;
-        fake.frameCreateError = "out of memory";
-        RadarConfigurationUtils utils(&fake.table, true);
-        QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
-        RadarDeviceConfiguration config;
+        fake->frameCreateError = "out of memory";
         vrn_Frame_R_t* frame = nullptr;
-        QVERIFY(!utils.createFrame(config, frame));
+        QVERIFY(!utils->createFrame(*config, frame));
         QCOMPARE(frame, nullptr);
-        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to create frame", "out of memory" } }));
+        QCOMPARE(eventsOf(*events), QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to create frame", "out of memory" } }));
     }
 
     void clearFrameGoesOnAfterAFailedChannel()
     {
-        FakeVrn fake;
-        fake.clearErrors = { nullptr, "matrix locked", nullptr };
-        RadarConfigurationUtils utils(&fake.table, true);
+        fake->clearErrors = { nullptr, "matrix locked", nullptr };
         vrn_Frame_R_t* frame = nullptr;
-        QVERIFY(!fake.table.frame_r_create(3, 2, 2, &frame));
+        QVERIFY(!fake->table.frame_r_create(3, 2, 2, &frame));
         QTest::ignoreMessage(QtCriticalMsg, "Failed to clear frame matrix locked");
-        utils.clearFrame(frame);
-        QCOMPARE(fake.clearCalls, 3);
+        utils->clearFrame(frame);
+        QCOMPARE(fake->clearCalls, 3);
         QCOMPARE(frame->num_rx, 0u);
-        utils.destroyFrame(frame);
-        QCOMPARE(fake.framesAlive.load(), 0);
+        utils->destroyFrame(frame);
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
     void destroyFrameOfNullDoesNothing()
     {
-        FakeVrn fake;
-        RadarConfigurationUtils utils(&fake.table, true);
         vrn_Frame_R_t* frame = nullptr;
-        utils.destroyFrame(frame);
-        utils.clearFrame(frame);
-        QCOMPARE(fake.frameDestroyCalls, 0);
-        QCOMPARE(fake.clearCalls, 0);
+        utils->destroyFrame(frame);
+        utils->clearFrame(frame);
+        QCOMPARE(fake->frameDestroyCalls, 0);
+        QCOMPARE(fake->clearCalls, 0);
     }
 
     void maximumRangeIsRaisedToSdkMinimum_data()
@@ -113,24 +120,19 @@ private slots:
         QFETCH(float, metric);
         QFETCH(float, exactMinimum);
         QFETCH(float, sent);
-        FakeVrn fake;
-        fake.translated.num_chirps_per_frame = 32;
-        RadarConfigurationUtils utils(&fake.table, true);
-        RadarDeviceConfiguration config;
+        fake->translated.num_chirps_per_frame = 32;
         vrn_Metrics_Limits_t limits {};
         limits.max_range_m_min = exactMinimum;
-        config.limits()->setFromSdk(limits);
-        config.metrics()->setMaxRangeM(metric);
-        config.metrics()->setSampleRateHz(1000000);
-        FakeDevice device;
-        RadarDeviceBase* base = &device;
+        config->limits()->setFromSdk(limits);
+        config->metrics()->setMaxRangeM(metric);
+        config->metrics()->setSampleRateHz(1000000);
         vrn_Device_Config_t out {};
-        QVERIFY(utils.convertConfiguration(base, config, out));
-        QCOMPARE(fake.lastMetrics.max_range_m, sent);
-        QCOMPARE(fake.lastMetrics.sample_rate_Hz, 1000000u);
+        QVERIFY(utils->convertConfiguration(&device, *config, out));
+        QCOMPARE(fake->lastMetrics.max_range_m, sent);
+        QCOMPARE(fake->lastMetrics.sample_rate_Hz, 1000000u);
         QCOMPARE(out.num_chirps_per_frame, 32u);
         // The scene itself keeps the user's value.
-        QCOMPARE(config.metrics()->maxRangeM(), metric);
+        QCOMPARE(config->metrics()->maxRangeM(), metric);
     }
 
     void mimoModeToSdk_data()
@@ -148,20 +150,17 @@ private slots:
         QFETCH(QString, mode);
         QFETCH(int, sdk);
         QFETCH(bool, warns);
-        FakeVrn fake;
-        RadarConfigurationUtils utils(&fake.table, true);
-        RadarDeviceConfiguration config;
-        config.parameters()->setMimoMode(mode);
-        config.parameters()->setNumSamplesPerChirp(128);
-        config.parameters()->setLowerFrequencyHz(60000000000ull);
-        config.metrics()->rx()->setMask(0b0101);
-        config.metrics()->tx()->setMask(0b0001);
-        config.metrics()->setIfGainDB(33);
+        config->parameters()->setMimoMode(mode);
+        config->parameters()->setNumSamplesPerChirp(128);
+        config->parameters()->setLowerFrequencyHz(60000000000ull);
+        config->metrics()->rx()->setMask(0b0101);
+        config->metrics()->tx()->setMask(0b0001);
+        config->metrics()->setIfGainDB(33);
         if (warns)
             QTest::ignoreMessage(QtWarningMsg,
                                  "Current mimo mode from configuration does not fit into any defined type by SDK");
         vrn_Device_Config_t out {};
-        utils.setupSdkDeviceConfiguration(config, out);
+        utils->setupSdkDeviceConfiguration(*config, out);
         QCOMPARE(int(out.mimo_mode), sdk);
         QCOMPARE(out.num_samples_per_chirp, 128u);
         QCOMPARE(out.lower_frequency_Hz, 60000000000ull);
@@ -183,9 +182,7 @@ private slots:
     {
         QFETCH(int, sdk);
         QFETCH(QString, mode);
-        FakeVrn fake;
-        fake.prt = 0.0005f;
-        RadarConfigurationUtils utils(&fake.table, true);
+        fake->prt = 0.0005f;
         RadarDeviceParameters parameters;
         parameters.setMimoMode("tdm");
         vrn_Device_Config_t record {};
@@ -198,7 +195,7 @@ private slots:
         if (sdk == 7)
             QTest::ignoreMessage(QtWarningMsg, "Current mimo mode from SDK configuration does not fit into any defined "
                                                "type by configuration");
-        utils.parseDeviceConfig(&parameters, record);
+        utils->parseDeviceConfig(&parameters, record);
         QCOMPARE(parameters.mimoMode(), mode);
         QCOMPARE(parameters.numSamplesPerChirp(), 64u);
         QCOMPARE(parameters.numChirpsPerFrame(), 32u);
@@ -206,20 +203,17 @@ private slots:
         QCOMPARE(parameters.upperFrequencyHz(), 61000000000ull);
         QCOMPARE(parameters.chirpRepetitionTimeS(), 0.0004f);
         QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0005f);
-        utils.parseDeviceConfig(nullptr, record);
+        utils->parseDeviceConfig(nullptr, record);
     }
 
     void pulseRepetitionFailureIsReported()
     {
-        FakeVrn fake;
-        fake.prtError = "no chirps";
-        RadarConfigurationUtils utils(&fake.table, true);
-        QSignalSpy events(&utils, &IRadarConfigurationUtils::triggerEvent);
+        fake->prtError = "no chirps";
         RadarDeviceParameters parameters;
         parameters.setPulseRepetitionTimeS(1.0f);
         vrn_Device_Config_t record {};
-        utils.parseDeviceConfig(&parameters, record);
-        QCOMPARE(eventsOf(events),
+        utils->parseDeviceConfig(&parameters, record);
+        QCOMPARE(eventsOf(*events),
                  QVector<RadarEvent>({ { RadarEventCode::Error, "Failed to get Pulse Repetition Time", "no chirps" } }));
         // The value the SDK left behind is stored all the same.
         QCOMPARE(parameters.pulseRepetitionTimeS(), 0.0f);
@@ -227,47 +221,39 @@ private slots:
 
     void segmentationDefaults()
     {
-        FakeVrn fake;
-        fake.segDefaults.num_samples_per_chirp = 128;
-        fake.segDefaults.max_detection_range_m = 6.0f;
-        fake.segDefaults.max_num_tracks = 5;
-        fake.segDefaults.num_segments = 2;
-        fake.segDefaults.segments_degrees[0] = 30.0f;
-        fake.segDefaults.segments_degrees[1] = 60.0f;
-        fake.segDefaults.detection_sensitivity = VRN_LEVEL_LOW;
-        RadarConfigurationUtils utils(&fake.table, true);
-        RadarDeviceConfiguration config;
-        FakeDevice device;
-        RadarDeviceBase* base = &device;
-        QVERIFY(utils.getDefaultSegmentationConfig(base, config, *config.segmentation()));
-        QCOMPARE(config.segmentation()->numSamplesPerChirp(), 128u);
-        QCOMPARE(config.segmentation()->maxDetectionRangeM(), 6.0f);
-        QCOMPARE(config.segmentation()->segmentsDegrees(), QVector<float>({ 30.0f, 60.0f }));
-        QCOMPARE(config.segmentation()->detectionSensitivity(), RadarConstants::Low);
+        fake->segDefaults.num_samples_per_chirp = 128;
+        fake->segDefaults.max_detection_range_m = 6.0f;
+        fake->segDefaults.max_num_tracks = 5;
+        fake->segDefaults.num_segments = 2;
+        fake->segDefaults.segments_degrees[0] = 30.0f;
+        fake->segDefaults.segments_degrees[1] = 60.0f;
+        fake->segDefaults.detection_sensitivity = VRN_LEVEL_LOW;
+        QVERIFY(utils->getDefaultSegmentationConfig(&device, *config, *config->segmentation()));
+        QCOMPARE(config->segmentation()->numSamplesPerChirp(), 128u);
+        QCOMPARE(config->segmentation()->maxDetectionRangeM(), 6.0f);
+        QCOMPARE(config->segmentation()->segmentsDegrees(), QVector<float>({ 30.0f, 60.0f }));
+        QCOMPARE(config->segmentation()->detectionSensitivity(), RadarConstants::Low);
     }
 
     void presenceSensingDefaults()
     {
-        FakeVrn fake;
-        fake.psDefaults.min_detection_range_m = 0.3f;
-        fake.psDefaults.max_detection_range_m = 5.0f;
-        fake.psDefaults.range_hysteresis_percentage = 10.0f;
-        fake.psDefaults.absence_confirm_count = 7;
-        fake.psDefaults.presence_confirm_count = 2;
-        fake.psDefaults.sensitivity_threshold = 0.5f;
-        RadarConfigurationUtils utils(&fake.table, true);
-        RadarDeviceConfiguration config;
-        utils.fillDefaultPresenceSensing(config);
-        const PresenceSensingConfig& presence = *config.presenceSensing();
+        fake->psDefaults.min_detection_range_m = 0.3f;
+        fake->psDefaults.max_detection_range_m = 5.0f;
+        fake->psDefaults.range_hysteresis_percentage = 10.0f;
+        fake->psDefaults.absence_confirm_count = 7;
+        fake->psDefaults.presence_confirm_count = 2;
+        fake->psDefaults.sensitivity_threshold = 0.5f;
+        utils->fillDefaultPresenceSensing(*config);
+        const PresenceSensingConfig& presence = *config->presenceSensing();
         QCOMPARE(presence.minDetectionRange(), 0.3f);
         QCOMPARE(presence.maxDetectionRange(), 5.0f);
         QCOMPARE(presence.rangeHysteresisPercentage(), 10.0f);
         QCOMPARE(presence.absenceConfirmCount(), 7u);
         QCOMPARE(presence.presenceConfirmCount(), 2u);
 
-        config.presenceSensing()->setMaxDetectionRange(3.0f);
+        config->presenceSensing()->setMaxDetectionRange(3.0f);
         vrn_PresenceSensing_Config_t record {};
-        utils.fillPresenceSensingRecord(config, record);
+        utils->fillPresenceSensingRecord(*config, record);
         QCOMPARE(record.max_detection_range_m, 3.0f);
         QCOMPARE(record.sensitivity_threshold, 0.5f);
         QCOMPARE(record.range_resolution_m, 0.25f);
@@ -281,6 +267,13 @@ private slots:
         QCOMPARE(RadarConfigurationUtils::bandwidth(parameters), 5e9f);
         QCOMPARE(RadarConfigurationUtils::activeAntennaCount(0xF5u), 2);
     }
+
+private:
+    std::unique_ptr<FakeVrn> fake;
+    std::unique_ptr<RadarConfigurationUtils> utils;
+    std::unique_ptr<RadarDeviceConfiguration> config;
+    std::unique_ptr<QSignalSpy> events;
+    FakeDevice device;
 };
 
 QTEST_GUILESS_MAIN(TestRadarConfigurationUtils)

@@ -28,11 +28,32 @@ void smallScene(RadarDeviceConfiguration& config, float frameTime)
 
 }
 
+// Each test starts with a device connected to a scripted board, a small
+// scene and a spy on its events; the board's answers are scripted through
+// `fake` at any time before the call that asks for them.
 class TestRadarDevice : public QObject
 {
     Q_OBJECT
 private slots:
     void initTestCase() { qRegisterMetaType<RadarEventCode>(); }
+
+    void init()
+    {
+        fake = std::make_unique<FakeVrn>();
+        device = std::make_unique<RadarDevice>(&fake->table);
+        QVERIFY(device->connectDevice("a", VRN_SHIELD_FMCW_512));
+        config = std::make_unique<RadarDeviceConfiguration>();
+        smallScene(*config, 0.1f);
+        events = std::make_unique<QSignalSpy>(device.get(), &RadarDevice::triggerEvent);
+    }
+
+    void cleanup()
+    {
+        events.reset();
+        config.reset();
+        device.reset();
+        fake.reset();
+    }
 
     void fetchByStatus_data()
     {
@@ -57,45 +78,37 @@ private slots:
         QFETCH(bool, hasFrame);
         QFETCH(int, code);
         QFETCH(QString, message);
-        FakeVrn fake;
-        fake.frameStatuses.clear();
+        fake->frameStatuses.clear();
         for (int status : statuses)
-            fake.frameStatuses.append(status);
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+            fake->frameStatuses.append(status);
         {
-            const RadarFrameResult result = device.getNextFrame(config);
+            const RadarFrameResult result = device->getNextFrame(*config);
             QCOMPARE(result.success, success);
             QCOMPARE(result.frame != nullptr, hasFrame);
             QCOMPARE(result.owner.get(), result.frame);
             if (hasFrame)
                 QCOMPARE(result.frame->num_rx, 1u);
-            QCOMPARE(fake.nextFrameCalls.load(), statuses.size());
-            QVERIFY(!device.isFetchInProgress());
+            QCOMPARE(fake->nextFrameCalls.load(), statuses.size());
+            QVERIFY(!device->isFetchInProgress());
         }
         // Whatever the outcome, the frame went back to the SDK.
-        QCOMPARE(fake.framesAlive.load(), 0);
+        QCOMPARE(fake->framesAlive.load(), 0);
         QVector<RadarEvent> expected;
         if (code >= 0)
             expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(statuses.last(), 0, 16) });
-        QCOMPARE(eventsOf(events), expected);
+        QCOMPARE(eventsOf(*events), expected);
     }
 
-    void fetchWithoutHandleReturnsQuietly()
+    void deviceWithoutHandleAnswersQuietly()
     {
-        FakeVrn fake;
-        RadarDevice device(&fake.table);
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
-        const RadarFrameResult result = device.getNextFrame(config);
+        RadarDevice unconnected(&fake->table);
+        QSignalSpy quiet(&unconnected, &RadarDevice::triggerEvent);
+        const RadarFrameResult result = unconnected.getNextFrame(*config);
         QVERIFY(!result.success);
         QCOMPARE(result.frame, nullptr);
-        QCOMPARE(fake.nextFrameCalls.load(), 0);
-        QCOMPARE(events.count(), 0);
+        QCOMPARE(fake->nextFrameCalls.load(), 0);
+        QVERIFY(std::isnan(unconnected.getTemperature()));
+        QCOMPARE(quiet.count(), 0);
     }
 
     void frameTimeLimit_data()
@@ -134,16 +147,11 @@ private slots:
         QFETCH(bool, valid);
         QFETCH(int, code);
         QFETCH(QString, message);
-        FakeVrn fake;
-        fake.temperatureStatus = status;
-        fake.temperature = 41.5f;
-        RadarDevice device(&fake.table);
-        QVERIFY(std::isnan(device.getTemperature()));
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        fake->temperatureStatus = status;
+        fake->temperature = 41.5f;
         if (status == 0x10001)
             QTest::ignoreMessage(QtCriticalMsg, "Failed to get device temperature: \"status 0x10001\"");
-        const float temperature = device.getTemperature();
+        const float temperature = device->getTemperature();
         if (valid)
             QCOMPARE(temperature, 41.5f);
         else
@@ -151,22 +159,18 @@ private slots:
         QVector<RadarEvent> expected;
         if (code >= 0)
             expected.append({ RadarEventCode(code), message, QString("status 0x%1").arg(status, 0, 16) });
-        QCOMPARE(eventsOf(events), expected);
+        QCOMPARE(eventsOf(*events), expected);
     }
 
     void stopAcquisitionFailures()
     {
-        FakeVrn fake;
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
-        fake.stopped = 0;
+        fake->stopped = 0;
         QTest::ignoreMessage(QtWarningMsg, "Cannot stop acquisition - returned result is FALSE");
-        device.stopAcquisition();
-        QCOMPARE(events.count(), 0);
-        fake.stopError = "board gone";
-        device.stopAcquisition();
-        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::DeviceCommunicationFailure,
+        device->stopAcquisition();
+        QCOMPARE(events->count(), 0);
+        fake->stopError = "board gone";
+        device->stopAcquisition();
+        QCOMPARE(eventsOf(*events), QVector<RadarEvent>({ { RadarEventCode::DeviceCommunicationFailure,
                                                           "Failed to stop acquisition", "board gone" } }));
     }
 
@@ -191,150 +195,123 @@ private slots:
         QFETCH(QString, message);
         QFETCH(int, setCalls);
         QFETCH(QString, details);
-        FakeVrn fake;
-        fake.limits.max_range_m_min = 0.84f;
-        fake.limits.max_range_m_max = 19.27f;
-        fake.translated.num_samples_per_chirp = 128;
-        fake.translated.num_chirps_per_frame = 32;
-        fake.translated.mimo_mode = VRN_MIMO_TDM;
+        fake->limits.max_range_m_min = 0.84f;
+        fake->limits.max_range_m_max = 19.27f;
+        fake->translated.num_samples_per_chirp = 128;
+        fake->translated.num_chirps_per_frame = 32;
+        fake->translated.mimo_mode = VRN_MIMO_TDM;
         if (failing == "limits")
-            fake.limitsError = "limits unavailable";
+            fake->limitsError = "limits unavailable";
         if (failing == "translate")
-            fake.translateError = "speed resolution too fine";
+            fake->translateError = "speed resolution too fine";
         if (failing == "set")
-            fake.setConfigError = "board refused";
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        config.metrics()->setMaxRangeM(0.8f);
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+            fake->setConfigError = "board refused";
+        config->metrics()->setMaxRangeM(0.8f);
         if (failing == "translate")
             QTest::ignoreMessage(QtCriticalMsg, "Cannot translate metrics to config speed resolution too fine");
 
-        QCOMPARE(device.setConfiguration(config), result);
-        QCOMPARE(fake.setConfigCalls, setCalls);
+        QCOMPARE(device->setConfiguration(*config), result);
+        QCOMPARE(fake->setConfigCalls, setCalls);
         QVector<RadarEvent> expected;
         if (!message.isEmpty())
             expected.append({ RadarEventCode::Error, message, details });
-        QCOMPARE(eventsOf(events), expected);
+        QCOMPARE(eventsOf(*events), expected);
         if (failing.isEmpty()) {
-            QCOMPARE(config.limits()->maxRangeMMin(), 0.8f);
-            QCOMPARE(config.limits()->maxRangeMMax(), 19.2f);
-            QCOMPARE(fake.lastMetrics.max_range_m, 0.84f);
-            QCOMPARE(fake.lastSetConfig.num_samples_per_chirp, 128u);
+            QCOMPARE(config->limits()->maxRangeMMin(), 0.8f);
+            QCOMPARE(config->limits()->maxRangeMMax(), 19.2f);
+            QCOMPARE(fake->lastMetrics.max_range_m, 0.84f);
+            QCOMPARE(fake->lastSetConfig.num_samples_per_chirp, 128u);
         }
         if (result) {
-            QCOMPARE(config.parameters()->numChirpsPerFrame(), 32u);
-            QCOMPARE(config.parameters()->mimoMode(), QString("tdm"));
-            QCOMPARE(config.parameters()->chirpTime(), fake.chirpTime);
+            QCOMPARE(config->parameters()->numChirpsPerFrame(), 32u);
+            QCOMPARE(config->parameters()->mimoMode(), QString("tdm"));
+            QCOMPARE(config->parameters()->chirpTime(), fake->chirpTime);
         } else {
-            QCOMPARE(config.parameters()->numChirpsPerFrame(), 4u);
+            QCOMPARE(config->parameters()->numChirpsPerFrame(), 4u);
         }
     }
 
     void recalculationDoesNotTouchTheDevice()
     {
-        FakeVrn fake;
-        fake.translated.num_chirps_per_frame = 64;
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        QVERIFY(device.recalculateConfiguration(config));
-        QCOMPARE(fake.setConfigCalls, 0);
-        QCOMPARE(config.parameters()->numChirpsPerFrame(), 64u);
-        config.setRecalcHandler(&device);
-        fake.translated.num_chirps_per_frame = 16;
-        QVERIFY(config.recalcConfig());
-        QCOMPARE(config.parameters()->numChirpsPerFrame(), 16u);
+        fake->translated.num_chirps_per_frame = 64;
+        QVERIFY(device->recalculateConfiguration(*config));
+        QCOMPARE(fake->setConfigCalls, 0);
+        QCOMPARE(config->parameters()->numChirpsPerFrame(), 64u);
+        config->setRecalcHandler(device.get());
+        fake->translated.num_chirps_per_frame = 16;
+        QVERIFY(config->recalcConfig());
+        QCOMPARE(config->parameters()->numChirpsPerFrame(), 16u);
     }
 
     void deviceInformation()
     {
-        FakeVrn fake;
-        qstrcpy(fake.info.name, "KMR7C");
-        fake.info.num_rx_antennas = 3;
-        fake.info.num_tx_antennas = 2;
-        fake.info.min_rf_frequency_Hz = 58000000000ull;
-        fake.info.max_rf_frequency_Hz = 63500000000ull;
-        qstrcpy(fake.firmware.description, "Radar baseboard firmware");
-        fake.firmware.version_major = 2;
-        fake.firmware.version_minor = 5;
-        fake.firmware.version_build = 11;
-        fake.txPower = { 4.0f, 5.5f };
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
+        qstrcpy(fake->info.name, "KMR7C");
+        fake->info.num_rx_antennas = 3;
+        fake->info.num_tx_antennas = 2;
+        fake->info.min_rf_frequency_Hz = 58000000000ull;
+        fake->info.max_rf_frequency_Hz = 63500000000ull;
+        qstrcpy(fake->firmware.description, "Radar baseboard firmware");
+        fake->firmware.version_major = 2;
+        fake->firmware.version_minor = 5;
+        fake->firmware.version_build = 11;
+        fake->txPower = { 4.0f, 5.5f };
         // A page that asks the device for more on a change must find it unlocked.
         int rxSeen = -1;
-        connect(config.deviceInfo(), &DeviceInfo::deviceNameChanged, this, [&] { rxSeen = device.getNumRxAntennas(); });
-        device.updateDeviceInfo(*config.deviceInfo());
+        connect(config->deviceInfo(), &DeviceInfo::deviceNameChanged, this, [&] { rxSeen = device->getNumRxAntennas(); });
+        device->updateDeviceInfo(*config->deviceInfo());
         QCOMPARE(rxSeen, 3);
-        const DeviceInfo& info = *config.deviceInfo();
+        const DeviceInfo& info = *config->deviceInfo();
         QCOMPARE(info.deviceName(), QString("KMR7C"));
-        QCOMPARE(config.radarType(), RadarConstants::KMR7C);
+        QCOMPARE(config->radarType(), RadarConstants::KMR7C);
         QCOMPARE(info.numRxAntennas(), quint8(3));
         QCOMPARE(info.numTxAntennas(), quint8(2));
         QCOMPARE(info.maxRfFrequencyHz(), 63500000000ull);
         QCOMPARE(info.deviceFirmwareNumber(), QString("v2.5.11"));
         QCOMPARE(info.deviceFirmwareName(), QString("Radar baseboard firmware"));
         QCOMPARE(info.deviceType(), int(VRN_DEVICE_TYPE_KMR7A));
-        QCOMPARE(device.getFirmwareVersion(), QString("2511"));
-        QCOMPARE(device.getNumRxAntennas(), 3);
-        QCOMPARE(device.getNumTxAntennas(), 2);
-        QCOMPARE(fake.lastUuid, QByteArray("a"));
+        QCOMPARE(device->getFirmwareVersion(), QString("2511"));
+        QCOMPARE(device->getNumRxAntennas(), 3);
+        QCOMPARE(device->getNumTxAntennas(), 2);
+        QCOMPARE(fake->lastUuid, QByteArray("a"));
 
-        config.metrics()->tx()->setMask(0b0010);
-        device.updateTxPower(config);
+        config->metrics()->tx()->setMask(0b0010);
+        device->updateTxPower(*config);
         QCOMPARE(info.deviceTxPower(), QVector<float>({ 0.0f, 5.5f }));
     }
 
     void applicationDefaults()
     {
-        FakeVrn fake;
-        fake.psDefaults.max_detection_range_m = 4.0f;
-        fake.segError = "no segmentation on this chip";
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        fake->psDefaults.max_detection_range_m = 4.0f;
+        fake->segError = "no segmentation on this chip";
         // A receiver that asks the device for more must find it unlocked.
         float temperatureSeen = -1.0f;
-        connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+        connect(device.get(), &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device->getTemperature(); });
 
-        config.setApplication(RadarConstants::Segmentation);
-        device.updateApplicationDefaults(config);
+        config->setApplication(RadarConstants::Segmentation);
+        device->updateApplicationDefaults(*config);
         const QVector<RadarEvent> expected {
             { RadarEventCode::Error, "Cannot get default config for segmentation", "no segmentation on this chip" },
             { RadarEventCode::Error, "Failed to get default configuration for Segmentation calculations", "" },
         };
-        QCOMPARE(eventsOf(events), expected);
+        QCOMPARE(eventsOf(*events), expected);
         QCOMPARE(temperatureSeen, 0.0f);
 
-        config.setApplication(RadarConstants::PresenceSensing);
-        device.updateApplicationDefaults(config);
-        QCOMPARE(config.presenceSensing()->maxDetectionRange(), 4.0f);
-        QCOMPARE(events.count(), 2);
+        config->setApplication(RadarConstants::PresenceSensing);
+        device->updateApplicationDefaults(*config);
+        QCOMPARE(config->presenceSensing()->maxDetectionRange(), 4.0f);
+        QCOMPARE(events->count(), 2);
     }
 
     void chirpTimeFailureFindsTheDeviceUnlocked()
     {
-        FakeVrn fake;
-        fake.chirpTimeError = "no chirp time";
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        QSignalSpy events(&device, &RadarDevice::triggerEvent);
+        fake->chirpTimeError = "no chirp time";
         // A receiver that asks the device for more must find it unlocked.
         float temperatureSeen = -1.0f;
-        connect(&device, &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device.getTemperature(); });
+        connect(device.get(), &RadarDevice::triggerEvent, this, [&] { temperatureSeen = device->getTemperature(); });
 
-        QVERIFY(device.setConfiguration(config));
+        QVERIFY(device->setConfiguration(*config));
 
-        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get chirp time", "no chirp time" } }));
+        QCOMPARE(eventsOf(*events), QVector<RadarEvent>({ { RadarEventCode::Error, "Cannot get chirp time", "no chirp time" } }));
         QCOMPARE(temperatureSeen, 0.0f);
     }
 
@@ -352,32 +329,33 @@ private slots:
         QFETCH(bool, chirpValuesOnly);
         QFETCH(quint32, tracks);
         QFETCH(float, range);
-        FakeVrn fake;
-        fake.segDefaults.max_num_tracks = 10;
-        fake.segDefaults.max_detection_range_m = 5.0f;
-        fake.segDefaults.num_chirps_per_frame = 64;
-        RadarDevice device(&fake.table);
-        QVERIFY(device.connectDevice("a", VRN_SHIELD_FMCW_512));
-        RadarDeviceConfiguration config;
-        smallScene(config, 0.1f);
-        config.setApplication(RadarConstants::Segmentation);
-        config.segmentation()->setMaxNumTracks(7);
-        config.segmentation()->setMaxDetectionRangeM(2.5f);
+        fake->segDefaults.max_num_tracks = 10;
+        fake->segDefaults.max_detection_range_m = 5.0f;
+        fake->segDefaults.num_chirps_per_frame = 64;
+        config->setApplication(RadarConstants::Segmentation);
+        config->segmentation()->setMaxNumTracks(7);
+        config->segmentation()->setMaxDetectionRangeM(2.5f);
         // A page that asks the device for more on a change must find it unlocked.
         int changesSeen = 0;
-        connect(config.segmentation(), &SegmentationConfiguration::numChirpsPerFrameChanged, this, [&] {
-            device.getNumRxAntennas();
+        connect(config->segmentation(), &SegmentationConfiguration::numChirpsPerFrameChanged, this, [&] {
+            device->getNumRxAntennas();
             ++changesSeen;
         });
 
-        device.updateApplicationDefaults(config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
+        device->updateApplicationDefaults(*config, chirpValuesOnly ? RadarDevice::SegmentationDefaults::ChirpValuesOnly
                                                                  : RadarDevice::SegmentationDefaults::Everything);
 
-        QCOMPARE(config.segmentation()->maxNumTracks(), tracks);
-        QCOMPARE(config.segmentation()->maxDetectionRangeM(), range);
-        QCOMPARE(config.segmentation()->numChirpsPerFrame(), 64u);
+        QCOMPARE(config->segmentation()->maxNumTracks(), tracks);
+        QCOMPARE(config->segmentation()->maxDetectionRangeM(), range);
+        QCOMPARE(config->segmentation()->numChirpsPerFrame(), 64u);
         QCOMPARE(changesSeen, 1);
     }
+
+private:
+    std::unique_ptr<FakeVrn> fake;
+    std::unique_ptr<RadarDevice> device;
+    std::unique_ptr<RadarDeviceConfiguration> config;
+    std::unique_ptr<QSignalSpy> events;
 };
 
 QTEST_GUILESS_MAIN(TestRadarDevice)
