@@ -33,47 +33,49 @@ GroupBox {
         // Presence sensing.
         ColumnLayout {
             visible: pane.application === 1
+            Layout.fillWidth: true
             spacing: 4
             MetricField {
                 target: pane.presence; propertyName: "minDetectionRange"; namePrefix: "presence_"
                 fieldName: "presencesensing.minDetectionRange"; label: qsTr("Min detection range"); unit: "m"
-                tracker: pane.tracker
+                tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             MetricField {
                 target: pane.presence; propertyName: "maxDetectionRange"; namePrefix: "presence_"
                 fieldName: "presencesensing.maxDetectionRange"; label: qsTr("Max detection range"); unit: "m"
-                tracker: pane.tracker
+                tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             MetricField {
                 target: pane.presence; propertyName: "rangeHysteresisPercentage"; namePrefix: "presence_"
                 fieldName: "presencesensing.rangeHysteresisPercentage"; label: qsTr("Range hysteresis"); unit: "%"
-                tracker: pane.tracker
+                tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             MetricField {
                 target: pane.presence; propertyName: "presenceConfirmCount"; namePrefix: "presence_"
-                fieldName: "presencesensing.presenceConfirmCount"; label: qsTr("Presence confirm count")
-                whole: true; tracker: pane.tracker
+                fieldName: "presencesensing.presenceConfirmCount"; label: qsTr("Confirm presence"); unit: qsTr("frames")
+                whole: true; tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             MetricField {
                 target: pane.presence; propertyName: "absenceConfirmCount"; namePrefix: "presence_"
-                fieldName: "presencesensing.absenceConfirmCount"; label: qsTr("Absence confirm count")
-                whole: true; tracker: pane.tracker
+                fieldName: "presencesensing.absenceConfirmCount"; label: qsTr("Confirm absence"); unit: qsTr("frames")
+                whole: true; tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
         }
 
         // Segmentation.
         ColumnLayout {
             visible: pane.application === 2
+            Layout.fillWidth: true
             spacing: 4
             MetricField {
                 target: pane.segmentation; propertyName: "maxDetectionRangeM"; namePrefix: "segmentation_"
                 fieldName: "segmentation.maxDetectionRangeM"; label: qsTr("Max detection range"); unit: "m"
-                tracker: pane.tracker
+                tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             MetricField {
                 target: pane.segmentation; propertyName: "maxNumTracks"; namePrefix: "segmentation_"
                 fieldName: "segmentation.maxNumTracks"; label: qsTr("Max tracks"); whole: true
-                tracker: pane.tracker
+                tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
             }
             CheckBox {
                 objectName: "segmentation_enableHysteresis"
@@ -84,7 +86,7 @@ GroupBox {
             RowLayout {
                 Label {
                     text: qsTr("Detection sensitivity")
-                    Layout.preferredWidth: 150
+                    Layout.preferredWidth: 175
                 }
                 ComboBox {
                     objectName: "segmentation_detectionSensitivity"
@@ -96,7 +98,7 @@ GroupBox {
             RowLayout {
                 Label {
                     text: qsTr("Static target removal")
-                    Layout.preferredWidth: 150
+                    Layout.preferredWidth: 175
                 }
                 ComboBox {
                     objectName: "segmentation_staticTargetRemoval"
@@ -108,7 +110,7 @@ GroupBox {
             RowLayout {
                 Label {
                     text: qsTr("Segments")
-                    Layout.preferredWidth: 150
+                    Layout.preferredWidth: 175
                 }
                 SpinBox {
                     objectName: "segmentCount"
@@ -126,7 +128,7 @@ GroupBox {
                     fieldName: "segmentation.segmentsDegrees"
                     label: qsTr("Segment S%1").arg(index + 1)
                     unit: "°"
-                    tracker: pane.tracker
+                    tracker: pane.tracker; labelWidth: 175; fieldWidth: 90
                     shownValue: pane.segmentation.segmentsDegrees[index]
                     writeValue: function (number) { pane.segmentation.setSegment(index, number) }
                 }

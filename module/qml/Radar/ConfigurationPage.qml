@@ -73,7 +73,7 @@ Item {
                 // In the order of RadarConstants::Application.
                 model: [qsTr("None"), qsTr("Presence sensing"), qsTr("Segmentation")]
                 currentIndex: page.application
-                Layout.preferredWidth: 170
+                Layout.preferredWidth: 190
                 onActivated: page.gui.application = index
             }
             Label {
@@ -161,7 +161,7 @@ Item {
 
                 GroupBox {
                     title: qsTr("Scene")
-                    width: 520
+                    width: 515
                     ColumnLayout {
                         anchors.fill: parent
                         spacing: 4
@@ -233,7 +233,7 @@ Item {
                 }
 
                 ApplicationSettingsPane {
-                    width: 350
+                    width: 365
                     configuration: page.gui
                     tracker: validity
                 }

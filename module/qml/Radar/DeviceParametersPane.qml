@@ -17,44 +17,44 @@ GroupBox {
         anchors.fill: parent
         spacing: 2
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Samples per chirp")
             text: pane.parameters.numSamplesPerChirp
             valueObjectName: "parameterSamplesPerChirp"
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Chirps per frame")
             text: pane.parameters.numChirpsPerFrame
             valueObjectName: "parameterChirpsPerFrame"
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Frame repetition time")
             text: Format.seconds(pane.parameters.frameRepetitionTimeS)
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Chirp repetition time")
             text: Format.seconds(pane.parameters.chirpRepetitionTimeS)
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Chirp time")
             text: Format.seconds(pane.parameters.chirpTime)
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("Pulse repetition time")
             text: Format.seconds(pane.parameters.pulseRepetitionTimeS)
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("RF band")
             text: Format.band(pane.parameters.lowerFrequencyHz, pane.parameters.upperFrequencyHz)
         }
         ValueRow {
-            labelWidth: 165
+            labelWidth: 180
             label: qsTr("MIMO mode")
             text: pane.parameters.mimoMode
         }

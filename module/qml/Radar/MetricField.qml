@@ -26,7 +26,8 @@ ColumnLayout {
     property var writeValue: function (number) { target[propertyName] = number }
     // Counts the page's fields holding an unacceptable value.
     property QtObject tracker: null
-    property int labelWidth: 160
+    property int labelWidth: 175
+    property int fieldWidth: 130
     property string message: ""
     readonly property bool valid: message.length === 0
 
@@ -73,7 +74,7 @@ ColumnLayout {
         TextField {
             id: input
             objectName: field.namePrefix + field.propertyName
-            Layout.preferredWidth: 130
+            Layout.preferredWidth: field.fieldWidth
             selectByMouse: true
             color: field.valid ? palette.text : "#b00020"
             onTextEdited: {
@@ -91,7 +92,9 @@ ColumnLayout {
         }
         Label {
             text: field.rangeText
+            visible: text.length > 0
             color: "#6a6a6a"
+            font.pixelSize: 12
             Layout.fillWidth: true
             elide: Text.ElideRight
         }

@@ -118,7 +118,14 @@ Item {
 
             readonly property var rangeTicks: Format.ticks(view.rangeAxis.min, view.rangeAxis.max, 6)
             readonly property var speedTicks: Format.ticks(view.speedAxis.min, view.speedAxis.max, 6)
-            readonly property var dbTicks: Format.ticks(view.settings.colorThreshold, 0, 5)
+            // The threshold at the bottom is labelled too, unless a round
+            // tick sits next to it.
+            readonly property var dbTicks: {
+                var values = Format.ticks(view.settings.colorThreshold, 0, 5)
+                if (values.length === 0 || values[0] - view.settings.colorThreshold > -view.settings.colorThreshold / 10)
+                    values.unshift(view.settings.colorThreshold)
+                return values
+            }
 
             // Range axis title, turned.
             Text {

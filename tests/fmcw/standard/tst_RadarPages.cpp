@@ -66,6 +66,9 @@ private slots:
     void typedMetricIsJudgedByTheModule();
     void appliedChangeReachesTheDevice();
     void deviceTabShowsTheBoardsReadings();
+    void hoverOverTheImageReadsRangeAndSpeed();
+    void chartsFollowTheAppliedApplication_data();
+    void chartsFollowTheAppliedApplication();
     void recordButtonStartsAndStopsARecording();
 
 private:
@@ -74,6 +77,7 @@ private:
     void click(QQuickItem* target);
     void typeInto(QQuickItem* field, const QString& text);
     QImage rendered();
+    void savePicture(const QString& name);
     QObject* view() const { return m_sim->view(); }
 
     QTemporaryDir m_dir;
@@ -135,9 +139,26 @@ void TestRadarPages::cleanup()
     QVERIFY2(g_qmlWarnings.isEmpty(), qPrintable(g_qmlWarnings.join(QLatin1Char('\n'))));
 }
 
+namespace {
+// Through the visual tree: the delegates of repeaters are children of the
+// items they show in, not of the repeater's object.
+QQuickItem* findItem(QQuickItem* root, const QString& name)
+{
+    if (root->objectName() == name)
+        return root;
+    for (QQuickItem* child : root->childItems()) {
+        if (QQuickItem* found = findItem(child, name))
+            return found;
+    }
+    return nullptr;
+}
+}
+
 QQuickItem* TestRadarPages::item(const char* name) const
 {
-    return m_page->findChild<QQuickItem*>(QLatin1String(name));
+    if (QQuickItem* found = m_page->findChild<QQuickItem*>(QLatin1String(name)))
+        return found;
+    return findItem(m_page, QLatin1String(name));
 }
 
 void TestRadarPages::click(QQuickItem* target)
@@ -175,6 +196,13 @@ QImage TestRadarPages::rendered()
     if (!swapped.wait(5000))
         return QImage();
     return m_window->screen()->grabWindow(m_window->winId()).toImage();
+}
+
+void TestRadarPages::savePicture(const QString& name)
+{
+    const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
+    if (!folder.isEmpty())
+        QVERIFY(rendered().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
 }
 
 void TestRadarPages::everyTabShowsItsContent_data()
@@ -276,6 +304,84 @@ void TestRadarPages::deviceTabShowsTheBoardsReadings()
              qPrintable(item("deviceTxPower")->property("text").toString()));
     QTRY_VERIFY_WITH_TIMEOUT(item("deviceTemperature")->property("text").toString().endsWith(QStringLiteral(" °C")),
                              8000);
+    savePicture(QStringLiteral("deviceTab"));
+}
+
+void TestRadarPages::hoverOverTheImageReadsRangeAndSpeed()
+{
+    QQuickItem* image = item("rangeDopplerImage");
+    QVERIFY(image && image->isVisible());
+    QObject* applied = view()->property("deviceConfiguration").value<QObject*>();
+    QObject* range = applied->property("dopplerRangeAxis").value<QObject*>();
+    QObject* speed = applied->property("dopplerSpeedAxis").value<QObject*>();
+    const double rangeMin = range->property("min").toDouble();
+    const double rangeMax = range->property("max").toDouble();
+    const double speedMin = speed->property("min").toDouble();
+    const double speedMax = speed->property("max").toDouble();
+    QVERIFY(rangeMax > rangeMin && speedMax > speedMin);
+
+    // A quarter from the top (range grows upwards), three quarters across.
+    const QPointF at = image->mapToScene(QPointF(image->width() * 0.75, image->height() * 0.25));
+    QTest::mouseMove(m_window.get(), at.toPoint());
+    QQuickItem* readout = item("rangeDopplerReadoutText");
+    QTRY_VERIFY(readout->isVisible());
+    const QString shown = readout->property("text").toString();
+    const QRegularExpressionMatch numbers
+        = QRegularExpression(QStringLiteral("^range: (-?[0-9.]+) m  speed: (-?[0-9.]+) m/s$")).match(shown);
+    QVERIFY2(numbers.hasMatch(), qPrintable(shown));
+    // Within a pixel of the position, and the rounding of the text.
+    QVERIFY(qAbs(numbers.captured(1).toDouble() - (rangeMin + 0.75 * (rangeMax - rangeMin)))
+            <= (rangeMax - rangeMin) / image->height() + 0.006);
+    QVERIFY(qAbs(numbers.captured(2).toDouble() - (speedMin + 0.75 * (speedMax - speedMin)))
+            <= (speedMax - speedMin) / image->width() + 0.006);
+}
+
+void TestRadarPages::chartsFollowTheAppliedApplication_data()
+{
+    QTest::addColumn<int>("application");
+    QTest::addColumn<QString>("chart");
+    QTest::addColumn<QString>("setting");
+    QTest::newRow("PresenceSensing") << 1 << "presenceChart" << "presence_maxDetectionRange";
+    QTest::newRow("Segmentation") << 2 << "polarChart" << "segment_1";
+}
+
+void TestRadarPages::chartsFollowTheAppliedApplication()
+{
+    QFETCH(int, application);
+    QFETCH(QString, chart);
+    QFETCH(QString, setting);
+    QQuickItem* shown = item(qPrintable(chart));
+    QVERIFY(shown && !shown->isVisible());
+
+    showTab("configurationTab");
+    QQuickItem* selector = item("applicationSelector");
+    click(selector);
+    for (int i = 0; i < application; ++i)
+        QTest::keyClick(m_window.get(), Qt::Key_Down);
+    QTest::keyClick(m_window.get(), Qt::Key_Return);
+    QObject* edited = view()->property("guiConfiguration").value<QObject*>();
+    QTRY_COMPARE(edited->property("application").toInt(), application);
+    QVERIFY(item("revertButton")->isEnabled());
+    click(item("applyButton"));
+    QObject* applied = view()->property("deviceConfiguration").value<QObject*>();
+    QCOMPARE(applied->property("application").toInt(), application);
+    QVERIFY(view()->property("isActive").toBool());
+    // The application's own settings are on the page now.
+    QQuickItem* field = item(qPrintable(setting));
+    QVERIFY(field);
+    QTRY_VERIFY(field->isVisible());
+    QVERIFY(!field->property("text").toString().isEmpty());
+    savePicture(QStringLiteral("configuration-") + QString::fromLatin1(QTest::currentDataTag()));
+
+    showTab("chartsTab");
+    QVERIFY(shown->isVisible());
+    QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+    QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 10, 10000);
+    if (application == 1)
+        QVERIFY(shown->findChild<QObject*>("seriesChart")->property("pointCount").toInt() > 1);
+    else
+        QVERIFY(shown->property("pixelRadius").toInt() > 50);
+    savePicture(QStringLiteral("charts-") + QString::fromLatin1(QTest::currentDataTag()));
 }
 
 void TestRadarPages::recordButtonStartsAndStopsARecording()
