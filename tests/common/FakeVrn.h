@@ -123,5 +123,9 @@ struct FakeVrn {
     SharedFrame newFrame(uint32_t channels, uint32_t chirps, uint32_t samples);
 
     FakeVrn();
-    ~FakeVrn() { current() = nullptr; }
+    ~FakeVrn()
+    {
+        if (current() == this)
+            current() = nullptr;
+    }
 };

@@ -5,40 +5,29 @@
 
 #include <QtTest>
 
-namespace {
-
-// The scripted SDK, a broker handing it out and default settings; each test
-// scripts the SDK's answers and edits the settings before it creates the
-// calculator.
-struct Rig {
-    FakeVrn fake;
-    RangeSpectrumUserSettings settings;
-
-    std::unique_ptr<RadarRangeSpectrumCalculator> create()
-    {
-        return RadarRangeSpectrumCalculator::create(fake.broker, settings);
-    }
-};
-
-}
-
 class TestRadarRangeSpectrumCalculator : public QObject
 {
     Q_OBJECT
 private slots:
+    // Each test scripts the SDK's answers and edits the settings before it
+    // creates the calculator.
+    void init()
+    {
+        fake = std::make_unique<FakeVrn>();
+        settings = std::make_unique<RangeSpectrumUserSettings>();
+    }
     void createHandsTheSettingsToTheSdk()
     {
-        Rig rig;
-        rig.settings.updateDeviceParameters(300, 32);
-        rig.settings.fftConfig()->setMeanRemoval(false);
-        rig.settings.fftConfig()->window()->setType("Hanning");
-        rig.settings.fftConfig()->window()->setScale(2.0f);
+        settings->updateDeviceParameters(300, 32);
+        settings->fftConfig()->setMeanRemoval(false);
+        settings->fftConfig()->window()->setType("Hanning");
+        settings->fftConfig()->window()->setScale(2.0f);
 
-        auto calculator = rig.create();
+        auto calculator = create();
         QVERIFY(calculator);
         // What the user chose and the FFT size derived from the chirp reach the
         // SDK; the rest of the record is the settings' own copy.
-        const vrn_RS_Config_t& sent = rig.fake.rsConfig;
+        const vrn_RS_Config_t& sent = fake->rsConfig;
         QCOMPARE(sent.fft_config.fft_size, 512u);
         QCOMPARE(sent.fft_config.mean_removal_enabled, uint8_t(0));
         QCOMPARE(sent.fft_config.window_config.type, VRN_WINDOW_HANN);
@@ -50,11 +39,10 @@ private slots:
 
     void refusedCreationGivesNoCalculator()
     {
-        Rig rig;
-        rig.fake.rsCreateError = "window too long";
+        fake->rsCreateError = "window too long";
         QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Spectrum handle: window too long");
-        QVERIFY(!rig.create());
-        QCOMPARE(rig.fake.rsDestroyCalls, 0);
+        QVERIFY(!create());
+        QCOMPARE(fake->rsDestroyCalls, 0);
     }
 
     void spectraPerAntenna_data()
@@ -76,49 +64,46 @@ private slots:
         QFETCH(int, failingRun);
         QFETCH(QVector<float>, firstValues);
 
-        Rig rig;
-        rig.settings.updateDeviceParameters(64, 16);
-        auto calculator = rig.create();
+        settings->updateDeviceParameters(64, 16);
+        auto calculator = create();
         QVERIFY(calculator);
         if (failingRun >= 0) {
-            rig.fake.rsRunErrors.resize(failingRun + 1);
-            rig.fake.rsRunErrors[failingRun] = "input too short";
+            fake->rsRunErrors.resize(failingRun + 1);
+            fake->rsRunErrors[failingRun] = "input too short";
             QTest::ignoreMessage(QtCriticalMsg,
                                  qPrintable(QString("Failed to calculate Range Spectrum data for antenna %1: input too short")
                                                 .arg(failingRun)));
         }
         {
-            const QVector<SharedVector> spectra = calculator->processData(rig.fake.newFrame(antennas, 16, 64));
+            const QVector<SharedVector> spectra = calculator->processData(fake->newFrame(antennas, 16, 64));
             QCOMPARE(spectra.size(), firstValues.size());
             for (int i = 0; i < spectra.size(); ++i) {
                 QCOMPARE(spectra[i]->len, 128u); // FFT size 256 / 2
                 QCOMPARE(spectra[i]->data[0], firstValues[i]);
             }
             // Only the spectra handed out are alive; a failed run's vector is gone.
-            QCOMPARE(rig.fake.vectorsAlive, spectra.size());
+            QCOMPARE(fake->vectorsAlive, spectra.size());
         }
-        QCOMPARE(rig.fake.vectorsAlive, 0);
-        QCOMPARE(rig.fake.framesAlive.load(), 0);
+        QCOMPARE(fake->vectorsAlive, 0);
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
     void missingFrameGivesNothing()
     {
-        Rig rig;
-        auto calculator = rig.create();
+        auto calculator = create();
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Spectrum. Cannot get input frame. Data is NULL");
         QVERIFY(calculator->processData(SharedFrame()).isEmpty());
-        QCOMPARE(rig.fake.rsRuns, 0);
+        QCOMPARE(fake->rsRuns, 0);
     }
 
     void refusedDestroyIsLoggedOnce()
     {
-        Rig rig;
-        rig.fake.rsDestroyError = "handle busy";
-        auto calculator = rig.create();
+        fake->rsDestroyError = "handle busy";
+        auto calculator = create();
         QVERIFY(calculator);
         QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Spectrum handle: handle busy");
         calculator.reset();
-        QCOMPARE(rig.fake.rsDestroyCalls, 1);
+        QCOMPARE(fake->rsDestroyCalls, 1);
     }
 
     void distanceAxis_data()
@@ -137,9 +122,8 @@ private slots:
         QFETCH(bool, ok);
         QFETCH(double, max);
 
-        Rig rig;
-        rig.fake.axisError = error.isEmpty() ? nullptr : error.constData();
-        auto calculator = rig.create();
+        fake->axisError = error.isEmpty() ? nullptr : error.constData();
+        auto calculator = create();
         if (!ok)
             QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate range axis for range spectrum : no chirp");
         const auto axis = calculator->calculateDistanceAxis(256, 64, 9.6f);
@@ -151,14 +135,13 @@ private slots:
 
     void frequencyAxisFailureNamesTheReason()
     {
-        Rig rig;
-        auto calculator = rig.create();
+        auto calculator = create();
 
         const auto axis = calculator->calculateFrequencyAxis(256, 1.0e6f);
         QVERIFY(axis.first);
         QCOMPARE(axis.second.step, 1.0e6 / 256);
 
-        rig.fake.axisError = "rate out of range";
+        fake->axisError = "rate out of range";
         QTest::ignoreMessage(QtCriticalMsg,
                              "Error, could not calculate frequency axis for frequency domain: rate out of range");
         QVERIFY(!calculator->calculateFrequencyAxis(256, 1.0e6f).first);
@@ -166,8 +149,7 @@ private slots:
 
     void pulsedDopplerFrameGivesOneSpectrum()
     {
-        Rig rig;
-        auto calculator = rig.create();
+        auto calculator = create();
 
         vrn_Complex_t samples[4] = { { 7.0f, 1.0f }, {}, {}, {} };
         vrn_Matrix_C_s channel { 1, 4, 4, samples };
@@ -177,10 +159,19 @@ private slots:
         QCOMPARE(spectra.size(), 1);
         QCOMPARE(spectra[0]->data[0], 7.0f);
 
-        rig.fake.rsRunErrors = { nullptr, "saturated" };
+        fake->rsRunErrors = { nullptr, "saturated" };
         QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Spectrum data for Corvix: saturated");
         QVERIFY(calculator->processData(&frame).isEmpty());
     }
+
+private:
+    std::unique_ptr<RadarRangeSpectrumCalculator> create()
+    {
+        return RadarRangeSpectrumCalculator::create(fake->broker, *settings);
+    }
+
+    std::unique_ptr<FakeVrn> fake;
+    std::unique_ptr<RangeSpectrumUserSettings> settings;
 };
 
 QTEST_GUILESS_MAIN(TestRadarRangeSpectrumCalculator)

@@ -32,38 +32,30 @@ void describeScene(RadarDeviceConfiguration& config)
     config.presenceSensing()->setAbsenceConfirmCount(7);
 }
 
-struct PresenceRig {
-    FakeVrn fake;
-    RadarConfigurationUtils utils { &fake.table, false };
-    RadarDeviceConfiguration config;
-
-    PresenceRig()
-    {
-        fake.psDefaults.min_detection_range_m = 0.2f;
-        fake.psDefaults.max_detection_range_m = 5.0f;
-        fake.psDefaults.sensitivity_threshold = 0.25f;
-        fake.psDefaults.device_config.num_samples_per_chirp = 999;
-        describeScene(config);
-    }
-};
-
-// A segmentation calculator for chirps of 64 samples, 32 to a frame.
-std::unique_ptr<RadarSegmentationCalculator> segmentation(FakeVrn& fake, SegmentationConfiguration& user)
-{
-    return RadarSegmentationCalculator::create(fake.broker, user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
-}
-
 }
 
 class TestRadarApplicationCalculators : public QObject
 {
     Q_OBJECT
 private slots:
+    // Each test starts from SDK defaults that differ from the user's and
+    // the scene's, so a test can tell where each value came from.
+    void init()
+    {
+        fake = std::make_unique<FakeVrn>();
+        fake->psDefaults.min_detection_range_m = 0.2f;
+        fake->psDefaults.max_detection_range_m = 5.0f;
+        fake->psDefaults.sensitivity_threshold = 0.25f;
+        fake->psDefaults.device_config.num_samples_per_chirp = 999;
+        utils = std::make_unique<RadarConfigurationUtils>(&fake->table, false);
+        config = std::make_unique<RadarDeviceConfiguration>();
+        describeScene(*config);
+        user = std::make_unique<SegmentationConfiguration>();
+    }
     void presenceRecordJoinsDefaultsUserAndScene()
     {
-        PresenceRig rig;
-        QVERIFY(RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config));
-        const vrn_PresenceSensing_Config_t& sent = rig.fake.psConfig;
+        QVERIFY(presence());
+        const vrn_PresenceSensing_Config_t& sent = fake->psConfig;
         QCOMPARE(sent.min_detection_range_m, 0.5f);
         QCOMPARE(sent.max_detection_range_m, 2.5f);
         QCOMPARE(sent.presence_confirm_count, 2u);
@@ -87,9 +79,8 @@ private slots:
     void presenceLooksAtTheFirstAntennaOnly()
     {
         QFETCH(quint32, channels);
-        PresenceRig rig;
-        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
-        SharedPresenceResult result = calculator->process(rig.fake.newFrame(channels, 32, 64));
+        auto calculator = presence();
+        SharedPresenceResult result = calculator->process(fake->newFrame(channels, 32, 64));
         QVERIFY(result);
         QCOMPARE(result->state, VRN_PRESENCE_STATE_PRESENCE);
         QCOMPARE(result->motion_energy, 10.0f); // the first channel's samples
@@ -97,68 +88,63 @@ private slots:
 
     void presenceFailedRunDoesNotStopTheNextFrame()
     {
-        PresenceRig rig;
-        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
-        rig.fake.psRunErrors = { "matrix shape changed" };
+        auto calculator = presence();
+        fake->psRunErrors = { "matrix shape changed" };
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing result matrix shape changed");
-        QVERIFY(!calculator->process(rig.fake.newFrame(1, 32, 64)));
-        SharedPresenceResult next = calculator->process(rig.fake.newFrame(1, 32, 64));
+        QVERIFY(!calculator->process(fake->newFrame(1, 32, 64)));
+        SharedPresenceResult next = calculator->process(fake->newFrame(1, 32, 64));
         QVERIFY(next);
         QCOMPARE(next->frame_count, 2u);
 
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
         QVERIFY(!calculator->process(SharedFrame()));
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Presence Sensing. Cannot get input data. Data is NULL");
-        QVERIFY(!calculator->process(rig.fake.newFrame(0, 32, 64)));
-        QCOMPARE(rig.fake.framesAlive.load(), 0);
+        QVERIFY(!calculator->process(fake->newFrame(0, 32, 64)));
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
     void presenceWithoutInputMatrixIsQuiet()
     {
-        PresenceRig rig;
-        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
-        rig.fake.psInputMissing = true;
+        auto calculator = presence();
+        fake->psInputMissing = true;
         static int messages = 0;
         messages = 0;
         const QtMessageHandler previous
             = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++messages; });
-        const bool processed = bool(calculator->process(rig.fake.newFrame(1, 32, 64)));
+        const bool processed = bool(calculator->process(fake->newFrame(1, 32, 64)));
         qInstallMessageHandler(previous);
         QVERIFY(!processed);
         QCOMPARE(messages, 0);
-        QCOMPARE(rig.fake.psRuns, 0);
+        QCOMPARE(fake->psRuns, 0);
     }
 
     void presenceRefusedHandleIsLogged()
     {
-        PresenceRig rig;
-        rig.fake.psCreateError = "range gate empty";
+        fake->psCreateError = "range gate empty";
         QTest::ignoreMessage(QtCriticalMsg, "Cannot create Presence Sensing handle range gate empty");
-        QVERIFY(!RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config));
-        QCOMPARE(rig.fake.psDestroyCalls, 0);
+        QVERIFY(!presence());
+        QCOMPARE(fake->psDestroyCalls, 0);
 
-        rig.fake.psCreateError = nullptr;
-        rig.fake.psDestroyError = "still running";
-        auto calculator = RadarPresenceSensingCalculator::create(rig.fake.broker, rig.utils, rig.config);
+        fake->psCreateError = nullptr;
+        fake->psDestroyError = "still running";
+        auto calculator = presence();
         QVERIFY(calculator);
         QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Presence Sensing handle: still running");
         calculator.reset();
-        QCOMPARE(rig.fake.psDestroyCalls, 1);
+        QCOMPARE(fake->psDestroyCalls, 1);
     }
 
     void segmentationRecordJoinsUserAndChirp()
     {
-        FakeVrn fake;
-        SegmentationConfiguration user;
-        user.setMaxDetectionRangeM(4.0f);
-        user.setMaxNumTracks(5);
-        user.setEnableHysteresis(true);
-        user.setSegmentsDegrees({ 30.0f, 20.0f });
-        user.setDetectionSensitivity(RadarConstants::Low);
-        user.setStaticTargetRemoval(RadarConstants::Med);
+        user->setMaxDetectionRangeM(4.0f);
+        user->setMaxNumTracks(5);
+        user->setEnableHysteresis(true);
+        user->setSegmentsDegrees({ 30.0f, 20.0f });
+        user->setDetectionSensitivity(RadarConstants::Low);
+        user->setStaticTargetRemoval(RadarConstants::Med);
 
-        QVERIFY(RadarSegmentationCalculator::create(fake.broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
-        const vrn_Segmentation_Config_t& sent = fake.segConfig;
+        QVERIFY(RadarSegmentationCalculator::create(fake->broker, *user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
+        const vrn_Segmentation_Config_t& sent = fake->segConfig;
         QCOMPARE(sent.num_samples_per_chirp, 128u);
         QCOMPARE(sent.num_chirps_per_frame, 64u);
         QCOMPARE(sent.bandwidth_Hz, 4.0e9f);
@@ -175,11 +161,9 @@ private slots:
 
     void segmentationRefusedCreationGivesNoCalculator()
     {
-        FakeVrn fake;
-        fake.segCreateError = "too many segments";
-        SegmentationConfiguration user;
+        fake->segCreateError = "too many segments";
         QTest::ignoreMessage(QtCriticalMsg, "Cannot create Segmentation handle: too many segments");
-        QVERIFY(!RadarSegmentationCalculator::create(fake.broker, user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
+        QVERIFY(!RadarSegmentationCalculator::create(fake->broker, *user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
     }
 
     void segmentationReadsRx1AndRx3_data()
@@ -197,30 +181,26 @@ private slots:
         QFETCH(quint32, channels);
         QFETCH(QVector<float>, markers);
 
-        FakeVrn fake;
-        SegmentationConfiguration user;
-        auto calculator = segmentation(fake, user);
+        auto calculator = segmentation();
         if (markers.isEmpty())
             QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
-        const RadarSegmentationResult result = calculator->process(fake.newFrame(channels, 32, 64));
+        const RadarSegmentationResult result = calculator->process(fake->newFrame(channels, 32, 64));
         QCOMPARE(bool(result.trackedObjects), !markers.isEmpty());
         QCOMPARE(bool(result.segments), !markers.isEmpty());
-        QCOMPARE(fake.segInputMarkers, markers);
+        QCOMPARE(fake->segInputMarkers, markers);
     }
 
     void segmentationResultsAreCopied()
     {
-        FakeVrn fake;
-        fake.segResult.num_tracks = 2;
-        fake.segResult.tracks[0] = { 3, 1.5f, -20.0f, 0.4f };
-        fake.segResult.tracks[1] = { 8, 2.25f, 10.0f, -1.0f };
-        fake.segResult.num_segments = 3;
-        fake.segResult.segment_occupied[0] = 1;
-        fake.segResult.segment_occupied[2] = 7;
-        SegmentationConfiguration user;
-        auto calculator = segmentation(fake, user);
+        fake->segResult.num_tracks = 2;
+        fake->segResult.tracks[0] = { 3, 1.5f, -20.0f, 0.4f };
+        fake->segResult.tracks[1] = { 8, 2.25f, 10.0f, -1.0f };
+        fake->segResult.num_segments = 3;
+        fake->segResult.segment_occupied[0] = 1;
+        fake->segResult.segment_occupied[2] = 7;
+        auto calculator = segmentation();
 
-        const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
+        const RadarSegmentationResult result = calculator->process(fake->newFrame(2, 32, 64));
         QCOMPARE(result.trackedObjects->size(), 2);
         const RadarTrackedObject& second = result.trackedObjects->at(1);
         QCOMPARE(second.id, 8u);
@@ -232,16 +212,30 @@ private slots:
 
     void segmentationFailedRunGivesNothing()
     {
-        FakeVrn fake;
-        fake.segRunError = "channels differ in length";
-        SegmentationConfiguration user;
-        auto calculator = segmentation(fake, user);
+        fake->segRunError = "channels differ in length";
+        auto calculator = segmentation();
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result channels differ in length");
-        const RadarSegmentationResult result = calculator->process(fake.newFrame(2, 32, 64));
+        const RadarSegmentationResult result = calculator->process(fake->newFrame(2, 32, 64));
         QVERIFY(!result.trackedObjects);
         QVERIFY(!result.segments);
-        QCOMPARE(fake.framesAlive.load(), 0);
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
+
+private:
+    std::unique_ptr<RadarPresenceSensingCalculator> presence()
+    {
+        return RadarPresenceSensingCalculator::create(fake->broker, *utils, *config);
+    }
+    // A segmentation calculator for chirps of 64 samples, 32 to a frame.
+    std::unique_ptr<RadarSegmentationCalculator> segmentation()
+    {
+        return RadarSegmentationCalculator::create(fake->broker, *user, 64, 32, 4.0e9f, 0.0005f, 60.0e9f);
+    }
+
+    std::unique_ptr<FakeVrn> fake;
+    std::unique_ptr<RadarConfigurationUtils> utils;
+    std::unique_ptr<RadarDeviceConfiguration> config;
+    std::unique_ptr<SegmentationConfiguration> user;
 };
 
 QTEST_GUILESS_MAIN(TestRadarApplicationCalculators)

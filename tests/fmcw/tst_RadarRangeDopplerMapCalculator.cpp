@@ -10,16 +10,19 @@ class TestRadarRangeDopplerMapCalculator : public QObject
 {
     Q_OBJECT
 private slots:
+    void init()
+    {
+        fake = std::make_unique<FakeVrn>();
+        settings = std::make_unique<RangeDopplerUserSettings>();
+    }
     void createHandsTheSettingsToTheSdk()
     {
-        FakeVrn fake;
-        RangeDopplerUserSettings settings;
-        settings.updateDeviceParameters(64, 300);
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0.1f, 0.0003f,
+        settings->updateDeviceParameters(64, 300);
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *settings, nullptr, nullptr, 0, 0.1f, 0.0003f,
                                                                  60.5e9f);
         QVERIFY(calculator);
         // The defaults of the settings, with the FFT sizes the chirp asks for.
-        const vrn_RDM_Config_t& sent = fake.rdmConfig;
+        const vrn_RDM_Config_t& sent = fake->rdmConfig;
         QCOMPARE(sent.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
         QCOMPARE(sent.spect_threshold, 1.0e-6f);
         const vrn_PPFFT_Config_t& range = sent.range_fft_config;
@@ -65,10 +68,8 @@ private slots:
         QFETCH(double, rangeMax);
         QFETCH(double, speedMin);
 
-        FakeVrn fake;
-        fake.rangeAxisError = rangeError.isEmpty() ? nullptr : rangeError.constData();
-        fake.speedAxisError = speedError.isEmpty() ? nullptr : speedError.constData();
-        RangeDopplerUserSettings settings;
+        fake->rangeAxisError = rangeError.isEmpty() ? nullptr : rangeError.constData();
+        fake->speedAxisError = speedError.isEmpty() ? nullptr : speedError.constData();
         MathAxis range;
         MathAxis speed;
         if (!rangeError.isEmpty())
@@ -76,7 +77,7 @@ private slots:
         if (!speedError.isEmpty())
             QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Speed Axis for Doppler Map: " + speedError);
 
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, withAxes ? &range : nullptr,
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *settings, withAxes ? &range : nullptr,
                                                                  withAxes ? &speed : nullptr, bandwidth, 0.1f, 0.0003f,
                                                                  60.5e9f);
         // An axis failure does not cost the map.
@@ -84,9 +85,9 @@ private slots:
         QCOMPARE(range.max(), rangeMax);
         QCOMPARE(speed.min(), speedMin);
         if (withAxes && bandwidth != 0) {
-            QCOMPARE(fake.lastBandwidth, bandwidth);
-            QCOMPARE(fake.lastCenterFrequency, 60.5e9f);
-            QCOMPARE(fake.lastChirpTime, 0.0003f);
+            QCOMPARE(fake->lastBandwidth, bandwidth);
+            QCOMPARE(fake->lastCenterFrequency, 60.5e9f);
+            QCOMPARE(fake->lastChirpTime, 0.0003f);
         }
     }
 
@@ -110,14 +111,12 @@ private slots:
         QFETCH(bool, hasMap);
         QFETCH(float, marker);
 
-        FakeVrn fake;
-        RangeDopplerUserSettings settings;
-        settings.setRangeFftSize(128);
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
+        settings->setRangeFftSize(128);
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *settings, nullptr, nullptr, 0, 0, 0, 0);
         if (!hasMap)
             QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
         {
-            SharedMatrix map = calculator->processData(fake.newFrame(channels, 32, 64), antenna);
+            SharedMatrix map = calculator->processData(fake->newFrame(channels, 32, 64), antenna);
             QCOMPARE(bool(map), hasMap);
             if (map) {
                 QCOMPARE(map->rows, 64u);  // range FFT 128 / 2
@@ -125,37 +124,37 @@ private slots:
                 QCOMPARE(map->data[0], marker);
             }
         }
-        QCOMPARE(fake.matricesAlive, 0);
-        QCOMPARE(fake.framesAlive.load(), 0);
+        QCOMPARE(fake->matricesAlive, 0);
+        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
     void failedRunGivesNoMap()
     {
-        FakeVrn fake;
-        RangeDopplerUserSettings settings;
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
-        fake.rdmRunError = "matrix too small";
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *settings, nullptr, nullptr, 0, 0, 0, 0);
+        fake->rdmRunError = "matrix too small";
         QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data matrix too small");
-        QVERIFY(!calculator->processData(fake.newFrame(1, 32, 64), 0));
-        QCOMPARE(fake.matricesAlive, 0);
+        QVERIFY(!calculator->processData(fake->newFrame(1, 32, 64), 0));
+        QCOMPARE(fake->matricesAlive, 0);
         QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
         QVERIFY(!calculator->processData(SharedFrame(), 0));
     }
 
     void refusedHandleIsLogged()
     {
-        FakeVrn fake;
-        fake.rdmCreateError = "FFT size not supported";
-        RangeDopplerUserSettings settings;
+        fake->rdmCreateError = "FFT size not supported";
         QTest::ignoreMessage(QtCriticalMsg, "Cannot create Range Doppler Map handle: FFT size not supported");
-        QVERIFY(!RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0));
+        QVERIFY(!RadarRangeDopplerMapCalculator::create(fake->broker, *settings, nullptr, nullptr, 0, 0, 0, 0));
 
-        fake.rdmCreateError = nullptr;
-        fake.rdmDestroyError = "in use";
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake.broker, settings, nullptr, nullptr, 0, 0, 0, 0);
+        fake->rdmCreateError = nullptr;
+        fake->rdmDestroyError = "in use";
+        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *settings, nullptr, nullptr, 0, 0, 0, 0);
         QTest::ignoreMessage(QtCriticalMsg, "Cannot destroy Range Doppler Map handle: in use");
         calculator.reset();
     }
+
+private:
+    std::unique_ptr<FakeVrn> fake;
+    std::unique_ptr<RangeDopplerUserSettings> settings;
 };
 
 QTEST_GUILESS_MAIN(TestRadarRangeDopplerMapCalculator)
