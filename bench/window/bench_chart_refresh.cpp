@@ -314,7 +314,9 @@ QImage shownImage(QQuickWindow& window)
 {
     // QQuickWindow::grabWindow() answers an empty image with the software
     // renderer on the offscreen platform; its screen holds what was shown.
-    return window.screen()->grabWindow(window.winId()).toImage();
+    if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software)
+        return window.screen()->grabWindow(window.winId()).toImage();
+    return window.grabWindow();
 }
 
 bool run(const FrameSize& size, int samples, const QString& pngDir, QTemporaryDir& dir)
@@ -401,6 +403,7 @@ bool run(const FrameSize& size, int samples, const QString& pngDir, QTemporaryDi
         if (probe.overtaken > 0)
             std::printf("  %d refreshes were overtaken by the next before they were shown\n", probe.overtaken);
         if (!pngDir.isEmpty()) {
+            QDir().mkpath(pngDir);
             const QString png = QDir(pngDir).filePath(QStringLiteral("charts-%1.png").arg(QLatin1String(size.name)));
             if (!shownImage(window).save(png))
                 std::fprintf(stderr, "Cannot write %s\n", qPrintable(png));
