@@ -80,7 +80,9 @@ Item {
                 ValueRow {
                     label: qsTr("Limit")
                     valueObjectName: "recordingLimit"
-                    text: page.settings && page.settings.timeLimitOnRecording
+                    // A limit of 0 frames never ends the recording.
+                    text: page.frameLimit === 0 ? qsTr("none: records until stopped")
+                        : page.settings && page.settings.timeLimitOnRecording
                           ? qsTr("by time: %1 frames at the applied frame rate").arg(page.frameLimit)
                           : qsTr("%1 frames").arg(page.frameLimit)
                 }
@@ -108,11 +110,15 @@ Item {
                         objectName: "txtProgress"
                         from: 0
                         to: 100
-                        value: page.converting ? page.txtProgress : 0
+                        value: page.txtProgress
                         Layout.preferredWidth: 360
                     }
                     Label {
-                        text: page.converting ? qsTr("Converting: %1 %").arg(page.txtProgress) : qsTr("Idle")
+                        objectName: "txtProgressText"
+                        text: page.converting ? qsTr("Converting: %1 %").arg(page.txtProgress)
+                            : page.txtProgress >= 100 ? qsTr("Text copy written")
+                            : page.txtProgress > 0 ? qsTr("Text copy ended at %1 %").arg(page.txtProgress)
+                            : qsTr("Idle")
                     }
                     Button {
                         objectName: "stopTxtButton"
