@@ -202,7 +202,9 @@ int main(int argc, char* argv[])
                        "frames (default %1) and save a PNG of the window to FILE.")
             .arg(kDefaultScreenshotFrames),
         QStringLiteral("FILE"));
-    parser.addOptions({ screenshotOption, checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
+    const QCommandLineOption connectOption(QStringLiteral("connect"),
+        QStringLiteral("With the window: connect the first board (or --device NAME) once the window is open."));
+    parser.addOptions({ screenshotOption, connectOption, checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
                         overwriteOption, playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
     const QCommandLineOption verboseOption(QStringLiteral("verbose"), QStringLiteral("Also print debug log lines."));
@@ -274,7 +276,7 @@ int main(int argc, char* argv[])
     } else if (screenshot) {
         code = runScreenshot(host, logFile.get(), parser.value(screenshotOption), screenshotFrames, out(), err());
     } else if (window) {
-        code = runWindow(host, logFile.get(), err());
+        code = runWindow(host, logFile.get(), parser.isSet(connectOption), parser.value(deviceOption), err());
     } else {
         HeadlessSession session(host, sessionOptions, out(), err());
         QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &HeadlessSession::onInterrupted);

@@ -19,9 +19,9 @@ SessionStatus::SessionStatus(QObject* view, QObject* parent)
         connectByName(m_view, "isRecordingActiveChanged(bool)", this, "onRecordingActiveChanged(bool)");
         connectByName(m_view, "frameRateChanged()", this, "refresh()");
         connectByName(m_view, "fifoOverflowCounterChanged()", this, "refresh()");
-        // The board's readings are in the edited configuration's device
-        // information, which the module keeps up to date.
-        if (auto* configuration = m_view->property("guiConfiguration").value<QObject*>())
+        // The temperature monitor writes the board's readings into the
+        // running (applied) configuration's device information.
+        if (auto* configuration = m_view->property("deviceConfiguration").value<QObject*>())
             m_deviceInfo = configuration->property("deviceInfo").value<QObject*>();
         if (m_deviceInfo)
             connectByName(m_deviceInfo, "deviceTemperatureChanged()", this, "refresh()");

@@ -11,10 +11,12 @@
 #include "WindowPicture.h"
 #include "WorkbenchWindow.h"
 
+#include "host/IDevice.h"
+
 #include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QDir>
 #include <QImage>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -25,6 +27,8 @@ namespace {
 
 // A source that delivers nothing for this long has stalled.
 constexpr int kStallMs = 10000;
+// The longest wait for the board's first temperature reading.
+constexpr int kTemperatureWaitMs = 6000;
 // After the last refresh, time for the scene graph to take the new charts.
 constexpr int kSettleMs = 300;
 
@@ -68,13 +72,30 @@ bool hasDisplay()
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-int runWindow(ModuleHost& host, LogFile* logFile, QTextStream& err)
+int runWindow(ModuleHost& host, LogFile* logFile, bool connect, const QString& device, QTextStream& err)
 {
     WorkbenchWindow window(host, logFile);
     const QString error = window.open();
     if (!error.isEmpty()) {
         err << error << Qt::endl;
         return ExitCode::StartError;
+    }
+    if (connect) {
+        // What goes wrong is said in the window's messages; the window
+        // stays open for the user to pick another board.
+        const QString boardsError = awaitBoards(host);
+        const std::shared_ptr<IDevice> board = boardsError.isEmpty()
+            ? (device.isEmpty() ? host.deviceRegister().devices().value(0) : findBoard(host, device))
+            : nullptr;
+        if (board)
+            window.boardList().connectBoard(board->name());
+        else
+            window.messageLog().add(Constants::Error, QStringLiteral("No board to connect"),
+                                    !boardsError.isEmpty() ? boardsError
+                                    : device.isEmpty()     ? QStringLiteral("No board is attached.")
+                                                           : QStringLiteral("No board is named \"%1\" or has that uuid; "
+                                                                            "the boards are: %2")
+                                                             .arg(device, boardNames(host)));
     }
     // Ctrl+C in the terminal closes the window as the user would: the
     // recording is finished and the board let go.
@@ -113,7 +134,6 @@ int runScreenshot(ModuleHost& host, LogFile* logFile, const QString& file, int f
     if (first < 0)
         return fail(QStringLiteral("no board is attached"));
     const QString name = boards.data(boards.index(first), BoardList::NameRole).toString();
-    out << "Connecting " << name << Qt::endl;
     if (!boards.connectBoard(name))
         return fail(QStringLiteral("%1 could not be connected").arg(name));
 
@@ -130,6 +150,10 @@ int runScreenshot(ModuleHost& host, LogFile* logFile, const QString& file, int f
         if (status.frames() == seen)
             return fail(QStringLiteral("no frame arrived for %1 s (%2 of %3)").arg(kStallMs / 1000).arg(seen).arg(frames));
     }
+
+    // The board's first temperature reading comes a few seconds after the
+    // start; a board that has none is shown without.
+    waitUntil([&] { return !status.temperature().isEmpty(); }, kTemperatureWaitMs);
 
     // The picture shows the charts of a frame, not the empty ones before it.
     QObject* view = host.engine()->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>();

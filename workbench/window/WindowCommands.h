@@ -8,8 +8,9 @@ class ModuleHost;
 
 // The commands that open the window, each returning the process exit code.
 
-// Shows the window until the user closes it.
-int runWindow(ModuleHost& host, LogFile* logFile, QTextStream& err);
+// Shows the window until the user closes it. With `connect` it connects a
+// board as soon as the window is up: `device` by name or uuid, or the first.
+int runWindow(ModuleHost& host, LogFile* logFile, bool connect, const QString& device, QTextStream& err);
 
 // Opens the window, connects the first board, waits for `frames` frames
 // and a chart refresh, saves a picture of the whole window as PNG to

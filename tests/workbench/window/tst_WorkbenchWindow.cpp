@@ -92,6 +92,9 @@ void TestWorkbenchWindow::connectShowsFramesAndDisconnectStopsThem()
     QVERIFY(!rig.item("connectButton")->isEnabled());
     QVERIFY(rig.text("statusFifoOverflows").endsWith(" 0"));
     QVERIFY2(rig.text("statusDropped").endsWith(" 0"), qPrintable(rig.text("statusDropped")));
+    // The board's first temperature reading comes within the monitor's
+    // interval.
+    QTRY_VERIFY_WITH_TIMEOUT(rig.text("statusTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
     keepPicture(rig, "connected");
 
     QVERIFY(rig.click("disconnectButton"));
