@@ -94,6 +94,7 @@ private slots:
     void hoverReadsOutThePointUnderTheMouse();
     void emptyDataDrawsNoSeries();
     void gridLinesAddedLaterStayInThePlot();
+    void markersAreLinesAcrossThePlot();
 
 private:
     void show(FakeSeriesData& data);
@@ -287,6 +288,25 @@ void TestChartView::gridLinesAddedLaterStayInThePlot()
             QVERIFY2(image.pixel(x, y) == qRgb(255, 255, 255), qPrintable(QStringLiteral("pixel %1,%2").arg(x).arg(y)));
     const QRectF plot = m_chart->mapRectToScene(QRectF(0, 0, m_chart->width(), m_chart->height()));
     QVERIFY(countColor(image, plot.toRect(), grid) > 0);
+}
+
+void TestChartView::markersAreLinesAcrossThePlot()
+{
+    FakeSeriesData data;
+    data.series = { points({ { 0, 0.4 }, { 64, 0.4 } }), points({ { 16, 0 }, { 48, 0 } }) };
+    show(data);
+    if (QTest::currentTestFailed())
+        return;
+    m_chart->setMarkerSeries(1);
+    const QImage image = rendered();
+    QCOMPARE(image.size(), QSize(640, 400));
+    for (double x : { 16.0, 48.0 }) {
+        const double pixelX = (x - m_chart->xMin()) / (m_chart->xMax() - m_chart->xMin()) * m_chart->width();
+        for (double fraction : { 0.1, 0.9 })
+            QVERIFY2(colorAround(image, m_chart->mapToScene(QPointF(pixelX, m_chart->height() * fraction)), Blue, 1),
+                     qPrintable(QStringLiteral("no marker at x = %1").arg(x)));
+    }
+    QCOMPARE(m_chart->drawnSeriesCount(), 1);
 }
 
 QTEST_MAIN(TestChartView)

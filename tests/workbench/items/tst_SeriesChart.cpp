@@ -48,6 +48,7 @@ private slots:
     void positionsMapToData();
     void nearestPrefersTheSeriesUnderThePointer();
     void refreshReadsChangedData();
+    void markerSeriesStaysOutOfRangesAndReadout();
     void chartDataOfAnotherTypeShowsNothing();
 };
 
@@ -256,6 +257,24 @@ void TestSeriesChart::refreshReadsChangedData()
     QCOMPARE(chart.pointCount(), 0);
     QCOMPARE(chart.xMax(), 19.0);
     QVERIFY(chart.vertices(0).empty());
+}
+
+void TestSeriesChart::markerSeriesStaysOutOfRangesAndReadout()
+{
+    FakeSeriesData data;
+    data.series = { points({ { 0, 0.4 }, { 60, 0.6 } }), points({ { 20, 0 }, { 40, 0 } }) };
+    SeriesChart chart;
+    chart.setMarkerSeries(1);
+    attach(chart, data);
+
+    QCOMPARE(chart.pointCount(), 4);
+    QVERIFY(qAbs(chart.yMin() - 0.39) < 1e-9 && qAbs(chart.yMax() - 0.61) < 1e-9);
+    QVERIFY(chart.vertices(1).empty());
+    // Right on the marker at x = 20, the readout still names the samples.
+    QCOMPARE(chart.nearest(chart.width() / 3.0, 99.0).value("series").toInt(), 0);
+
+    chart.setMarkerSeries(-1);
+    QCOMPARE(chart.yMin(), -0.03);
 }
 
 void TestSeriesChart::chartDataOfAnotherTypeShowsNothing()

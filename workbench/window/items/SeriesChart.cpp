@@ -33,6 +33,8 @@ constexpr double kYMargin = 0.05;
 // Pixels per tick the axes aim at.
 constexpr double kPixelsPerXTick = 100.0;
 constexpr double kPixelsPerYTick = 50.0;
+// More markers than this would be a solid block, not lines.
+constexpr int kMaximumMarkers = 1024;
 
 // The range [min, max] with room around a single value, so that a flat line
 // is drawn in the middle instead of dividing by a zero span.
@@ -71,6 +73,8 @@ class ChartNode : public QSGNode
 {
 public:
     QSGTransformNode* grid = nullptr;
+    // One rectangle per marker, under the series.
+    QSGTransformNode* markers = nullptr;
     // Hardware renderers: a container of one geometry node per series.
     QSGTransformNode* lines = nullptr;
     // Software renderer: one node painting every series.
@@ -226,9 +230,19 @@ void SeriesChart::setGridColor(const QColor& color)
     emit gridColorChanged();
 }
 
+void SeriesChart::setMarkerSeries(int series)
+{
+    if (series == m_markerSeries)
+        return;
+    m_markerSeries = series;
+    emit markerSeriesChanged();
+    // Which points count towards the ranges is decided while reading.
+    refresh();
+}
+
 void SeriesChart::refresh()
 {
-    m_points.read(m_data);
+    m_points.read(m_data, m_markerSeries);
     m_stateHistory = m_data && m_data->isStateHistory();
     invalidateGeometry();
     applyAutoScale();
@@ -239,7 +253,7 @@ void SeriesChart::applyAutoScale()
 {
     // Without points the range stays where it was: an empty refresh must
     // not make the axes jump.
-    if (!m_points.hasPoints() || (!m_autoScaleX && !m_autoScaleY))
+    if (!m_points.hasBounds() || (!m_autoScaleX && !m_autoScaleY))
         return;
     PlotMapping next = m_mapping;
     if (m_autoScaleX) {
@@ -311,7 +325,7 @@ QVariantMap SeriesChart::nearest(qreal x, qreal y) const
     double bestDy = std::numeric_limits<double>::infinity();
     for (int s = 0; s < m_points.seriesCount(); ++s) {
         QPointF point;
-        if (!m_points.nearestInX(s, dataX, point))
+        if (s == m_markerSeries || !m_points.nearestInX(s, dataX, point))
             continue;
         const QPointF pixel = m_mapping.toPixel(point);
         const double dx = qAbs(pixel.x() - x);
@@ -344,8 +358,12 @@ void SeriesChart::buildVertices()
     const int count = m_points.seriesCount();
     if (int(m_vertices.size()) < count)
         m_vertices.resize(size_t(count));
-    for (int s = 0; s < count; ++s)
-        SeriesGeometry::build(m_points.series(s), m_mapping, drawsSteps(), m_lineWidth, m_vertices[size_t(s)]);
+    for (int s = 0; s < count; ++s) {
+        if (s == m_markerSeries)
+            m_vertices[size_t(s)].clear();
+        else
+            SeriesGeometry::build(m_points.series(s), m_mapping, drawsSteps(), m_lineWidth, m_vertices[size_t(s)]);
+    }
     m_verticesStale = false;
 }
 
@@ -365,6 +383,8 @@ QSGNode* SeriesChart::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData*)
         root = new ChartNode;
         root->grid = new QSGTransformNode;
         root->appendChildNode(root->grid);
+        root->markers = new QSGTransformNode;
+        root->appendChildNode(root->markers);
         if (window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
             root->painted = new SoftwareSeriesNode(window());
             root->appendChildNode(root->painted);
@@ -377,8 +397,10 @@ QSGNode* SeriesChart::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData*)
     }
     if (m_gridStale)
         updateGrid(root);
-    if (m_seriesNodesStale)
+    if (m_seriesNodesStale) {
+        updateMarkers(root);
         updateSeries(root);
+    }
     return root;
 }
 
@@ -407,6 +429,32 @@ void SeriesChart::updateGrid(ChartNode* root)
         const double y = std::floor(tick.toMap().value(QStringLiteral("position")).toDouble());
         line->setRect(QRectF(0.0, y, width(), 1.0));
         line->setColor(m_gridColor);
+        node = node->nextSibling();
+    }
+}
+
+void SeriesChart::updateMarkers(ChartNode* root)
+{
+    QVector<double> positions;
+    if (m_markerSeries >= 0 && m_markerSeries < m_points.seriesCount()) {
+        for (const QPointF& point : m_points.series(m_markerSeries).points) {
+            const double x = std::floor(m_mapping.toPixelX(point.x()));
+            if (x >= 0.0 && x < width() && positions.size() < kMaximumMarkers)
+                positions.append(x);
+        }
+    }
+    while (root->markers->childCount() > positions.size()) {
+        QSGNode* last = root->markers->lastChild();
+        root->markers->removeChildNode(last);
+        delete last;
+    }
+    while (root->markers->childCount() < positions.size())
+        root->markers->appendChildNode(window()->createRectangleNode());
+    QSGNode* node = root->markers->firstChild();
+    for (double x : qAsConst(positions)) {
+        auto* line = static_cast<QSGRectangleNode*>(node);
+        line->setRect(QRectF(x, 0.0, 1.0, height()));
+        line->setColor(colorAt(m_markerSeries));
         node = node->nextSibling();
     }
 }

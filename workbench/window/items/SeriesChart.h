@@ -33,6 +33,11 @@ class SeriesChart : public QQuickItem
     Q_PROPERTY(bool stepped READ stepped WRITE setStepped NOTIFY steppedChanged)
     Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lineWidthChanged)
     Q_PROPERTY(QColor gridColor READ gridColor WRITE setGridColor NOTIFY gridColorChanged)
+    // The series (by index; -1 for none) whose points mark positions on the
+    // x axis, such as the boundaries between chirps shown one after another:
+    // drawn as vertical lines across the plot, left out of the ranges and of
+    // the hover readout.
+    Q_PROPERTY(int markerSeries READ markerSeries WRITE setMarkerSeries NOTIFY markerSeriesChanged)
     Q_PROPERTY(int seriesCount READ seriesCount NOTIFY refreshed)
     Q_PROPERTY(int pointCount READ pointCount NOTIFY refreshed)
     // Each tick a map {value, position (pixels along the axis), label}.
@@ -66,6 +71,8 @@ public:
     void setLineWidth(qreal width);
     QColor gridColor() const { return m_gridColor; }
     void setGridColor(const QColor& color);
+    int markerSeries() const { return m_markerSeries; }
+    void setMarkerSeries(int series);
     int seriesCount() const { return m_points.seriesCount(); }
     int pointCount() const { return m_points.pointCount(); }
     QVariantList xTicks() const { return m_xTicks; }
@@ -100,6 +107,7 @@ signals:
     void steppedChanged();
     void lineWidthChanged();
     void gridColorChanged();
+    void markerSeriesChanged();
     void ticksChanged();
     void refreshed();
 
@@ -116,6 +124,7 @@ private:
     void buildVertices();
     void updateGrid(class ChartNode* root);
     void updateSeries(class ChartNode* root);
+    void updateMarkers(class ChartNode* root);
 
     QVariant m_chartData;
     ISeriesChartData* m_data = nullptr;
@@ -128,6 +137,7 @@ private:
     bool m_stateHistory = false;
     qreal m_lineWidth = 1.0;
     QColor m_gridColor = QColor(0xe4, 0xe4, 0xe4);
+    int m_markerSeries = -1;
     QVariantList m_xTicks;
     QVariantList m_yTicks;
 

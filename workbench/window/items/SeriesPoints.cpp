@@ -23,9 +23,10 @@ void SeriesPoints::clear()
     m_seriesCount = 0;
     m_pointCount = 0;
     m_droppedCount = 0;
+    m_hasBounds = false;
 }
 
-void SeriesPoints::read(const ISeriesChartData* data)
+void SeriesPoints::read(const ISeriesChartData* data, int unbounded)
 {
     clear();
     if (!data)
@@ -65,15 +66,18 @@ void SeriesPoints::read(const ISeriesChartData* data)
             if (x < previousX)
                 series.ascendingX = false;
             previousX = x;
+            series.points.push_back(point);
+            if (int(s) == unbounded)
+                continue;
             minX = std::min(minX, x);
             maxX = std::max(maxX, x);
             minY = std::min(minY, y);
             maxY = std::max(maxY, y);
-            series.points.push_back(point);
         }
         m_pointCount += int(series.points.size());
     }
-    if (m_pointCount > 0) {
+    m_hasBounds = minX <= maxX;
+    if (m_hasBounds) {
         m_minX = minX;
         m_maxX = maxX;
         m_minY = minY;

@@ -22,8 +22,10 @@ public:
         bool ascendingX = true;
     };
 
-    // Replaces what is held with the series of `data` (none for null).
-    void read(const ISeriesChartData* data);
+    // Replaces what is held with the series of `data` (none for null). The
+    // points of series `unbounded` (markers) are kept but left out of the
+    // bounds.
+    void read(const ISeriesChartData* data, int unbounded = -1);
     void clear();
 
     int seriesCount() const { return m_seriesCount; }
@@ -31,8 +33,8 @@ public:
     int pointCount() const { return m_pointCount; }
     // Points dropped at the last read for a NaN or infinite coordinate.
     int droppedCount() const { return m_droppedCount; }
-    // The rectangle spanned by every point held; invalid without points.
-    bool hasPoints() const { return m_pointCount > 0; }
+    // The bounds of the points held (markers aside); meaningless without.
+    bool hasBounds() const { return m_hasBounds; }
     double minX() const { return m_minX; }
     double maxX() const { return m_maxX; }
     double minY() const { return m_minY; }
@@ -47,6 +49,7 @@ private:
     int m_seriesCount = 0;
     int m_pointCount = 0;
     int m_droppedCount = 0;
+    bool m_hasBounds = false;
     // The oversized count is told once, not at every refresh.
     bool m_toldSeriesLimit = false;
     double m_minX = 0.0;
