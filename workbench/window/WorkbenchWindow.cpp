@@ -19,6 +19,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QTimer>
 
 // Resource initialisers live in the global namespace; the window's QML is
 // in a static library, which the linker would otherwise leave out.
@@ -30,6 +31,8 @@ static void initialiseWindowResources()
 namespace {
 
 const QUrl kMainQml(QStringLiteral("qrc:/workbench/window/Main.qml"));
+// How often boards are looked for when the SDK tells of no changes.
+constexpr int kDevicePollMs = 2000;
 
 // The chart items are registered once per process, whatever number of
 // windows a test opens.
@@ -163,6 +166,13 @@ QString WorkbenchWindow::open()
     }
     // Boards plugged before the window opened are listed at once.
     m_host.deviceChangeNotifier().notifyLater();
+    // The simulator announces every plug and unplug; with another SDK the
+    // host hears of none, so it asks the module to look again now and then.
+    if (!m_host.sdkLibrary().control()) {
+        auto* poll = new QTimer(this);
+        connect(poll, &QTimer::timeout, &m_host.deviceChangeNotifier(), &HostDeviceChangeNotifier::notifyLater);
+        poll->start(kDevicePollMs);
+    }
     return {};
 }
 

@@ -6,6 +6,7 @@
 
 #include "BoardList.h"
 #include "MessageLog.h"
+#include "RecordingCheck.h"
 
 #include "frame/RadarEventCode.h"
 #include "recording/RadarBinFile.h"
@@ -70,6 +71,7 @@ private slots:
     void fileThatIsNoRecordingIsSaid();
     void coordinatorEventIsShownOnce_data();
     void coordinatorEventIsShownOnce();
+    void closingWhileRecordingKeepsEveryFrame_data();
     void closingWhileRecordingKeepsEveryFrame();
     void settingsPageEditsAreSaved();
     void screenshotCommandSavesTheWindow();
@@ -294,8 +296,17 @@ void TestWorkbenchWindow::coordinatorEventIsShownOnce()
     QVERIFY(messages.data(messages.index(0), MessageLog::SourceRole).toString().contains("notice"));
 }
 
+void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame_data()
+{
+    QTest::addColumn<bool>("textCopy");
+    QTest::newRow("binary only") << false;
+    // The window waits for the text copy before it goes.
+    QTest::newRow("with text copy") << true;
+}
+
 void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame()
 {
+    QFETCH(bool, textCopy);
     WindowRig rig;
     QCOMPARE(rig.start(bench()), QString());
     QTRY_VERIFY(rig.item("board_Radar"));
@@ -303,6 +314,7 @@ void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame()
     settings.setRecordingPath(rig.directory());
     settings.setFileName("closed");
     settings.setNumOfFrames(100000);
+    settings.setTxtFile(textCopy);
     QVERIFY(rig.click("connectButton"));
     QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 1, 10000);
     int lastShown = 0;
@@ -312,6 +324,14 @@ void TestWorkbenchWindow::closingWhileRecordingKeepsEveryFrame()
     QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 8, 10000);
 
     rig.window()->close();
+    if (textCopy) {
+        QVERIFY(!rig.workbench().closingReason().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.window()->isVisible(), 20000);
+        const QString base = rig.directory() + "/closed";
+        QCOMPARE(RecordingCheck::checkTextCopy(RecordingFiles::binPath(base), RecordingFiles::txtPath(base)),
+                 QString());
+    }
+    QVERIFY(!rig.window()->isVisible());
     for (const QList<QVariant>& frame : qAsConst(frames))
         lastShown = qMax(lastShown, frame.value(0).toInt());
     QVERIFY(!rig.view()->property("isRecordingActive").toBool());
