@@ -31,6 +31,25 @@ Item {
         plot.refresh()
     }
 
+    // Room for the y tick labels: as wide as the widest label shown so far.
+    // It only grows, so that the plot does not jump sideways whenever the
+    // range changes the labels' length.
+    property real yLabelWidth: Math.ceil(metrics.advanceWidth("0.0"))
+    function fitYLabels() {
+        var widest = 0
+        for (var i = 0; i < plot.yTicks.length; ++i)
+            widest = Math.max(widest, metrics.advanceWidth(plot.yTicks[i].label))
+        if (Math.ceil(widest) > yLabelWidth)
+            yLabelWidth = Math.ceil(widest)
+    }
+    Connections {
+        target: plot
+        function onTicksChanged() {
+            root.fitYLabels()
+        }
+    }
+    Component.onCompleted: fitYLabels()
+
     implicitWidth: 480
     implicitHeight: 300
 
@@ -88,7 +107,7 @@ Item {
         anchors.left: parent.left
         anchors.top: frame.top
         anchors.bottom: frame.bottom
-        width: root.yTitle.length > 0 ? yTitleText.implicitHeight + 2 : 0
+        width: root.yTitle.length > 0 ? yTitleText.implicitHeight + 4 : 0
         Text {
             id: yTitleText
             objectName: "chartYTitle"
@@ -114,8 +133,7 @@ Item {
     Rectangle {
         id: frame
         anchors.left: yTitleBox.right
-        // Room for the widest tick label the axis is likely to show.
-        anchors.leftMargin: Math.ceil(metrics.advanceWidth("-0000.00")) + 6
+        anchors.leftMargin: root.yLabelWidth + 8
         anchors.right: parent.right
         // Half of the last x label sticks out on the right.
         anchors.rightMargin: Math.ceil(metrics.advanceWidth("0000.0") / 2)
