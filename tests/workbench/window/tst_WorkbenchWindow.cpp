@@ -210,6 +210,7 @@ void TestWorkbenchWindow::recordingPlaysAndSteps()
     QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 2 of 6"));
     QTest::qWait(300);
     QCOMPARE(rig.text("playbackPosition"), QString("Frame 2 of 6"));
+    keepPicture(rig, "playback-stepped");
     QVERIFY(rig.click("playbackPlayButton"));
     QTRY_COMPARE_WITH_TIMEOUT(rig.text("playbackPosition"), QString("Frame 6 of 6"), 5000);
     QVERIFY(rig.click("playbackStopButton"));
@@ -256,6 +257,7 @@ void TestWorkbenchWindow::fileThatIsNoRecordingIsSaid()
     QVERIFY(rig.click("message_0"));
     QTRY_VERIFY(details->isVisible());
     QVERIFY(details->property("text").toString().contains("odd."));
+    keepPicture(rig, "message-details");
 
     QVERIFY(rig.click("clearMessagesButton"));
     QTRY_COMPARE(rig.item("messageList")->property("count").toInt(), 0);

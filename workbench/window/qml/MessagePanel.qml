@@ -48,9 +48,10 @@ Pane {
             Label {
                 objectName: "messageCount"
                 text: panel.messages.count === 0 ? qsTr("none")
-                      : panel.messages.errorCount > 0
-                        ? qsTr("%1, %2 errors").arg(panel.messages.count).arg(panel.messages.errorCount)
-                        : qsTr("%1").arg(panel.messages.count)
+                      : panel.messages.errorCount === 1 ? qsTr("%1 (1 error)").arg(panel.messages.count)
+                      : panel.messages.errorCount > 1
+                        ? qsTr("%1 (%2 errors)").arg(panel.messages.count).arg(panel.messages.errorCount)
+                        : String(panel.messages.count)
                 color: panel.messages.errorCount > 0 ? "#b3261e" : "#6a6a6a"
             }
             Item {
