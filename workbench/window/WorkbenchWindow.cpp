@@ -31,6 +31,9 @@ static void initialiseWindowResources()
 namespace {
 
 const QUrl kMainQml(QStringLiteral("qrc:/workbench/window/Main.qml"));
+// The context properties of the modes' views, whose user messages the
+// window shows; a mode's view joins here when its pages do.
+constexpr const char* kViewNames[] = { "radarView" };
 // How often boards are looked for when the SDK tells of no changes.
 constexpr int kDevicePollMs = 2000;
 
@@ -104,8 +107,13 @@ QString WorkbenchWindow::open()
     CoreUserSettings& core = *m_host.coreConfiguration().coreUserSettings();
 
     m_messages = std::make_unique<MessageLog>();
-    if (!m_messages->watchMessages(radarView))
-        qWarning() << "The module's view sends no user messages; only the window's own are shown";
+    bool messagesHeard = false;
+    for (const char* name : kViewNames) {
+        const QVariant property = engine->rootContext()->contextProperty(QString::fromLatin1(name));
+        messagesHeard = m_messages->watchMessages(property.value<QObject*>()) || messagesHeard;
+    }
+    if (!messagesHeard)
+        qWarning() << "No view of the module sends user messages; only the window's own are shown";
     m_messages->watchEvents(radarCoordinator);
     m_boards = std::make_unique<BoardList>(m_host.deviceRegister(), radarCoordinator, *m_messages);
     m_status = std::make_unique<SessionStatus>(radarView);
