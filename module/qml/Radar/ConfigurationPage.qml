@@ -42,7 +42,7 @@ Item {
         title: qsTr("Load a configuration")
         fileMode: Platform.FileDialog.OpenFile
         nameFilters: [qsTr("Configurations (*.json)"), qsTr("All files (*)")]
-        folder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+        folder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.HomeLocation)
         onAccepted: page.run(function () { radarView.applyConfiguration(Format.localPath(file)) })
     }
 
@@ -52,7 +52,7 @@ Item {
         fileMode: Platform.FileDialog.SaveFile
         nameFilters: [qsTr("Configurations (*.json)")]
         defaultSuffix: "json"
-        folder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+        folder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.HomeLocation)
         onAccepted: radarView.saveConfiguration(Format.localPath(file))
     }
 
@@ -99,8 +99,10 @@ Item {
                 text: qsTr("Save…")
                 enabled: page.connected
                 onClicked: {
-                    saveDialog.currentFile = saveDialog.folder + "/" + radarView.suggestGeneralConfigFileName()
                     saveDialog.open()
+                    // After opening: showing the dialog selects its folder,
+                    // which clears a selection made before.
+                    saveDialog.currentFile = saveDialog.folder + "/" + radarView.suggestGeneralConfigFileName()
                 }
             }
             Button {

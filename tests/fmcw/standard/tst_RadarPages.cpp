@@ -9,7 +9,10 @@
 
 #include "host/CoreUserSettings.h"
 
+#include <QApplication>
+#include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -27,11 +30,13 @@ namespace {
 // undefined values of the QML engine as much as what the module reports.
 // A session on a healthy simulated board has none.
 QStringList g_warnings;
+// What the offscreen platform says whenever a dialog window shows.
+const char* const kOffscreenDialogNotice = "This plugin does not support propagateSizeHints()";
 QtMessageHandler g_previousHandler = nullptr;
 
 void collectWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    if (type != QtDebugMsg && type != QtInfoMsg && message != QLatin1String(kOffscreenDialogNotice))
         g_warnings.append(message);
     if (g_previousHandler)
         g_previousHandler(type, context, message);
@@ -64,6 +69,7 @@ private slots:
     void typedMetricIsJudgedByTheModule_data();
     void typedMetricIsJudgedByTheModule();
     void appliedChangeReachesTheDevice();
+    void savedConfigurationLoadsBackThroughTheDialogs();
     void deviceTabShowsTheBoardsReadings();
     void hoverOverTheImageReadsRangeAndSpeed();
     void chartsFollowTheAppliedApplication_data();
@@ -76,6 +82,10 @@ private:
     void click(QQuickItem* target);
     void typeInto(QQuickItem* field, const QString& text);
     QImage rendered();
+    // The file dialog the page opened, once it shows.
+    QFileDialog* openDialog();
+    // Types the file's path into the dialog and confirms it.
+    void chooseFile(QFileDialog* dialog, const QString& path);
     void savePicture(const QString& name);
     QObject* view() const { return m_sim->view(); }
 
@@ -290,6 +300,59 @@ void TestRadarPages::appliedChangeReachesTheDevice()
     // Acquisition runs on at the new frame time.
     QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 5000);
     QVERIFY(view()->property("isActive").toBool());
+}
+
+QFileDialog* TestRadarPages::openDialog()
+{
+    QFileDialog* dialog = nullptr;
+    QTest::qWaitFor([&dialog] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
+                dialog = candidate;
+        }
+        return dialog != nullptr;
+    });
+    return dialog;
+}
+
+void TestRadarPages::chooseFile(QFileDialog* dialog, const QString& path)
+{
+    auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QVERIFY(name);
+    name->setText(path);
+    QTest::keyClick(name, Qt::Key_Return);
+    QTRY_VERIFY(!dialog->isVisible());
+    // The page's window takes the keyboard again.
+    m_window->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void TestRadarPages::savedConfigurationLoadsBackThroughTheDialogs()
+{
+    showTab("configurationTab");
+    click(item("saveConfigButton"));
+    QFileDialog* save = openDialog();
+    QVERIFY(save);
+    // The dialog proposes the module's name for the file.
+    const QStringList proposed = save->selectedFiles();
+    QCOMPARE(proposed.size(), 1);
+    QVERIFY2(QFileInfo(proposed.first()).fileName().contains(QRegularExpression("^KMR7A_Settings_[0-9]{8}-[0-9]{6}\\.json$")),
+             qPrintable(proposed.first()));
+    const QString path = m_dir.filePath(QStringLiteral("saved.json"));
+    chooseFile(save, path);
+    QTRY_VERIFY(QFile::exists(path));
+
+    typeInto(item("metric_frameRepetitionTimeS"), QStringLiteral("0.2"));
+    click(item("applyButton"));
+    QObject* applied = view()->property("deviceConfiguration").value<QObject*>()->property("metrics").value<QObject*>();
+    QCOMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.2f);
+
+    click(item("loadConfigButton"));
+    QFileDialog* load = openDialog();
+    QVERIFY(load);
+    chooseFile(load, path);
+    QTRY_COMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.1f);
+    QCOMPARE(item("metric_frameRepetitionTimeS")->property("text").toString(), QStringLiteral("0.1"));
 }
 
 void TestRadarPages::deviceTabShowsTheBoardsReadings()
