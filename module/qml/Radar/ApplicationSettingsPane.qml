@@ -14,6 +14,10 @@ GroupBox {
     readonly property QtObject segmentation: configuration.segmentation
     readonly property var levels: [qsTr("High"), qsTr("Medium"), qsTr("Low")]
 
+    // A new application brings its own defaults on Apply: what was typed
+    // for the previous one, hidden now, must not hold Apply back.
+    onApplicationChanged: if (tracker) tracker.resetAll()
+
     title: application === 1 ? qsTr("Presence sensing")
          : application === 2 ? qsTr("Segmentation") : qsTr("Application")
 

@@ -69,6 +69,7 @@ private slots:
     void typedMetricIsJudgedByTheModule_data();
     void typedMetricIsJudgedByTheModule();
     void appliedChangeReachesTheDevice();
+    void antennaBoxesShowWhatTheSceneKeeps();
     void savedConfigurationLoadsBackThroughTheDialogs();
     void deviceTabShowsTheBoardsReadings();
     void hoverOverTheImageReadsRangeAndSpeed();
@@ -353,6 +354,34 @@ void TestRadarPages::savedConfigurationLoadsBackThroughTheDialogs()
     chooseFile(load, path);
     QTRY_COMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.1f);
     QCOMPARE(item("metric_frameRepetitionTimeS")->property("text").toString(), QStringLiteral("0.1"));
+}
+
+void TestRadarPages::antennaBoxesShowWhatTheSceneKeeps()
+{
+    showTab("configurationTab");
+    QObject* rx = view()->property("guiConfiguration").value<QObject*>()->property("metrics").value<QObject*>()
+                      ->property("rx").value<QObject*>();
+    const auto enabled = [rx](int position) {
+        bool answer = false;
+        QMetaObject::invokeMethod(rx, "getEnabled", Q_RETURN_ARG(bool, answer), Q_ARG(int, position));
+        return answer;
+    };
+    QQuickItem* rx1 = item("rx_1");
+    QQuickItem* rx3 = item("rx_3");
+    QVERIFY(rx1 && rx3 && !enabled(0) && enabled(2));
+    QVERIFY(!rx1->property("checked").toBool() && rx3->property("checked").toBool());
+
+    click(rx1);
+    QVERIFY(enabled(0));
+    QVERIFY(rx1->property("checked").toBool());
+    click(rx1);
+    QVERIFY(!enabled(0));
+    // The scene keeps one receiver: unchecking the last one leaves it on,
+    // and the box shows so.
+    click(rx3);
+    QVERIFY(enabled(2));
+    QVERIFY(rx3->property("checked").toBool());
+    QVERIFY(!item("revertButton")->isEnabled());
 }
 
 void TestRadarPages::deviceTabShowsTheBoardsReadings()
