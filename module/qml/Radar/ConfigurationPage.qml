@@ -218,7 +218,7 @@ Item {
 
                 Column {
                     spacing: 10
-                    width: 360
+                    width: 372
 
                     AntennaPane {
                         width: parent.width
@@ -235,7 +235,7 @@ Item {
                 }
 
                 ApplicationSettingsPane {
-                    width: 365
+                    width: 353
                     configuration: page.gui
                     tracker: validity
                 }

@@ -31,11 +31,11 @@ function frequency(hz) {
     return number(hz, 6) + " Hz"
 }
 
-// A band of two frequencies in one unit: "60.25 – 61.75 GHz".
+// A band of two frequencies in one unit: "60.25–61.75 GHz".
 function band(lowHz, highHz) {
     if (!lowHz || !highHz)
         return "–"
-    return number(lowHz / 1e9, 5) + " – " + number(highHz / 1e9, 5) + " GHz"
+    return number(lowHz / 1e9, 5) + "–" + number(highHz / 1e9, 5) + " GHz"
 }
 
 function seconds(s) {

@@ -278,6 +278,7 @@ void TestRadarPages::typedMetricIsJudgedByTheModule()
     QVERIFY2(messageStart.isEmpty() ? shown.isEmpty() : shown.startsWith(messageStart), qPrintable(shown));
     QCOMPARE(message->isVisible(), !shown.isEmpty());
     QCOMPARE(apply->isEnabled(), shown.isEmpty());
+    savePicture(QStringLiteral("configuration-typed-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-'));
     if (shown.isEmpty()) {
         QObject* metrics = edited->property("metrics").value<QObject*>();
         QCOMPARE(metrics->property("maxRangeM").toFloat(), 5.0f);
