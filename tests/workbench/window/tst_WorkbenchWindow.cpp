@@ -13,6 +13,7 @@
 #include "recording/RecordingFiles.h"
 
 #include <QJsonDocument>
+#include <limits>
 #include <QJsonObject>
 #include <QProcess>
 #include <QQmlContext>
@@ -20,12 +21,34 @@
 
 namespace {
 
-// One real-time KMR7A board, with an optional fault schedule.
+// One real-time KMR7A board looking at a single reflector, with an
+// optional fault schedule.
+constexpr double kReflectorRangeM = 4.0;
+
 QString bench(const QString& faults = QString())
 {
     return QStringLiteral(R"({ "boards": [ { "uuid": "1f3c-0001", "shield": 512, "chip": "KMR7A",
-        "pacing": "realtime", "noise": 0.001, "seed": 7%1 } ] })")
-        .arg(faults.isEmpty() ? QString() : QStringLiteral(", \"faults\": ") + faults);
+        "pacing": "realtime", "noise": 0.001, "seed": 7, "scene": { "targets": [
+        { "kind": "reflector", "range_m": %2, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] }%1 } ] })")
+        .arg(faults.isEmpty() ? QString() : QStringLiteral(", \"faults\": ") + faults)
+        .arg(kReflectorRangeM);
+}
+
+// The item x of the highest point a series chart draws, scanning it pixel
+// by pixel as a mouse would; -1 when it draws nothing.
+qreal peakPosition(QQuickItem* chart)
+{
+    qreal bestX = -1;
+    double bestY = -std::numeric_limits<double>::infinity();
+    for (int x = 0; x < int(chart->width()); ++x) {
+        QVariantMap point;
+        QMetaObject::invokeMethod(chart, "nearest", Q_RETURN_ARG(QVariantMap, point), Q_ARG(qreal, x));
+        if (!point.isEmpty() && point.value("y").toDouble() > bestY) {
+            bestY = point.value("y").toDouble();
+            bestX = point.value("itemX").toDouble();
+        }
+    }
+    return bestX;
 }
 
 bool hasErrorMessage(MessageLog& messages)
@@ -98,6 +121,20 @@ void TestWorkbenchWindow::connectShowsFramesAndDisconnectStopsThem()
     // interval.
     QTRY_VERIFY_WITH_TIMEOUT(rig.text("statusTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
     keepPicture(rig, "connected");
+
+    // The range spectrum peaks at the reflector, and hovering the peak
+    // reads out its range.
+    QQuickItem* chart = rig.item("rangeSpectrumChart")->findChild<QQuickItem*>("seriesChart");
+    QVERIFY(chart);
+    QTRY_VERIFY(chart->property("pointCount").toInt() > 0);
+    const qreal peak = peakPosition(chart);
+    QVERIFY(peak >= 0);
+    QTest::mouseMove(rig.window(), chart->mapToScene(QPointF(peak, chart->height() / 2)).toPoint());
+    QQuickItem* readout = rig.item("rangeSpectrumChart")->findChild<QQuickItem*>("hoverReadoutText");
+    QTRY_VERIFY(readout && readout->isVisible());
+    const QString reading = readout->property("text").toString();
+    const double range = reading.section(QLatin1String("x: "), 1).section(QLatin1Char(' '), 0, 0).toDouble();
+    QVERIFY2(qAbs(range - kReflectorRangeM) < 0.35, qPrintable(reading));
 
     QVERIFY(rig.click("disconnectButton"));
     QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString());
