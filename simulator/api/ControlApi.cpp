@@ -92,6 +92,11 @@ uint64_t droppedFrames(const char* uuid)
     return uuid ? loaded().droppedFrames(uuid) : 0;
 }
 
+uint64_t emissionTimeMs(const char* uuid)
+{
+    return uuid ? loaded().emissionTimeMs(uuid) : 0;
+}
+
 }  // namespace
 
 }  // namespace vrnsim
@@ -111,6 +116,7 @@ extern "C" __attribute__((visibility("default"))) const VrnSimControl* vrnsim_co
         c.inject_fault = vrnsim::injectFault;
         c.clear_faults = vrnsim::clearFaults;
         c.dropped_frames = vrnsim::droppedFrames;
+        c.emission_time_ms = vrnsim::emissionTimeMs;
         return c;
     }();
     return &control;

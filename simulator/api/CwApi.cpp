@@ -92,6 +92,9 @@ vrn_Error_t setTxMask(vrn_CW_Handle handle, uint32_t mask)
         if (mask >> cw.device->board->chip().numTx)
             return ErrorText::set("Tx antenna mask " + std::to_string(mask) + " names a missing transmitter");
         cw.config.tx_mask = mask;
+        // Switching the transmitters during emission switches what is on air.
+        if (cw.emitting)
+            cw.device->board->setEmission(mask ? 1.0 : 0.0);
         return nullptr;
     });
 }

@@ -31,6 +31,10 @@ void Board::unplug()
         std::lock_guard<std::mutex> lock(m_mutex);
         m_plugged = false;
         m_acquiring = false;
+        // A board off the bus has no power for its transmitter.
+        if (m_emissionDuty > 0)
+            m_emitted += Clock::now() - m_emittingSince;
+        m_emissionDuty = 0;
     }
     m_wake.notify_all();
 }
@@ -63,6 +67,8 @@ void Board::close()
     std::lock_guard<std::mutex> lock(m_mutex);
     m_open = false;
     m_acquiring = false;
+    if (m_emissionDuty > 0)
+        m_emitted += Clock::now() - m_emittingSince;
     m_emissionDuty = 0;
     m_thermal.setDuty(0.0, Clock::now());
 }
@@ -229,8 +235,23 @@ void Board::stopAcquisition()
 void Board::setEmission(double duty)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
+    const Clock::time_point now = Clock::now();
+    // Only the switching counts: a repeated start keeps the running span.
+    if (m_emissionDuty > 0 && duty <= 0)
+        m_emitted += now - m_emittingSince;
+    else if (m_emissionDuty <= 0 && duty > 0)
+        m_emittingSince = now;
     m_emissionDuty = duty;
     m_thermal.setDuty(std::max(duty, m_acquiring ? m_pacing.duty : 0.0), Clock::now());
+}
+
+uint64_t Board::emissionTimeMs()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    Clock::duration total = m_emitted;
+    if (m_emissionDuty > 0)
+        total += Clock::now() - m_emittingSince;
+    return uint64_t(std::chrono::duration_cast<std::chrono::milliseconds>(total).count());
 }
 
 double Board::temperature()

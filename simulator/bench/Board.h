@@ -52,6 +52,8 @@ public:
     vrn_Status_t takeCapture(double durationS, FrameTicket& ticket);
     void stopAcquisition();
     void setEmission(double duty);
+    // The CW transmitter's time on air since the board was plugged.
+    uint64_t emissionTimeMs();
     double temperature();
 
 private:
@@ -71,6 +73,8 @@ private:
 
     ThermalModel m_thermal;
     double m_emissionDuty = 0.0;
+    Clock::duration m_emitted{};      // finished emissions
+    Clock::time_point m_emittingSince; // start of the one under way, if any
     bool m_acquiring = false;
     Pacing m_pacing;
     Clock::time_point m_start;

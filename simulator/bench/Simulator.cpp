@@ -194,6 +194,12 @@ uint64_t Simulator::droppedFrames(const std::string& uuid)
     return board ? board->droppedFrames() : 0;
 }
 
+uint64_t Simulator::emissionTimeMs(const std::string& uuid)
+{
+    std::shared_ptr<Board> board = find(uuid);
+    return board ? board->emissionTimeMs() : 0;
+}
+
 std::vector<vrn_Device_List_Entry_t> Simulator::availableBoards()
 {
     std::lock_guard<std::mutex> lock(m_mutex);

@@ -32,6 +32,7 @@ public:
     bool injectFault(const char* uuid, const VrnSimFault& fault, std::string& error);
     bool clearFaults(const char* uuid, std::string& error);
     uint64_t droppedFrames(const std::string& uuid);
+    uint64_t emissionTimeMs(const std::string& uuid);
 
     // Boards plugged and not opened, in bench order.
     std::vector<vrn_Device_List_Entry_t> availableBoards();

@@ -69,6 +69,11 @@ typedef struct VrnSimControl {
 
     /* Frames a board dropped because the host fetched too late; 0 for unknown boards. */
     uint64_t (*dropped_frames)(const char* uuid);
+
+    /* Milliseconds a board's CW transmitter has emitted since it was plugged,
+       the emission under way included; 0 for unknown boards. Lets a test see
+       what a duty-cycle protector really did to the transmitter. */
+    uint64_t (*emission_time_ms)(const char* uuid);
 } VrnSimControl;
 
 typedef const VrnSimControl* (*vrnsim_control_fn)(void);

@@ -209,6 +209,40 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT((sdk.vrn->cw_get_temperature(cw, &now), now > start + 2.0f), 5000);
     }
 
+    void emissionTimeCountsOnlyWhileTheTransmitterIsOn()
+    {
+        QVERIFY(openCw("d-7a"));
+        QCOMPARE(sdk.sim->emission_time_ms("d-7a"), uint64_t(0));
+        QCOMPARE(sdk.sim->emission_time_ms("nope"), uint64_t(0));
+        QVERIFY(!sdk.vrn->cw_start_emission(cw));
+        QTest::qSleep(150);
+        // A second start keeps the span that runs.
+        QVERIFY(!sdk.vrn->cw_start_emission(cw));
+        QTest::qSleep(150);
+        QVERIFY(!sdk.vrn->cw_stop_emission(cw));
+        const uint64_t first = sdk.sim->emission_time_ms("d-7a");
+        QVERIFY2(first >= 300 && first < 600, qPrintable(QString::number(first)));
+        QTest::qSleep(200);
+        QCOMPARE(sdk.sim->emission_time_ms("d-7a"), first);
+
+        // Without a transmitter enabled nothing goes on air.
+        QVERIFY(!sdk.vrn->cw_set_tx_antenna_mask(cw, 0));
+        QVERIFY(!sdk.vrn->cw_start_emission(cw));
+        QTest::qSleep(100);
+        QCOMPARE(sdk.sim->emission_time_ms("d-7a"), first);
+
+        // Closing the controller ends an emission under way.
+        QVERIFY(!sdk.vrn->cw_set_tx_antenna_mask(cw, 1));
+        QVERIFY(!sdk.vrn->cw_start_emission(cw));
+        QTest::qSleep(100);
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        cw = nullptr;
+        const uint64_t closed = sdk.sim->emission_time_ms("d-7a");
+        QVERIFY(closed >= first + 100);
+        QTest::qSleep(100);
+        QCOMPARE(sdk.sim->emission_time_ms("d-7a"), closed);
+    }
+
     void kmr7cHasNoReadoutsInCwMode()
     {
         QVERIFY(openCw("d-7c"));
