@@ -1,5 +1,6 @@
 #include "ModulePages.h"
 
+#include "fmcw/cw/RadarCWMode.h"
 #include "sdk/vrn.h"
 
 namespace {
@@ -13,7 +14,7 @@ struct Page {
 // Most specific first.
 constexpr Page kPages[] = {
     { "Standard", VRN_SHIELD_ZP7_768, "qrc:/qml/ZP7S/ZP7SModule.qml" },
-    { "CW", 0, "qrc:/qml/RadarCW/RadarCWModule.qml" },
+    { RadarCWMode::kUserMode, 0, "qrc:/qml/RadarCW/RadarCWModule.qml" },
     { "Standard", 0, "qrc:/qml/Radar/RadarModule.qml" },
 };
 

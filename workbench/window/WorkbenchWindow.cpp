@@ -33,7 +33,7 @@ namespace {
 const QUrl kMainQml(QStringLiteral("qrc:/workbench/window/Main.qml"));
 // The context properties of the modes' views, whose user messages the
 // window shows; a mode's view joins here when its pages do.
-constexpr const char* kViewNames[] = { "radarView" };
+constexpr const char* kViewNames[] = { "radarView", "radarCWView" };
 // How often boards are looked for when the SDK tells of no changes.
 constexpr int kDevicePollMs = 2000;
 
