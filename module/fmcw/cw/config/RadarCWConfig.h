@@ -65,6 +65,10 @@ public:
     bool differs() const;
     // "<chip>_CW_Settings_<yyyyMMdd-HHmmss>.json"
     QString suggestGeneralConfigFileName() const;
+    // The chart settings changed while the device runs: they are adapted to
+    // the device copy again and deviceConfigurationRuntimeUpdated() tells
+    // the processing.
+    void updateRangeSpectrumRuntime();
 
 public slots:
     void onGuiAdcParamsChanged();
@@ -77,6 +81,9 @@ signals:
 private:
     // The chart settings follow the samples the device now delivers.
     void adaptRangeSpectrumSettings(const RadarDeviceCWConfig& config);
+    // Copies a whole configuration into the edited copy, then asks for the
+    // sampling-rate bounds once instead of once per ADC value copied.
+    void assignToGui(const RadarDeviceCWConfig& from);
 
     IRadarCWConfigurator* m_configurator;
     DeviceInfo* m_deviceInfo;
@@ -86,4 +93,5 @@ private:
     // Loads and read-backs land here first, so that a failure leaves the
     // other two untouched.
     RadarDeviceCWConfig* m_scratchConfig;
+    bool m_assigningGui = false;
 };
