@@ -41,6 +41,8 @@ RadarCWConfig::RadarCWConfig(IRadarCWConfigurator* configurator, std::unique_ptr
     , m_deviceConfig(new RadarDeviceCWConfig(m_deviceInfo, this))
     , m_scratchConfig(new RadarDeviceCWConfig(m_deviceInfo, this))
 {
+    // The update signal may cross to the processing thread.
+    qRegisterMetaType<RadarDeviceCWConfig*>("RadarDeviceCWConfig*");
     connect(m_guiConfig->params(), &RadarCWParams::adcParamsChanged, this, &RadarCWConfig::onGuiAdcParamsChanged);
 }
 
@@ -61,6 +63,14 @@ void RadarCWConfig::assignToGui(const RadarDeviceCWConfig& from)
 
 bool RadarCWConfig::updateLimits()
 {
+    if (!fetchLimits())
+        return false;
+    onGuiAdcParamsChanged();
+    return true;
+}
+
+bool RadarCWConfig::fetchLimits()
+{
     if (!m_configurator) {
         qWarning() << "No CW controller to ask for the device's limits";
         return false;
@@ -75,15 +85,15 @@ bool RadarCWConfig::updateLimits()
     device.setDac(limits.dacMin(), limits.dacMax());
     device.setRxNumSamples(limits.rxNumSamplesMin(), limits.rxNumSamplesMax());
     device.setTestSignalFrequency(limits.testSignalFrequencyMin(), limits.testSignalFrequencyMax());
-    onGuiAdcParamsChanged();
     return true;
 }
 
 bool RadarCWConfig::loadDefaultConfig()
 {
     // Defaults are loaded when a board arrives: its bounds come first, for
-    // the pages and for the files the user loads next.
-    updateLimits();
+    // the pages and for the files the user loads next. The sampling-rate
+    // bounds wait for the default ADC setting.
+    fetchLimits();
     m_scratchConfig->assign(*m_guiConfig);
     if (!m_configurator || !m_configurator->getDefaultConfiguration(*m_scratchConfig)) {
         qWarning() << "The device's default CW configuration is not available";

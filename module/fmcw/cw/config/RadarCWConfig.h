@@ -79,6 +79,8 @@ signals:
     void deviceConfigurationRuntimeUpdated();
 
 private:
+    // The board's bounds into both copies, without the sampling rate's.
+    bool fetchLimits();
     // The chart settings follow the samples the device now delivers.
     void adaptRangeSpectrumSettings(const RadarDeviceCWConfig& config);
     // Copies a whole configuration into the edited copy, then asks for the

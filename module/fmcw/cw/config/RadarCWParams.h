@@ -117,19 +117,21 @@ signals:
     void adcParamsChanged();
 
 private:
+    // Until the device's defaults arrive, every choice holds its table's
+    // first entry: what an all-zero SDK record stands for.
     float m_rfCenterFrequency = 0.0f;
     quint32 m_dac = 0;
     quint32 m_dutyCycle = 100;
-    QString m_testSignalMode;
+    QString m_testSignalMode = QStringLiteral("Off");
     float m_testSignalFrequency = 0.0f;
     quint32 m_rxNumSamples = 0;
     quint32 m_samplingRate = 0;
-    quint32 m_basebandGainHighPass = 0;
-    quint32 m_basebandHpCutoffFreq = 0;
-    quint32 m_basebandAafCutoffFreq = 0;
+    quint32 m_basebandGainHighPass = 18;
+    quint32 m_basebandHpCutoffFreq = 20;
+    quint32 m_basebandAafCutoffFreq = 600;
     quint32 m_basebandGainAmplifier = 0;
-    quint32 m_adcSamplingTime = 0;
-    QString m_adcNumOfConversions;
-    QString m_adcOversamplingFactor;
+    quint32 m_adcSamplingTime = 50;
+    QString m_adcNumOfConversions = QStringLiteral("No tracking");
+    QString m_adcOversamplingFactor = QStringLiteral("Off");
     bool m_adcDoubleMSB = false;
 };
