@@ -1,6 +1,7 @@
 #include "FakeCWConfigurator.h"
 
 #include "fmcw/common/RadarAntennas.h"
+#include "fmcw/cw/config/RadarCWChips.h"
 #include "fmcw/cw/config/RadarCWParams.h"
 #include "fmcw/cw/config/RadarDeviceCWConfig.h"
 
@@ -57,6 +58,10 @@ private slots:
     void writerSignalsOwnChangeThenAggregates_data();
     void writerSignalsOwnChangeThenAggregates();
     void sdkRecordRoundTripKeepsEveryValue();
+    void typedFieldIsCheckedAsThePagesNeed_data();
+    void typedFieldIsCheckedAsThePagesNeed();
+    void chipOffersItsOwnChoices_data();
+    void chipOffersItsOwnChoices();
 };
 
 void tst_RadarCWParams::tableValueConvertsBothWays_data()
@@ -217,6 +222,65 @@ void tst_RadarCWParams::sdkRecordRoundTripKeepsEveryValue()
     const vrn_CW_Config_t back = config.toSdkConfig();
     QCOMPARE(QByteArray(reinterpret_cast<const char*>(&back), sizeof back),
              QByteArray(reinterpret_cast<const char*>(&board.defaults), sizeof back));
+}
+
+void tst_RadarCWParams::typedFieldIsCheckedAsThePagesNeed_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("empty") << "rxNumSamples" << " " << "Value cannot be empty";
+    QTest::newRow("not a number") << "rxNumSamples" << "12a" << "Text must be valid number";
+    QTest::newRow("fraction") << "rxNumSamples" << "12.5" << "Text must be valid number";
+    QTest::newRow("below 2") << "rxNumSamples" << "0" << "Value 0 not in expected range: [2 - 4094]";
+    QTest::newRow("above 4094") << "rxNumSamples" << "4096" << "Value 4096 not in expected range: [2 - 4094]";
+    QTest::newRow("odd") << "rxNumSamples" << "127" << "Value must be an even number";
+    QTest::newRow("even") << "params.rxNumSamples" << "4094" << "";
+    QTest::newRow("negative dac") << "dac" << "-1" << "Value must be greater or equal 0";
+    QTest::newRow("dac above the board") << "dac" << "4096" << "Value 4096 not in expected range: [0 - 4095]";
+    QTest::newRow("duty cycle above 100") << "dutyCycle" << "101" << "Value 101 not in expected range: [0 - 100]";
+    QTest::newRow("carrier inside") << "rfCenterFrequency" << "60e9" << "";
+}
+
+void tst_RadarCWParams::typedFieldIsCheckedAsThePagesNeed()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, text);
+    QFETCH(QString, message);
+
+    FakeCWConfigurator board;
+    RadarDeviceCWConfig config(nullptr);
+    QVERIFY(board.getLimits(*config.limits()));
+    QCOMPARE(config.validateField(field, text), message);
+}
+
+void tst_RadarCWParams::chipOffersItsOwnChoices_data()
+{
+    QTest::addColumn<RadarConstants::RadarType>("chip");
+    QTest::addColumn<int>("modes");
+    QTest::addColumn<quint32>("highestCutoff");
+    QTest::addColumn<bool>("antiAlias");
+    QTest::addColumn<QString>("typeName");
+
+    QTest::newRow("KMR7A") << RadarConstants::KMR7A << 2 << 80u << false << "KMR7A_CW";
+    QTest::newRow("KMR7B") << RadarConstants::KMR7B << 2 << 80u << false << "KMR7B_CW";
+    QTest::newRow("KMR7C") << RadarConstants::KMR7C << 5 << 160u << true << "KMR7C_CW";
+    QTest::newRow("unknown") << RadarConstants::Unknown << 5 << 160u << true << "";
+}
+
+void tst_RadarCWParams::chipOffersItsOwnChoices()
+{
+    QFETCH(RadarConstants::RadarType, chip);
+    QFETCH(int, modes);
+    QFETCH(quint32, highestCutoff);
+    QFETCH(bool, antiAlias);
+    QFETCH(QString, typeName);
+
+    QCOMPARE(RadarCWChips::testSignalModes(chip).size(), modes);
+    QCOMPARE(RadarCWChips::highPassCutoffs(chip).last(), highestCutoff);
+    QCOMPARE(RadarCWChips::hasAntiAliasFilter(chip), antiAlias);
+    QCOMPARE(RadarCWChips::configurationTypeName(chip), typeName);
 }
 
 QTEST_GUILESS_MAIN(tst_RadarCWParams)
