@@ -29,7 +29,10 @@ ColumnLayout {
 
     spacing: 0
 
+    // Choosing an entry replaces the text; while the user types, neither
+    // changes under the keys.
     function reset() {
+        box.currentIndex = choices.indexOf(shownValue)
         box.editText = shownValue === undefined ? "" : String(shownValue)
         message = ""
     }
@@ -70,7 +73,6 @@ ColumnLayout {
             editable: true
             Layout.preferredWidth: 110
             model: field.choices
-            currentIndex: field.choices.indexOf(field.shownValue)
             onActivated: field.judge(String(field.choices[index]))
             onAccepted: field.judge(editText)
             onActiveFocusChanged: if (!activeFocus && field.valid) field.reset()

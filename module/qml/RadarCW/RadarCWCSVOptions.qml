@@ -80,7 +80,7 @@ Dialog {
                 selectByMouse: true
                 placeholderText: qsTr("(the desktop)")
                 Layout.fillWidth: true
-                onAccepted: dialog.store()
+                onAccepted: prefixField.forceActiveFocus()
             }
             Button {
                 objectName: "cwLoggingPathBrowse"

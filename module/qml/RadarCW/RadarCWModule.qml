@@ -288,6 +288,12 @@ Item {
                     yTitle: qsTr("Amplitude (normalised)")
                     legend: root.antennaNames
                     chartData: root.view.getChartData(0)
+                    Label {
+                        anchors.centerIn: parent
+                        visible: !root.view.isFrameAvailable
+                        text: root.connected ? qsTr("Capture a frame to see its signal") : qsTr("No board connected")
+                        color: "#6a6a6a"
+                    }
                 }
 
                 ChartView {

@@ -1,0 +1,302 @@
+// The CW mode's page in the workbench window, driven as a test engineer
+// would on a simulated board: switched to CW, a setting typed and applied,
+// the carrier switched on, a frame captured and logged to CSV, the carrier
+// switched off. Any warning while the page lives fails the test.
+#include "WindowRig.h"
+
+#include "MessageLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QQmlContext>
+#include <QQmlEngine>
+
+#include <limits>
+
+namespace {
+
+QStringList g_warnings;
+QtMessageHandler g_previousHandler = nullptr;
+
+void collectWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    // The offscreen platform says this whenever a dialog window shows.
+    if (type != QtDebugMsg && type != QtInfoMsg
+        && message != QLatin1String("This plugin does not support propagateSizeHints()"))
+        g_warnings.append(message);
+    if (g_previousHandler)
+        g_previousHandler(type, context, message);
+}
+
+constexpr const char* kUuid = "1f3c-00c1";
+
+// With WORKBENCH_WINDOW_PICTURES set, the window as a test left it.
+void keepPicture(WindowRig& rig, const QString& name)
+{
+    const QString folder = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
+    if (!folder.isEmpty())
+        QVERIFY(rig.picture().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
+}
+
+QObject* cwView(WindowRig& rig)
+{
+    return rig.host().host().engine()->rootContext()->contextProperty(QStringLiteral("radarCWView")).value<QObject*>();
+}
+
+QObject* guiParams(WindowRig& rig)
+{
+    QObject* config = cwView(rig)->property("guiConfig").value<QObject*>();
+    return config ? config->property("params").value<QObject*>() : nullptr;
+}
+
+// Connects the bench's board and switches the window to the CW mode; true
+// once the page shows the values the board gave.
+bool openCwPage(WindowRig& rig, const QString& chip)
+{
+    if (!rig.start(SimulatedHost::oneBoardBench(kUuid, chip, QStringLiteral("realtime"))).isEmpty())
+        return false;
+    if (!QTest::qWaitFor([&] { return rig.item("board_Radar") != nullptr; }) || !rig.click("connectButton"))
+        return false;
+    QQuickItem* mode = rig.item("modeSelector");
+    if (!QTest::qWaitFor([&] { return mode->isEnabled(); }, 10000))
+        return false;
+    const QStringList modes = mode->property("model").toStringList();
+    const int steps = modes.indexOf("CW") - mode->property("currentIndex").toInt();
+    for (int i = 0; i < qAbs(steps); ++i)
+        rig.key("modeSelector", steps > 0 ? Qt::Key_Down : Qt::Key_Up);
+    return QTest::qWaitFor([&] { return rig.item("RadarCWModule") != nullptr; }, 10000)
+        && QTest::qWaitFor([&] { return !rig.text("cw_rfCenterFrequency").isEmpty(); }, 10000)
+        && QTest::qWaitFor([&] { return rig.item("cw_rx_1") != nullptr; }, 10000);
+}
+
+int pointCount(WindowRig& rig, const char* chart)
+{
+    QQuickItem* view = rig.item(chart);
+    QQuickItem* series = view ? view->findChild<QQuickItem*>("seriesChart") : nullptr;
+    return series ? series->property("pointCount").toInt() : -1;
+}
+
+// The x value of the highest point a series chart draws, found pixel by
+// pixel as a mouse would; NaN when it draws nothing.
+double peakX(WindowRig& rig, const char* chart)
+{
+    QQuickItem* series = rig.item(chart)->findChild<QQuickItem*>("seriesChart");
+    double bestX = qQNaN();
+    double bestY = -std::numeric_limits<double>::infinity();
+    for (int x = 0; series && x < int(series->width()); ++x) {
+        QVariantMap point;
+        QMetaObject::invokeMethod(series, "nearest", Q_RETURN_ARG(QVariantMap, point), Q_ARG(qreal, x));
+        if (!point.isEmpty() && point.value("y").toDouble() > bestY) {
+            bestY = point.value("y").toDouble();
+            bestX = point.value("x").toDouble();
+        }
+    }
+    return bestX;
+}
+
+} // namespace
+
+class TestCWPages : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void emitCaptureLogAndStop();
+    void typedValueIsJudged_data();
+    void typedValueIsJudged();
+    void chipDecidesTheChoices_data();
+    void chipDecidesTheChoices();
+    void slowerAdcPullsTheSamplingRateDown();
+};
+
+void TestCWPages::initTestCase()
+{
+    g_previousHandler = qInstallMessageHandler(collectWarnings);
+}
+
+void TestCWPages::init()
+{
+    g_warnings.clear();
+}
+
+void TestCWPages::cleanup()
+{
+    QVERIFY2(g_warnings.isEmpty(), qPrintable(g_warnings.join(QLatin1Char('\n'))));
+}
+
+void TestCWPages::emitCaptureLogAndStop()
+{
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QObject* view = cwView(rig);
+    QVERIFY(view);
+
+    // A new carrier and the baseband test tone, applied: the device runs
+    // them and the page shows them.
+    QVERIFY(rig.type("cw_rfCenterFrequency", "61.25"));
+    rig.key("cw_testSignalMode", Qt::Key_End);
+    QTRY_COMPARE(rig.item("cw_testSignalMode")->property("currentText").toString(), QString("Baseband Test"));
+    QCOMPARE(rig.text("cw_rfCenterFrequency_message"), QString());
+    QTRY_VERIFY(view->property("revertApplyAvailable").toBool());
+    QVERIFY(rig.click("cwApplyButton"));
+    QObject* applied = view->property("deviceConfig").value<QObject*>()->property("params").value<QObject*>();
+    QTRY_COMPARE(qRound64(applied->property("rfCenterFrequency").toDouble() / 1e7), 6125);
+    QTRY_VERIFY(!view->property("revertApplyAvailable").toBool());
+    QCOMPARE(rig.text("cw_rfCenterFrequency"), QString("61.25"));
+
+    // The CSV files go to the test's folder under a prefix of its own.
+    const QString logs = rig.directory() + "/cw-logs";
+    QVERIFY(QDir().mkpath(logs));
+    QVERIFY(rig.click("cwCsvOptionsButton"));
+    QTRY_VERIFY(rig.item("cw_loggingPath") && rig.item("cw_loggingPath")->isVisible());
+    QVERIFY(rig.type("cw_loggingPath", logs));
+    QVERIFY(rig.type("cw_loggingFileName", "bench_check"));
+    QTRY_VERIFY(!rig.item("cw_loggingPath") || !rig.item("cw_loggingPath")->isVisible());
+
+    QVERIFY(rig.click("cwEmissionButton"));
+    QTRY_VERIFY(view->property("isEmissionActive").toBool());
+    QTRY_COMPARE(rig.text("cwEmissionButton"), QString::fromUtf8("■ Stop emission"));
+    QTRY_VERIFY(rig.simulator()->emission_time_ms(kUuid) > 0);
+
+    QCOMPARE(pointCount(rig, "cwTimeDomainChart"), 0);
+    QVERIFY(rig.click("cwCaptureButton"));
+    QTRY_VERIFY(pointCount(rig, "cwTimeDomainChart") > 0);
+    QTRY_VERIFY(pointCount(rig, "cwSpectrumChart") > 0);
+    // The tone stands out of the spectrum at its frequency.
+    const double tone = applied->property("testSignalFrequency").toDouble();
+    const double peak = peakX(rig, "cwSpectrumChart");
+    QVERIFY2(qAbs(peak - tone) < 5000.0, qPrintable(QString("peak at %1 Hz, tone at %2 Hz").arg(peak).arg(tone)));
+    // The board's readings while it emits.
+    QTRY_VERIFY_WITH_TIMEOUT(rig.text("cwTemperature").endsWith(QString::fromUtf8(" °C")), 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(rig.text("cwTxPower").contains("dBm"), 5000);
+    keepPicture(rig, "cw-captured");
+
+    QTRY_VERIFY(rig.item("cwLogButton")->isEnabled());
+    QVERIFY(rig.click("cwLogButton"));
+    QStringList files;
+    QTRY_VERIFY((files = QDir(logs).entryList({ "bench_check_*.csv" }, QDir::Files)).size() == 1);
+    QFile csv(QDir(logs).filePath(files.first()));
+    QVERIFY(csv.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(csv.readAll()).split('\n', Qt::SkipEmptyParts);
+    QVERIFY(lines.size() > 10);
+    QCOMPARE(lines.first().trimmed(), QString("# Tavrin Workbench Radar"));
+    QVERIFY2(lines.join('\n').contains("# Rf Center Frequency [GHz]: 61.25"), qPrintable(lines.mid(0, 14).join('\n')));
+    // One column per enabled receiver in the data rows.
+    const int receivers = view->property("deviceConfig").value<QObject*>()->property("rxAntennas").value<QObject*>()
+                              ->property("numberOfEnabled").toInt();
+    QCOMPARE(lines.last().trimmed().split(',').size(), receivers);
+
+    QVERIFY(rig.click("cwEmissionButton"));
+    QTRY_VERIFY(!view->property("isEmissionActive").toBool());
+    QCOMPARE(rig.text("cwEmissionState"), QString("Emission off"));
+    const quint64 emitted = rig.simulator()->emission_time_ms(kUuid);
+    QTest::qWait(300);
+    QCOMPARE(rig.simulator()->emission_time_ms(kUuid), emitted);
+    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+}
+
+void TestCWPages::typedValueIsJudged_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("odd samples") << "cw_rxNumSamples" << "7" << "Value must be an even number";
+    QTest::newRow("too many samples") << "cw_rxNumSamples" << "4096" << "not in expected range";
+    QTest::newRow("no samples") << "cw_rxNumSamples" << "" << "Value cannot be empty";
+    // Typed in GHz, refused in GHz.
+    QTest::newRow("carrier off the band") << "cw_rfCenterFrequency" << "70" << "[58.00 - 63.50] GHz";
+    QTest::newRow("carrier not a number") << "cw_rfCenterFrequency" << "6o" << "Text must be valid number";
+    QTest::newRow("duty cycle above 100") << "cw_dutyCycle" << "101" << "not in expected range";
+    QTest::newRow("samples accepted") << "cw_rxNumSamples" << "300" << "";
+    QTest::newRow("sampling rate accepted") << "cw_samplingRate" << "500" << "";
+}
+
+void TestCWPages::typedValueIsJudged()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, typed);
+    QFETCH(QString, message);
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QQuickItem* target = rig.item(field);
+    QVERIFY(target);
+    // The editable drop-down takes the keys in its text field.
+    QQuickItem* input = target->property("editable").toBool() ? target->property("contentItem").value<QQuickItem*>()
+                                                              : target;
+    input->forceActiveFocus();
+    QMetaObject::invokeMethod(input, "selectAll");
+    QTest::keyClick(rig.window(), Qt::Key_Backspace);
+    for (const QChar character : typed)
+        QTest::keyClick(rig.window(), character.toLatin1());
+
+    const QString shown = rig.text(field + "_message");
+    if (message.isEmpty()) {
+        QCOMPARE(shown, QString());
+        QVERIFY(rig.item("cwApplyButton")->isEnabled());
+        const QString property = field.mid(3);
+        const double stored = guiParams(rig)->property(qPrintable(property)).toDouble();
+        QCOMPARE(stored, typed.toDouble() * (property == "samplingRate" ? 1000.0 : 1.0));
+    } else {
+        QVERIFY2(shown.contains(message), qPrintable(shown));
+        QVERIFY(rig.item(field + "_message")->isVisible());
+        QVERIFY(!rig.item("cwApplyButton")->isEnabled());
+        keepPicture(rig, "cw-typed-" + QString(QTest::currentDataTag()).replace(' ', '-'));
+        // The defaults replace what was typed and let Apply go.
+        QVERIFY(rig.click("cwDefaultsButton"));
+        QTRY_COMPARE(rig.text(field + "_message"), QString());
+        QVERIFY(rig.item("cwApplyButton")->isEnabled());
+    }
+}
+
+void TestCWPages::chipDecidesTheChoices_data()
+{
+    QTest::addColumn<QString>("chip");
+    QTest::addColumn<int>("modes");
+    QTest::addColumn<int>("cutoffs");
+    QTest::addColumn<bool>("antiAlias");
+    QTest::newRow("KMR7A") << "KMR7A" << 2 << 4 << false;
+    QTest::newRow("KMR7B") << "KMR7B" << 2 << 4 << false;
+    QTest::newRow("KMR7C") << "KMR7C" << 5 << 5 << true;
+}
+
+void TestCWPages::chipDecidesTheChoices()
+{
+    QFETCH(QString, chip);
+    QFETCH(int, modes);
+    QFETCH(int, cutoffs);
+    QFETCH(bool, antiAlias);
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, chip));
+    QTRY_COMPARE(rig.item("cw_testSignalMode")->property("count").toInt(), modes);
+    QCOMPARE(rig.item("cw_basebandHpCutoffFreq")->property("count").toInt(), cutoffs);
+    QCOMPARE(rig.item("cw_basebandAafCutoffFreq")->isVisible(), antiAlias);
+    QCOMPARE(rig.item("cw_testSignalMode")->property("currentText").toString(), QString("Off"));
+
+    // The last mode the chip offers reaches the edited configuration.
+    rig.key("cw_testSignalMode", Qt::Key_End);
+    const QStringList all { "Off", "Baseband Test", "Toggle TX Enable", "Toggle DAC Value", "RX Self Test" };
+    QTRY_COMPARE(guiParams(rig)->property("testSignalMode").toString(), all.at(modes - 1));
+    keepPicture(rig, "cw-choices-" + chip);
+}
+
+void TestCWPages::slowerAdcPullsTheSamplingRateDown()
+{
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QObject* params = guiParams(rig);
+    const quint32 before = params->property("samplingRate").toUInt();
+    // 400 ns per conversion, the slowest sample time.
+    rig.key("cw_adcSamplingTime", Qt::Key_End);
+    QTRY_COMPARE(params->property("adcSamplingTime").toUInt(), 400u);
+    QObject* limits = cwView(rig)->property("guiConfig").value<QObject*>()->property("limits").value<QObject*>();
+    const quint32 maximum = limits->property("samplingRateMax").toUInt();
+    QVERIFY2(maximum < before, qPrintable(QString::number(maximum)));
+    QTRY_COMPARE(params->property("samplingRate").toUInt(), maximum);
+    QCOMPARE(rig.text("cw_samplingRate"), QString::number(maximum / 1000.0, 'f', 2));
+}
+
+QTEST_MAIN(TestCWPages)
+#include "tst_CWPages.moc"
