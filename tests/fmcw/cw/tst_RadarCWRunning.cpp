@@ -1,0 +1,355 @@
+// CW mode's running side against the scripted SDK: the controller's calls
+// and messages, the coordinator's emission rules and the protector's
+// switching, where a failure must be forced or a call counted.
+
+#include "FakeCw.h"
+#include "FakeVrn.h"
+
+#include "fmcw/common/RadarAntennas.h"
+#include "fmcw/common/RadarDevice.h"
+#include "fmcw/cw/IRadarCWEmission.h"
+#include "fmcw/cw/RadarCWController.h"
+#include "fmcw/cw/RadarCWCoordinator.h"
+#include "fmcw/cw/RadarCWDataProcessing.h"
+#include "fmcw/cw/RadarCWOverheatingProtector.h"
+#include "fmcw/cw/config/RadarCWConfig.h"
+#include "fmcw/cw/config/RadarCWParams.h"
+#include "fmcw/cw/config/RadarCWUserSettings.h"
+#include "fmcw/cw/config/RadarDeviceCWConfig.h"
+
+#include <QElapsedTimer>
+#include <QMutex>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <cstring>
+#include <memory>
+
+
+namespace {
+
+// Switches nothing, but notes when it was asked to.
+class RecordingEmission : public IRadarCWEmission
+{
+public:
+    bool startEmission() override { return note(m_starts, startResult); }
+    bool stopEmission() override { return note(m_stops, stopResult); }
+
+    QList<qint64> starts() const { QMutexLocker l(&m_mutex); return m_starts; }
+    QList<qint64> stops() const { QMutexLocker l(&m_mutex); return m_stops; }
+
+    bool startResult = true;
+    bool stopResult = true;
+
+private:
+    bool note(QList<qint64>& list, bool result)
+    {
+        QMutexLocker locker(&m_mutex);
+        list.append(m_clock.elapsed());
+        return result;
+    }
+
+    mutable QMutex m_mutex;
+    QElapsedTimer m_clock = [] { QElapsedTimer t; t.start(); return t; }();
+    QList<qint64> m_starts;
+    QList<qint64> m_stops;
+};
+
+}
+
+class RadarCWRunningTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<FakeVrn> m_vrn;
+    std::unique_ptr<FakeCw> m_cw;
+    std::unique_ptr<RadarDevice> m_device;
+    std::unique_ptr<RadarCWController> m_controller;
+    std::unique_ptr<RadarCWConfig> m_config;
+    std::unique_ptr<RadarCWDataProcessing> m_processing;
+    std::unique_ptr<RadarCWCoordinator> m_coordinator;
+
+    bool connectBoard()
+    {
+        return m_coordinator->connectDevice(QStringLiteral("fake-1"), VRN_SHIELD_FMCW_512);
+    }
+
+    // Applies the edited copy with `dutyCycle` and `txMask`.
+    bool applyDutyCycle(quint32 dutyCycle, quint32 txMask = 1)
+    {
+        m_config->guiConfig()->params()->setDutyCycle(dutyCycle);
+        m_config->guiConfig()->txAntennas()->setMask(txMask);
+        return m_coordinator->applyGuiConfig();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        qRegisterMetaType<RadarEventCode>("RadarEventCode");
+        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
+    }
+
+    void init()
+    {
+        m_vrn = std::make_unique<FakeVrn>();
+        m_cw = std::make_unique<FakeCw>(*m_vrn);
+        std::strcpy(m_vrn->info.name, "KMR7A");
+        m_vrn->info.num_rx_antennas = 3;
+        m_vrn->info.num_tx_antennas = 1;
+        m_device = std::make_unique<RadarDevice>(&m_vrn->table);
+        m_controller = std::make_unique<RadarCWController>(&m_vrn->table);
+        m_config = std::make_unique<RadarCWConfig>(m_controller.get(),
+                                                   std::make_unique<RadarCWUserSettings>(nullptr, nullptr));
+        m_processing = std::make_unique<RadarCWDataProcessing>(&m_vrn->broker, m_controller.get(), m_config.get());
+        m_coordinator = std::make_unique<RadarCWCoordinator>(m_device.get(), m_controller.get(), m_config.get(),
+                                                             m_processing.get(), nullptr);
+        connect(m_controller.get(), &RadarCWController::triggerEvent, m_coordinator.get(),
+                &RadarCWCoordinator::onRadarEvent);
+    }
+
+    void cleanup()
+    {
+        m_coordinator.reset();
+        m_processing.reset();
+        m_config.reset();
+        m_controller.reset();
+        m_device.reset();
+        m_cw.reset();
+        m_vrn.reset();
+    }
+
+    void connectingAppliesTheDefaultsAndStartsTheMonitors()
+    {
+        QVERIFY(connectBoard());
+        QVERIFY(m_coordinator->isConnected());
+        QCOMPARE(m_config->deviceConfig()->params()->dac(), 200u);
+        QVERIFY(m_coordinator->hasTemperatureMonitor());
+        QVERIFY(m_coordinator->hasTxPowerMonitor());
+        m_coordinator->disconnectDevice();
+        QVERIFY(!m_coordinator->hasTemperatureMonitor());
+        // The controller goes before the device it was opened on.
+        QVERIFY(m_cw->count("cw_destroy") == 1);
+        QCOMPARE(m_vrn->destroyCalls, 1);
+    }
+
+    void controllerHandleFailures_data()
+    {
+        QTest::addColumn<QByteArray>("error");
+        QTest::addColumn<bool>("nullHandle");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("details");
+        QTest::newRow("SDK error") << QByteArray("no CW here") << false << "Failed to init to the cw controller"
+                                   << "no CW here";
+        QTest::newRow("null handle") << QByteArray() << true << "Failed to init the cw controller"
+                                     << "SDK reports no error but returned handle is invalid";
+    }
+
+    void controllerHandleFailures()
+    {
+        QFETCH(QByteArray, error);
+        QFETCH(bool, nullHandle);
+        QFETCH(QString, message);
+        QFETCH(QString, details);
+        m_cw->createError = error.isEmpty() ? nullptr : error.constData();
+        m_cw->nullHandle = nullHandle;
+        QSignalSpy events(m_controller.get(), &RadarCWController::triggerEvent);
+        QVERIFY(!connectBoard());
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), RadarEventCode::Error);
+        QCOMPARE(events.at(0).at(1).toString(), message);
+        QCOMPARE(events.at(0).at(2).toString(), details);
+        // The device opened for it is closed again.
+        QCOMPARE(m_vrn->destroyCalls, 1);
+        QVERIFY(!m_coordinator->isConnected());
+    }
+
+    void setConfigurationStopsAtTheFailingStep_data()
+    {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("calls");
+        const char* entries[] = { "cw_set_rf_frequency", "cw_set_dac_value", "cw_set_tx_antenna_mask",
+                                  "cw_set_test_signal_generator", "cw_set_rx_antenna_mask", "cw_set_num_samples",
+                                  "cw_set_adc_config", "cw_set_baseband_config" };
+        const char* messages[] = { "Cannot set RF frequency into cw controller", "Cannot set DAC value into cw controller",
+                                   "Cannot set Tx antenna state into cw controller",
+                                   "Cannot set Test signal generator config into cw controller",
+                                   "Cannot set Rx antenna state into cw controller",
+                                   "Cannot set Rx number of samples into cw controller",
+                                   "Cannot set ADC config into cw controller",
+                                   "Cannot set Baseband config into cw controller" };
+        for (int i = 0; i < 8; ++i)
+            QTest::newRow(entries[i]) << QByteArray(entries[i]) << QString(messages[i]) << i + 1;
+    }
+
+    void setConfigurationStopsAtTheFailingStep()
+    {
+        QFETCH(QByteArray, entry);
+        QFETCH(QString, message);
+        QFETCH(int, calls);
+        QVERIFY(connectBoard());
+        m_cw->calls.clear();
+        m_cw->errors.insert(entry, "refused by the board");
+        QSignalSpy events(m_controller.get(), &RadarCWController::triggerEvent);
+        QVERIFY(!m_controller->setConfiguration(*m_config->guiConfig()));
+        // The steps run in order and none follows the failing one.
+        QCOMPARE(m_cw->calls.size(), calls);
+        QCOMPARE(m_cw->calls.last(), entry);
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(1).toString(), message);
+        QCOMPARE(events.at(0).at(2).toString(), QStringLiteral("refused by the board"));
+    }
+
+    void emissionWithoutTxAntennaCallsNothing()
+    {
+        QVERIFY(connectBoard());
+        QVERIFY(applyDutyCycle(100, 0));
+        QCOMPARE(m_config->deviceConfig()->txAntennas()->mask(), 0u);
+        m_cw->calls.clear();
+        QSignalSpy changes(m_coordinator.get(), &IRadarCWCoordinator::isEmissionActiveChanged);
+        QVERIFY(!m_coordinator->startEmission());
+        QVERIFY(m_cw->calls.isEmpty());
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(!m_coordinator->isEmissionActive());
+    }
+
+    void emissionTwiceAndStopTwiceCallTheSdkOnce()
+    {
+        QVERIFY(connectBoard());
+        QVERIFY(m_controller->startEmission());
+        QVERIFY(m_controller->startEmission());
+        QCOMPARE(m_cw->count("cw_start_emission"), 1);
+        QVERIFY(m_controller->stopEmission());
+        QVERIFY(m_controller->stopEmission());
+        QCOMPARE(m_cw->count("cw_stop_emission"), 1);
+    }
+
+    void emissionFailureIsReported()
+    {
+        QVERIFY(connectBoard());
+        m_cw->errors.insert("cw_start_emission", "amplifier fault");
+        QSignalSpy messages(m_coordinator.get(), &IRadarCWCoordinator::enqueueUserMessage);
+        QVERIFY(!m_coordinator->startEmission());
+        QVERIFY(!m_coordinator->isEmissionActive());
+        QCOMPARE(messages.count(), 1);
+        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Failed to start CW emission from cw controller"));
+        QCOMPARE(messages.at(0).at(2).toString(), QStringLiteral("SDK reports error"));
+    }
+
+    void protectorRunsOnlyBelowFullDutyCycle_data()
+    {
+        QTest::addColumn<quint32>("dutyCycle");
+        QTest::addColumn<bool>("isProtected");
+        QTest::newRow("100 %") << 100u << false;
+        QTest::newRow("30 %") << 30u << true;
+        QTest::newRow("0 %") << 0u << true;
+    }
+
+    void protectorRunsOnlyBelowFullDutyCycle()
+    {
+        QFETCH(quint32, dutyCycle);
+        QFETCH(bool, isProtected);
+        QVERIFY(connectBoard());
+        QVERIFY(applyDutyCycle(dutyCycle));
+        QVERIFY(m_coordinator->startEmission());
+        QCOMPARE(m_coordinator->isProtectorRunning(), isProtected);
+        QVERIFY(m_coordinator->hasTxPowerMonitor());
+        QVERIFY(m_coordinator->stopEmission());
+        QVERIFY(!m_coordinator->isProtectorRunning());
+        QVERIFY(!m_coordinator->hasTxPowerMonitor());
+        QVERIFY(!m_cw->emitting);
+    }
+
+    void fetchFailures_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<RadarEventCode>("code");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("details");
+        QTest::newRow("communication lost") << int(VRN_STATUS_COMMUNICATION_LOST)
+                                            << RadarEventCode::DeviceCommunicationFailure
+                                            << "Device communication error while fetching frame" << QString();
+        QTest::newRow("other") << int(VRN_STATUS_FRAME_FETCH_FAILED) << RadarEventCode::Error
+                               << "Failed to get frame for CW mode" << "status 0x1100e";
+    }
+
+    void fetchFailures()
+    {
+        QFETCH(int, status);
+        QFETCH(RadarEventCode, code);
+        QFETCH(QString, message);
+        QFETCH(QString, details);
+        QVERIFY(connectBoard());
+        QVERIFY(m_processing->captureFrame());
+        const quint64 sequence = m_processing->frameSequence();
+        m_cw->captureStatus = status;
+        QSignalSpy events(m_controller.get(), &RadarCWController::triggerEvent);
+        QSignalSpy messages(m_coordinator.get(), &IRadarCWCoordinator::enqueueUserMessage);
+        QVERIFY(!m_processing->captureFrame());
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), code);
+        QCOMPARE(events.at(0).at(1).toString(), message);
+        QCOMPARE(events.at(0).at(2).toString(), details);
+        QCOMPARE(messages.count(), 1);
+        QCOMPARE(messages.at(0).at(1).toString(), message);
+        // A lost board is let go; the user hears of the loss only.
+        QCOMPARE(m_coordinator->isConnected(), code != RadarEventCode::DeviceCommunicationFailure);
+        if (m_coordinator->isConnected())
+            QCOMPARE(m_processing->frameSequence(), sequence);
+    }
+
+    void protectorSwitchesByTheDutyCycle_data()
+    {
+        QTest::addColumn<int>("dutyCycle");
+        QTest::addColumn<int>("onMs");
+        QTest::newRow("0 %: off at once, on after the period") << 0 << 0;
+        QTest::newRow("30 %") << 30 << 90;
+    }
+
+    void protectorSwitchesByTheDutyCycle()
+    {
+        QFETCH(int, dutyCycle);
+        QFETCH(int, onMs);
+        const int period = 300;
+        RecordingEmission emission;
+        {
+            RadarCWOverheatingProtector protector(&emission, quint8(dutyCycle), period);
+            QTRY_VERIFY_WITH_TIMEOUT(emission.starts().size() >= 2, 3000);
+        }
+        const QList<qint64> stops = emission.stops();
+        const QList<qint64> starts = emission.starts();
+        // Loose bounds: the order and rough share, not a timing benchmark.
+        QVERIFY2(stops.at(0) >= onMs - 5 && stops.at(0) < onMs + 150, qPrintable(QString::number(stops.at(0))));
+        const qint64 off = starts.at(0) - stops.at(0);
+        QVERIFY2(off >= period - onMs - 5 && off < period - onMs + 150, qPrintable(QString::number(off)));
+        QVERIFY(stops.at(1) >= starts.at(0));
+    }
+
+    void protectorEndsOnAFailingSwitch()
+    {
+        RecordingEmission emission;
+        emission.stopResult = false;
+        RadarCWOverheatingProtector protector(&emission, 10, 100);
+        QTRY_COMPARE_WITH_TIMEOUT(emission.stops().size(), 1, 2000);
+        QTest::qWait(300);
+        QCOMPARE(emission.stops().size(), 1);
+        QVERIFY(emission.starts().isEmpty());
+    }
+
+    void destroyingTheProtectorCutsItsWaitShort()
+    {
+        RecordingEmission emission;
+        QElapsedTimer clock;
+        clock.start();
+        {
+            RadarCWOverheatingProtector protector(&emission, 50, 20000);
+            QTest::qWait(50);
+        }
+        QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(emission.stops().isEmpty());
+    }
+};
+
+QTEST_MAIN(RadarCWRunningTest)
+#include "tst_RadarCWRunning.moc"

@@ -1,0 +1,243 @@
+// CW mode end to end: the plug-in loaded by the reference host on the
+// simulated SDK, switched to CW through "radarCoordinator" and driven
+// through the "radarCWView" object the pages use.
+
+#include "ModuleHost.h"
+#include "SimulatedHost.h"
+
+#include "common/ISeriesChartData.h"
+#include "fmcw/cw/RadarCWMode.h"
+#include "host/Constants.h"
+#include "sdk/vrn.h"
+
+#include <vrn_sim.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const char* const kBoard = "1f3c-0c01";
+
+QObject* child(QObject* object, const char* property)
+{
+    return object ? object->property(property).value<QObject*>() : nullptr;
+}
+
+} // namespace
+
+class TestRadarCWSession : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<SimulatedHost> m_sim;
+
+    QObject* contextObject(const char* name) const
+    {
+        return m_sim->host().engine()->rootContext()->contextProperty(QString::fromLatin1(name)).value<QObject*>();
+    }
+    QObject* cwView() const { return contextObject("radarCWView"); }
+    QObject* coordinator() const { return contextObject("radarCoordinator"); }
+    QObject* guiParams() const { return child(child(cwView(), "guiConfig"), "params"); }
+
+    bool call(const char* method)
+    {
+        bool result = false;
+        return QMetaObject::invokeMethod(cwView(), method, Q_RETURN_ARG(bool, result)) && result;
+    }
+
+    quint64 emissionTimeMs() const
+    {
+        return m_sim->host().sdkLibrary().control()->emission_time_ms(kBoard);
+    }
+
+    // Emits for `ms` under the applied duty cycle; the share of it the
+    // transmitter was on air.
+    double emittedShare(int ms)
+    {
+        const quint64 before = emissionTimeMs();
+        QElapsedTimer clock;
+        clock.start();
+        if (!call("startEmission"))
+            return -1.0;
+        QTest::qWait(ms);
+        call("stopEmission");
+        return double(emissionTimeMs() - before) / double(clock.elapsed());
+    }
+
+    void applyParam(const char* name, const QVariant& value)
+    {
+        QVERIFY(guiParams()->setProperty(name, value));
+        QVERIFY(call("applyGuiConfig"));
+    }
+
+    // The frequency at which the first receiver's spectrum peaks above 10 kHz.
+    double spectrumPeakHz()
+    {
+        ISeriesChartData* data = nullptr;
+        if (!QMetaObject::invokeMethod(cwView(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, data),
+                                       Q_ARG(int, int(Constants::Chart::FrequencyDomain)))
+            || !data || data->seriesCount() == 0)
+            return -1.0;
+        std::unique_ptr<ISeriesChartData::Iterator> points = data->iterator(0);
+        QPointF peak(-1.0, -1e30);
+        while (points && points->hasNext()) {
+            const QPointF point = points->next();
+            if (point.x() > 10e3 && point.y() > peak.y())
+                peak = point;
+        }
+        return peak.x();
+    }
+
+private slots:
+    void init()
+    {
+        qRegisterMetaType<ISeriesChartData*>("ISeriesChartData*");
+        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
+        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()));
+        QVERIFY(QDir().mkpath(directory));
+        m_sim = std::make_unique<SimulatedHost>();
+        const QString error = m_sim->start(
+            SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), QStringLiteral("unpaced")),
+            directory);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QVERIFY(cwView());
+        QVERIFY(m_sim->host().sdkLibrary().control());
+        const QString connected = m_sim->connectFirstBoard();
+        QVERIFY2(connected.isEmpty(), qPrintable(connected));
+        QVERIFY(coordinator()->setProperty("userMode", QString::fromLatin1(RadarCWMode::kUserMode)));
+        QTRY_VERIFY(cwView()->property("isConnected").toBool());
+    }
+
+    void cleanup()
+    {
+        m_sim.reset();
+    }
+
+    void switchingToCwAndBack()
+    {
+        QVERIFY(!m_sim->view()->property("isConnected").toBool());
+        QCOMPARE(child(child(cwView(), "deviceConfig"), "params")->property("dac").toUInt(), 200u);
+        QVERIFY(call("startEmission"));
+        QVERIFY(cwView()->property("isEmissionActive").toBool());
+
+        // Leaving the mode ends emission and hands the board back.
+        QVERIFY(coordinator()->setProperty("userMode", QStringLiteral("Standard")));
+        QTRY_VERIFY(m_sim->view()->property("isConnected").toBool());
+        QVERIFY(!cwView()->property("isConnected").toBool());
+        QVERIFY(!cwView()->property("isEmissionActive").toBool());
+        const quint64 emitted = emissionTimeMs();
+        QTest::qWait(150);
+        QCOMPARE(emissionTimeMs(), emitted);
+    }
+
+    void dutyCycleLimitsTheTimeOnAir_data()
+    {
+        QTest::addColumn<int>("dutyCycle");
+        QTest::addColumn<double>("least");
+        QTest::addColumn<double>("most");
+        QTest::newRow("100 %") << 100 << 0.9 << 1.01;
+        QTest::newRow("30 %") << 30 << 0.2 << 0.45;
+        QTest::newRow("0 %") << 0 << 0.0 << 0.08;
+    }
+
+    void dutyCycleLimitsTheTimeOnAir()
+    {
+        QFETCH(int, dutyCycle);
+        QFETCH(double, least);
+        QFETCH(double, most);
+        applyParam("dutyCycle", quint32(dutyCycle));
+        // Three periods of the protector: on 300 ms per second at 30 %.
+        const double share = emittedShare(3000);
+        QVERIFY2(share >= least && share <= most, qPrintable(QString::number(share)));
+        QVERIFY(!cwView()->property("isEmissionActive").toBool());
+    }
+
+    void testToneShowsInTheSpectrum_data()
+    {
+        QTest::addColumn<double>("frequency");
+        QTest::newRow("125 kHz") << 125e3;
+        QTest::newRow("300 kHz") << 300e3;
+    }
+
+    void testToneShowsInTheSpectrum()
+    {
+        QFETCH(double, frequency);
+        QVERIFY(guiParams()->setProperty("testSignalMode", QStringLiteral("Baseband Test")));
+        applyParam("testSignalFrequency", float(frequency));
+        QSignalSpy charts(cwView(), SIGNAL(chartsDataUpdated()));
+        QVERIFY(call("captureFrame"));
+        QTRY_VERIFY(charts.count() > 0);
+        QVERIFY(cwView()->property("isFrameAvailable").toBool());
+        const double samplingRate = guiParams()->property("samplingRate").toDouble();
+        const double fftSize = child(child(cwView(), "userSettings"), "rangeSpectrum")->property("fftSize").toDouble();
+        const double peak = spectrumPeakHz();
+        QVERIFY2(qAbs(peak - frequency) <= 2.0 * samplingRate / fftSize, qPrintable(QString::number(peak)));
+    }
+
+    void logOneFrameWritesEveryEnabledReceiver()
+    {
+        QObject* rx = child(child(cwView(), "guiConfig"), "rxAntennas");
+        QVERIFY(QMetaObject::invokeMethod(rx, "setEnabled", Q_ARG(int, 1), Q_ARG(bool, false)));
+        applyParam("rxNumSamples", 128u);
+        QVERIFY(call("captureFrame"));
+        QObject* logging = child(child(cwView(), "userSettings"), "loggingConfiguration");
+        const QString directory = m_dir.filePath(QStringLiteral("logs"));
+        QVERIFY(logging->setProperty("loggingPath", directory));
+        QVERIFY(call("logOneFrame"));
+        const QStringList files = QDir(directory).entryList({ QStringLiteral("*.csv") }, QDir::Files);
+        QCOMPARE(files.size(), 1);
+        QVERIFY2(files.at(0).startsWith(logging->property("loggingFileName").toString() + QStringLiteral("_")),
+                 qPrintable(files.at(0)));
+
+        QFile file(QDir(directory).filePath(files.at(0)));
+        QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(lines.first(), QStringLiteral("# Tavrin Workbench Radar"));
+        QStringList data;
+        for (const QString& line : lines) {
+            if (!line.startsWith(QLatin1Char('#')))
+                data.append(line);
+        }
+        // The column row, then one line of two samples per sample position.
+        QCOMPARE(data.size(), 129);
+        QVERIFY2(data.first().contains(QStringLiteral("Tx1Rx1")) && data.first().contains(QStringLiteral("Tx1Rx3")),
+                 qPrintable(data.first()));
+        QVERIFY(data.at(1).split(QRegularExpression(QStringLiteral("[,;\\t]"))).size() == 2);
+
+        // A path that cannot be made is refused with its message.
+        QVERIFY(logging->setProperty("loggingPath", m_dir.filePath(QStringLiteral("no/such/place"))));
+        QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QVERIFY(!call("logOneFrame"));
+        QTRY_COMPARE(messages.count(), 1);
+        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Path is not valid"));
+    }
+
+    void communicationLossEndsTheSession()
+    {
+        QVERIFY(call("startEmission"));
+        const VrnSimFault fault { VRNSIM_FAULT_FETCH, VRN_STATUS_COMMUNICATION_LOST, 1, 0 };
+        QVERIFY(!m_sim->host().sdkLibrary().control()->inject_fault(kBoard, &fault));
+        QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QVERIFY(!call("captureFrame"));
+        QTRY_COMPARE(messages.count(), 1);
+        QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Device communication error while fetching frame"));
+        QCOMPARE(messages.at(0).at(2).toString(), QString());
+        QVERIFY(!cwView()->property("isConnected").toBool());
+        QVERIFY(!cwView()->property("isEmissionActive").toBool());
+        const quint64 emitted = emissionTimeMs();
+        QTest::qWait(150);
+        QCOMPARE(emissionTimeMs(), emitted);
+    }
+};
+
+QTEST_MAIN(TestRadarCWSession)
+#include "tst_RadarCWSession.moc"
