@@ -97,17 +97,15 @@ private:
         return peak.x();
     }
 
-private slots:
-    void init()
+    // Starts the host on a board carrying `chip` and switches it to CW.
+    void startInCw(const QString& chip)
     {
-        qRegisterMetaType<ISeriesChartData*>("ISeriesChartData*");
-        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
-        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()));
+        m_sim.reset();
+        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + chip);
         QVERIFY(QDir().mkpath(directory));
         m_sim = std::make_unique<SimulatedHost>();
         const QString error = m_sim->start(
-            SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), QStringLiteral("unpaced")),
-            directory);
+            SimulatedHost::oneBoardBench(QLatin1String(kBoard), chip, QStringLiteral("unpaced")), directory);
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QVERIFY(cwView());
         QVERIFY(m_sim->host().sdkLibrary().control());
@@ -115,6 +113,14 @@ private slots:
         QVERIFY2(connected.isEmpty(), qPrintable(connected));
         QVERIFY(coordinator()->setProperty("userMode", QString::fromLatin1(RadarCWMode::kUserMode)));
         QTRY_VERIFY(cwView()->property("isConnected").toBool());
+    }
+
+private slots:
+    void init()
+    {
+        qRegisterMetaType<ISeriesChartData*>("ISeriesChartData*");
+        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
+        startInCw(QStringLiteral("KMR7A"));
     }
 
     void cleanup()
@@ -236,6 +242,56 @@ private slots:
         const quint64 emitted = emissionTimeMs();
         QTest::qWait(150);
         QCOMPARE(emissionTimeMs(), emitted);
+    }
+
+    void readoutsFollowTheChip_data()
+    {
+        QTest::addColumn<QString>("chip");
+        QTest::addColumn<bool>("readouts");
+        QTest::newRow("KMR7A") << QStringLiteral("KMR7A") << true;
+        QTest::newRow("KMR7C has none in CW mode") << QStringLiteral("KMR7C") << false;
+    }
+
+    void readoutsFollowTheChip()
+    {
+        QFETCH(QString, chip);
+        QFETCH(bool, readouts);
+        if (chip != QLatin1String("KMR7A"))
+            startInCw(chip);
+        QObject* info = child(cwView(), "deviceInfo");
+        QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QVERIFY(call("startEmission"));
+        QTest::qWait(2500);
+        QCOMPARE(info->property("deviceTemperature").isValid(), readouts);
+        const QVector<float> power = info->property("deviceTxPower").value<QVector<float>>();
+        if (readouts) {
+            // The transmitter's power while it emits at the default DAC code.
+            QVERIFY(!power.isEmpty());
+            QVERIFY2(power.at(0) > 0.0f && power.at(0) < 6.0f, qPrintable(QString::number(power.at(0))));
+        } else {
+            QVERIFY(power.isEmpty());
+        }
+        QCOMPARE(messages.count(), 0);
+    }
+
+    void unpluggingDuringEmissionEndsIt()
+    {
+        applyParam("dutyCycle", 50u);
+        QVERIFY(call("startEmission"));
+        QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
+        QVERIFY(!m_sim->host().sdkLibrary().control()->unplug_board(kBoard));
+        QTRY_VERIFY_WITH_TIMEOUT(!cwView()->property("isConnected").toBool(), 5000);
+        QVERIFY(!cwView()->property("isEmissionActive").toBool());
+        // The readouts notice the loss; the user is told of it.
+        QStringList texts;
+        for (const QList<QVariant>& message : qAsConst(messages))
+            texts.append(message.at(1).toString());
+        QVERIFY2(texts.contains(QStringLiteral("Device communication error while fetching temperature")),
+                 qPrintable(texts.join(QLatin1Char('|'))));
+        QVERIFY(child(cwView(), "deviceInfo")->property("deviceTemperature").isNull());
+        // The protector switches nothing any more.
+        QTest::qWait(1200);
+        QVERIFY(!cwView()->property("isEmissionActive").toBool());
     }
 };
 
