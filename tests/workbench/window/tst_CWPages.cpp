@@ -6,8 +6,11 @@
 
 #include "MessageLog.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QQmlContext>
 #include <QQmlEngine>
 
@@ -94,6 +97,35 @@ double peakX(WindowRig& rig, const char* chart)
     return bestX;
 }
 
+// The file dialog the page opened, once it shows.
+QFileDialog* shownFileDialog()
+{
+    QFileDialog* dialog = nullptr;
+    QTest::qWaitFor([&dialog] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
+                dialog = candidate;
+        }
+        return dialog != nullptr;
+    });
+    return dialog;
+}
+
+// Types the path into the dialog, confirms it and gives the window the
+// keyboard back.
+bool chooseFile(WindowRig& rig, QFileDialog* dialog, const QString& path)
+{
+    auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
+    if (!name)
+        return false;
+    name->setText(path);
+    QTest::keyClick(name, Qt::Key_Return);
+    if (!QTest::qWaitFor([dialog] { return !dialog->isVisible(); }))
+        return false;
+    rig.window()->requestActivate();
+    return QTest::qWaitForWindowActive(rig.window());
+}
+
 } // namespace
 
 class TestCWPages : public QObject
@@ -110,6 +142,7 @@ private slots:
     void chipDecidesTheChoices_data();
     void chipDecidesTheChoices();
     void slowerAdcPullsTheSamplingRateDown();
+    void savedConfigurationLoadsBackThroughTheDialogs();
 };
 
 void TestCWPages::initTestCase()
@@ -296,6 +329,33 @@ void TestCWPages::slowerAdcPullsTheSamplingRateDown()
     QVERIFY2(maximum < before, qPrintable(QString::number(maximum)));
     QTRY_COMPARE(params->property("samplingRate").toUInt(), maximum);
     QCOMPARE(rig.text("cw_samplingRate"), QString::number(maximum / 1000.0, 'f', 2));
+}
+
+void TestCWPages::savedConfigurationLoadsBackThroughTheDialogs()
+{
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QVERIFY(rig.type("cw_dutyCycle", "30"));
+    QVERIFY(rig.click("cwSaveButton"));
+    QFileDialog* save = shownFileDialog();
+    QVERIFY(save);
+    // The dialog proposes the configuration's name for the file.
+    const QStringList proposed = save->selectedFiles();
+    QCOMPARE(proposed.size(), 1);
+    QVERIFY2(QFileInfo(proposed.first()).fileName().contains(QRegularExpression("^KMR7A_CW_Settings_[0-9]{8}-[0-9]{6}\\.json$")),
+             qPrintable(proposed.first()));
+    const QString path = rig.directory() + "/cw-saved.json";
+    QVERIFY(chooseFile(rig, save, path));
+    QTRY_VERIFY(QFile::exists(path));
+
+    QVERIFY(rig.type("cw_dutyCycle", "55"));
+    QCOMPARE(guiParams(rig)->property("dutyCycle").toUInt(), 55u);
+    QVERIFY(rig.click("cwLoadButton"));
+    QVERIFY(chooseFile(rig, shownFileDialog(), path));
+    QTRY_COMPARE(guiParams(rig)->property("dutyCycle").toUInt(), 30u);
+    QCOMPARE(rig.text("cw_dutyCycle"), QString("30"));
+    // Loaded, not yet applied.
+    QVERIFY(rig.item("cwRevertButton")->isEnabled());
 }
 
 QTEST_MAIN(TestCWPages)
