@@ -19,7 +19,8 @@ Dialog {
     parent: Overlay.overlay
     x: parent ? (parent.width - width) / 2 : 0
     y: parent ? (parent.height - height) / 3 : 0
-    width: 560
+    width: 580
+    padding: 12
     closePolicy: Popup.CloseOnEscape
 
     // Characters no file name may hold on any of the systems we run on.
@@ -72,7 +73,7 @@ Dialog {
             spacing: 6
             Label {
                 text: qsTr("Folder")
-                Layout.preferredWidth: 110
+                Layout.preferredWidth: 130
             }
             TextField {
                 id: pathField
@@ -92,7 +93,7 @@ Dialog {
             spacing: 6
             Label {
                 text: qsTr("File-name prefix")
-                Layout.preferredWidth: 110
+                Layout.preferredWidth: 130
             }
             TextField {
                 id: prefixField

@@ -116,7 +116,8 @@ Item {
             Label {
                 objectName: "cwEmissionState"
                 Layout.preferredWidth: 200
-                text: !root.emitting ? qsTr("Emission off")
+                text: !root.emitting ? (root.connected && root.applied.txAntennas.numberOfEnabled === 0
+                                        ? qsTr("No Tx antenna applied") : qsTr("Emission off"))
                       : root.applied.params.dutyCycle < 100
                         ? qsTr("Emitting, %1 % duty cycle").arg(root.applied.params.dutyCycle)
                         : qsTr("Emitting continuously")

@@ -143,6 +143,9 @@ private slots:
     void chipDecidesTheChoices();
     void slowerAdcPullsTheSamplingRateDown();
     void savedConfigurationLoadsBackThroughTheDialogs();
+    void csvOptionsRefuseWhatCannotBeWritten_data();
+    void csvOptionsRefuseWhatCannotBeWritten();
+    void emissionNeedsAnAppliedTxAntenna();
 };
 
 void TestCWPages::initTestCase()
@@ -172,6 +175,10 @@ void TestCWPages::emitCaptureLogAndStop()
     QVERIFY(rig.type("cw_rfCenterFrequency", "61.25"));
     rig.key("cw_testSignalMode", Qt::Key_End);
     QTRY_COMPARE(rig.item("cw_testSignalMode")->property("currentText").toString(), QString("Baseband Test"));
+    const uint dac = guiParams(rig)->property("dac").toUInt();
+    rig.key("cw_dac", Qt::Key_Left);
+    QCOMPARE(guiParams(rig)->property("dac").toUInt(), dac - 1);
+    QCOMPARE(rig.text("cw_dac_value"), QString::number(dac - 1));
     QCOMPARE(rig.text("cw_rfCenterFrequency_message"), QString());
     QTRY_VERIFY(view->property("revertApplyAvailable").toBool());
     QVERIFY(rig.click("cwApplyButton"));
@@ -356,6 +363,57 @@ void TestCWPages::savedConfigurationLoadsBackThroughTheDialogs()
     QCOMPARE(rig.text("cw_dutyCycle"), QString("30"));
     // Loaded, not yet applied.
     QVERIFY(rig.item("cwRevertButton")->isEnabled());
+}
+
+void TestCWPages::csvOptionsRefuseWhatCannotBeWritten_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("folder two levels missing") << "/missing-cw-folder/below" << "cw" << "Path is not valid";
+    QTest::newRow("no prefix") << "" << " " << "The file-name prefix cannot be empty";
+    QTest::newRow("prefix with a slash") << "" << "a/b" << "The file-name prefix cannot hold";
+}
+
+void TestCWPages::csvOptionsRefuseWhatCannotBeWritten()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, prefix);
+    QFETCH(QString, message);
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QObject* logging = cwView(rig)->property("userSettings").value<QObject*>()->property("loggingConfiguration")
+                           .value<QObject*>();
+    const QString pathBefore = logging->property("loggingPath").toString();
+    const QString prefixBefore = logging->property("loggingFileName").toString();
+
+    QVERIFY(rig.click("cwCsvOptionsButton"));
+    QTRY_VERIFY(rig.item("cw_loggingPath") && rig.item("cw_loggingPath")->isVisible());
+    QVERIFY(rig.type("cw_loggingPath", folder.isEmpty() ? rig.directory() : folder));
+    QVERIFY(rig.type("cw_loggingFileName", prefix));
+    QTRY_VERIFY(rig.text("cwCsvOptionsMessage").startsWith(message));
+    keepPicture(rig, "cw-csv-" + QString(QTest::currentDataTag()).replace(' ', '-'));
+    // The dialog stays open and the settings keep what they had.
+    QVERIFY(rig.item("cw_loggingPath")->isVisible());
+    QCOMPARE(logging->property("loggingPath").toString(), pathBefore);
+    QCOMPARE(logging->property("loggingFileName").toString(), prefixBefore);
+    QVERIFY(rig.click("cwCsvOptionsCancelButton"));
+    QTRY_VERIFY(!rig.item("cw_loggingPath") || !rig.item("cw_loggingPath")->isVisible());
+}
+
+void TestCWPages::emissionNeedsAnAppliedTxAntenna()
+{
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QVERIFY(rig.item("cwEmissionButton")->isEnabled());
+    QVERIFY(rig.click("cw_tx_1"));
+    QTRY_VERIFY(!rig.item("cw_tx_1")->property("checked").toBool());
+    // Only the applied antennas count.
+    QVERIFY(rig.item("cwEmissionButton")->isEnabled());
+    QVERIFY(rig.click("cwApplyButton"));
+    QTRY_VERIFY(!rig.item("cwEmissionButton")->isEnabled());
+    QCOMPARE(rig.text("cwEmissionState"), QString("No Tx antenna applied"));
+    QCOMPARE(rig.simulator()->emission_time_ms(kUuid), quint64(0));
 }
 
 QTEST_MAIN(TestCWPages)
