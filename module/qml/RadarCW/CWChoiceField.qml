@@ -17,7 +17,7 @@ RowLayout {
     property var values: []
     property var texts: values.map(function (value) { return unit ? value + " " + unit : String(value) })
     property int labelWidth: 170
-    property int fieldWidth: 150
+    property int fieldWidth: 190
     readonly property var shownValue: target ? target[propertyName] : undefined
 
     spacing: 6

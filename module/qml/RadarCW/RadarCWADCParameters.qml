@@ -25,14 +25,12 @@ GroupBox {
             Layout.fillWidth: true
             target: pane.params; propertyName: "adcNumOfConversions"
             label: qsTr("Tracking")
-            fieldWidth: 190
             values: ["No tracking", "1 conversion", "3 conversions", "7 conversions"]
         }
         CWChoiceField {
             Layout.fillWidth: true
             target: pane.params; propertyName: "adcOversamplingFactor"
             label: qsTr("Oversampling")
-            fieldWidth: 190
             values: ["Off", "2x", "4x", "8x"]
         }
         RowLayout {

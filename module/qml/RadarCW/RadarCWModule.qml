@@ -235,6 +235,7 @@ Item {
 
                 ScrollView {
                     id: scroll
+                    objectName: "cwParameterScroll"
                     Layout.fillWidth: true
                     Layout.fillHeight: true
                     clip: true

@@ -23,7 +23,6 @@ GroupBox {
             Layout.fillWidth: true
             target: pane.params; propertyName: "testSignalMode"
             label: qsTr("Mode")
-            fieldWidth: 190
             values: pane.fewModes ? ["Off", "Baseband Test"]
                                   : ["Off", "Baseband Test", "Toggle TX Enable", "Toggle DAC Value", "RX Self Test"]
         }

@@ -336,6 +336,12 @@ void TestCWPages::slowerAdcPullsTheSamplingRateDown()
     QVERIFY2(maximum < before, qPrintable(QString::number(maximum)));
     QTRY_COMPARE(params->property("samplingRate").toUInt(), maximum);
     QCOMPARE(rig.text("cw_samplingRate"), QString::number(maximum / 1000.0, 'f', 2));
+
+    // The panes scrolled to their end show the ADC's choices.
+    auto* panes = rig.item("cwParameterScroll")->property("contentItem").value<QQuickItem*>();
+    QVERIFY(panes);
+    panes->setProperty("contentY", panes->property("contentHeight").toReal() - panes->height());
+    keepPicture(rig, "cw-adc");
 }
 
 void TestCWPages::savedConfigurationLoadsBackThroughTheDialogs()
