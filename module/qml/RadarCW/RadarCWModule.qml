@@ -65,7 +65,7 @@ Item {
     Connections {
         target: root.view
         function onEnqueueUserMessage(type, message, details) {
-            root.notice = details ? message + " " + details : message
+            root.notice = details ? message + " (" + details + ")" : message
         }
         function onChartsDataUpdated() {
             timeDomainChart.refresh()

@@ -14,6 +14,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -146,6 +147,7 @@ private slots:
     void csvOptionsRefuseWhatCannotBeWritten_data();
     void csvOptionsRefuseWhatCannotBeWritten();
     void emissionNeedsAnAppliedTxAntenna();
+    void unpluggedBoardEndsEmissionOnThePage();
 };
 
 void TestCWPages::initTestCase()
@@ -420,6 +422,28 @@ void TestCWPages::emissionNeedsAnAppliedTxAntenna()
     QTRY_VERIFY(!rig.item("cwEmissionButton")->isEnabled());
     QCOMPARE(rig.text("cwEmissionState"), QString("No Tx antenna applied"));
     QCOMPARE(rig.simulator()->emission_time_ms(kUuid), quint64(0));
+}
+
+void TestCWPages::unpluggedBoardEndsEmissionOnThePage()
+{
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7A")));
+    QObject* view = cwView(rig);
+    QVERIFY(rig.click("cwEmissionButton"));
+    QTRY_COMPARE(rig.text("cwEmissionState"), QString("Emitting continuously"));
+
+    QCOMPARE(rig.simulator()->unplug_board(kUuid), nullptr);
+    QTRY_VERIFY_WITH_TIMEOUT(!view->property("isConnected").toBool(), 10000);
+    QTRY_COMPARE(rig.text("cwEmissionState"), QString("Emission off"));
+    QVERIFY(!rig.item("cwEmissionButton")->isEnabled());
+    QVERIFY(!rig.item("cwCaptureButton")->isEnabled());
+    QVERIFY(!rig.item("cwApplyButton")->isEnabled());
+    QTRY_VERIFY(rig.workbench().messageLog().count() > 0);
+    keepPicture(rig, "cw-unplugged");
+    // The module tells of the loss in its log; the page itself may not warn.
+    g_warnings.erase(std::remove_if(g_warnings.begin(), g_warnings.end(),
+                                    [](const QString& warning) { return !warning.startsWith("qrc:"); }),
+                     g_warnings.end());
 }
 
 QTEST_MAIN(TestCWPages)
