@@ -24,6 +24,35 @@ void addTone(float* row, uint32_t samples, double amplitude, double phase, doubl
     }
 }
 
+// The receiver's own noise enters ahead of the baseband chain, so it is
+// amplified and filtered like the signal: `level` is given at the default
+// gain (amplifier 20 dB plus high pass 18 dB).
+constexpr double kNoiseReferenceGainDb = 38.0;
+
+void addReceiverNoise(const NoiseSource& source, NoiseSource::Stream& stream, float* row, uint32_t samples,
+                      double gainDb, double hpCutoff, double aafCutoff, double fs)
+{
+    float noise[NoiseSource::kMaxRow] = {};
+    source.addRow(stream, noise, samples);
+    const double scale = std::pow(10.0, (gainDb - kNoiseReferenceGainDb) / 20.0);
+    // First-order sections: the high pass's DC block, and the anti-alias
+    // filter's roll-off within the sampled band approximated by one pole.
+    const double dt = 1.0 / fs;
+    const double hpRc = 1.0 / (2.0 * M_PI * hpCutoff);
+    const double lpRc = 1.0 / (2.0 * M_PI * aafCutoff);
+    const double a = hpRc / (hpRc + dt);
+    // A cut-off above the Nyquist frequency leaves the sampled band flat.
+    const double b = aafCutoff < fs / 2.0 ? dt / (lpRc + dt) : 1.0;
+    double previousIn = 0.0, highPassed = 0.0, lowPassed = 0.0;
+    for (uint32_t n = 0; n < samples; ++n) {
+        const double x = double(noise[n]) * scale;
+        highPassed = a * (highPassed + x - previousIn);
+        previousIn = x;
+        lowPassed += b * (highPassed - lowPassed);
+        row[n] += float(lowPassed);
+    }
+}
+
 }  // namespace
 
 CwSynthesizer::CwSynthesizer(const ChipModel& chip, const Scene& scene, const NoiseSource& noise)
@@ -82,7 +111,7 @@ void CwSynthesizer::capture(const vrn_CW_Config_t& config, bool emitting, double
         if (testAmplitude > 0)
             addTone(row, samples, testAmplitude, 0.0, config.test_signal.frequency_Hz, fs);
         if (m_noise.level() > 0.0f)
-            m_noise.addRow(noise, row, samples);
+            addReceiverNoise(m_noise, noise, row, samples, gainDb, hpCutoff, aafCutoff, fs);
         Adc::quantise(row, samples);
         ++channel;
     }

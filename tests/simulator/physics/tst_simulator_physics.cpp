@@ -276,6 +276,57 @@ private slots:
         QVERIFY(!sdk.vrn->cw_destroy(cw));
     }
 
+    // The receivers' noise share below `edgeHz` and its spread, from one
+    // capture of `samples` at 1 MHz on a quiet KMR7C board.
+    void cwNoise(uint32_t gainIndex, uint32_t hpIndex, double edgeHz, double& lowShare, double& spread)
+    {
+        const uint32_t samples = 1024;
+        vrn_CW_Handle cw = nullptr;
+        QVERIFY(!sdk.vrn->cw_create(device, &cw));
+        QVERIFY(!sdk.vrn->cw_set_num_samples(cw, samples));
+        QVERIFY(!sdk.vrn->cw_set_rx_antenna_mask(cw, 0x1));
+        const vrn_Device_Baseband_Config_t baseband{gainIndex, 0, hpIndex, 1};
+        QVERIFY(!sdk.vrn->cw_set_baseband_config(cw, &baseband));
+        QVERIFY(!sdk.vrn->frame_r_create(1, 1, samples, &frame));
+        QCOMPARE(sdk.vrn->cw_capture_frame(cw, frame), VRN_STATUS_OK);
+        const float* x = frame->rx_data[0]->data;
+        double mean = 0.0, power = 0.0;
+        for (uint32_t n = 0; n < samples; ++n)
+            mean += x[n] / samples;
+        for (uint32_t n = 0; n < samples; ++n)
+            power += (x[n] - mean) * (x[n] - mean) / samples;
+        spread = std::sqrt(power);
+        const std::vector<std::complex<double>> spectrum = dft(x, samples);
+        double low = 0.0, all = 0.0;
+        for (size_t k = 1; k < samples / 2; ++k) {
+            const double p = std::norm(spectrum[k]);
+            all += p;
+            if (k * 1e6 / samples < edgeHz)
+                low += p;
+        }
+        lowShare = low / all;
+        QVERIFY(!sdk.vrn->cw_destroy(cw));
+        QVERIFY(!sdk.vrn->frame_r_destroy(frame));
+        frame = nullptr;
+    }
+
+    void cwNoiseFollowsTheBasebandGainAndHighPass()
+    {
+        const QByteArray bench = oneBoardBench("phys-1", QStringLiteral("KMR7C"), QString(), 0.002);
+        QVERIFY(!sdk.sim->load_bench_json(bench.constData()));
+        device = sdk.open("phys-1");
+        QVERIFY(device);
+        double lowAt20k = 0, lowAt160k = 0, quiet = 0, loud = 0, spread = 0;
+        cwNoise(2, 0, 40e3, lowAt20k, quiet);  // amplifier 10 dB, high pass at 20 kHz
+        cwNoise(6, 0, 40e3, lowAt20k, loud);   // amplifier 30 dB
+        // The noise enters ahead of the amplifier: 20 dB more gain, ten
+        // times the spread.
+        QVERIFY2(loud / quiet > 8.0 && loud / quiet < 12.0, qPrintable(QString::number(loud / quiet)));
+        // The higher cut-off empties the band below it.
+        cwNoise(6, 4, 40e3, lowAt160k, spread);
+        QVERIFY2(lowAt160k < 0.5 * lowAt20k, qPrintable(QString("%1 %2").arg(lowAt160k).arg(lowAt20k)));
+    }
+
     void pulsedDopplerToneSitsAtTheDopplerFrequency_data()
     {
         QTest::addColumn<double>("speed");
