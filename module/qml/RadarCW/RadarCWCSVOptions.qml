@@ -111,9 +111,10 @@ Dialog {
         Label {
             objectName: "cwCsvOptionsMessage"
             text: dialog.message
-            visible: text.length > 0
             color: "#b00020"
-            wrapMode: Text.Wrap
+            // Always one line, empty or not: the dialog keeps its size when
+            // a verdict shows.
+            elide: Text.ElideRight
             Layout.fillWidth: true
         }
     }
