@@ -119,20 +119,6 @@ private slots:
         m_vrn.reset();
     }
 
-    void connectingAppliesTheDefaultsAndStartsTheMonitors()
-    {
-        QVERIFY(connectBoard());
-        QVERIFY(m_coordinator->isConnected());
-        QCOMPARE(m_config->deviceConfig()->params()->dac(), 200u);
-        QVERIFY(m_coordinator->hasTemperatureMonitor());
-        QVERIFY(m_coordinator->hasTxPowerMonitor());
-        m_coordinator->disconnectDevice();
-        QVERIFY(!m_coordinator->hasTemperatureMonitor());
-        // The controller goes before the device it was opened on.
-        QVERIFY(m_cw->count("cw_destroy") == 1);
-        QCOMPARE(m_vrn->destroyCalls, 1);
-    }
-
     void controllerHandleFailures_data()
     {
         QTest::addColumn<QByteArray>("error");
