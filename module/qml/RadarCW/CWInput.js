@@ -13,12 +13,17 @@ function show(value, scale, decimals) {
 }
 
 // The limits of a setting in the display unit, or null while the device
-// has not told them (both zero, inverted, or unbounded).
+// has not told them (both zero, inverted, or unbounded). The shown bounds
+// lie inside the device's: the minimum rounded up, the maximum down, so
+// that typing a bound as shown is accepted. A thousandth of the last digit
+// absorbs single-precision limits (63.5 GHz arrives as 63.499999 GHz).
 function displayRange(min, max, scale, decimals) {
     if (min === undefined || max === undefined || !(max > min) || !isFinite(min) || !isFinite(max)
             || (min === 0 && max === 4294967295) || Math.abs(max) > 1e37)
         return null
-    return { min: Number((min / scale).toFixed(decimals)), max: Number((max / scale).toFixed(decimals)) }
+    var digits = Math.pow(10, decimals)
+    return { min: Math.ceil(min / scale * digits - 1e-3) / digits,
+             max: Math.floor(max / scale * digits + 1e-3) / digits }
 }
 
 function rangeText(range, decimals) {

@@ -98,6 +98,7 @@ ColumnLayout {
             Layout.preferredWidth: 34
         }
         Label {
+            objectName: input.objectName + "_range"
             text: Input.rangeText(field.range, field.decimals)
             visible: text.length > 0
             color: "#6a6a6a"

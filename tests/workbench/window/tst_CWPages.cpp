@@ -140,6 +140,8 @@ private slots:
     void emitCaptureLogAndStop();
     void typedValueIsJudged_data();
     void typedValueIsJudged();
+    void shownBoundsAreAccepted_data();
+    void shownBoundsAreAccepted();
     void chipDecidesTheChoices_data();
     void chipDecidesTheChoices();
     void slowerAdcPullsTheSamplingRateDown();
@@ -291,6 +293,37 @@ void TestCWPages::typedValueIsJudged()
         QTRY_COMPARE(rig.text(field + "_message"), QString());
         QVERIFY(rig.item("cwApplyButton")->isEnabled());
     }
+}
+
+void TestCWPages::shownBoundsAreAccepted_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<int>("bound");
+    // The device's limits arrive in Hz, some in single precision; the page
+    // shows them rounded to its decimals.
+    for (const char* field : { "cw_rfCenterFrequency", "cw_samplingRate", "cw_testSignalFrequency" }) {
+        QTest::newRow(qPrintable(QString("%1 minimum").arg(field))) << field << 0;
+        QTest::newRow(qPrintable(QString("%1 maximum").arg(field))) << field << 1;
+    }
+}
+
+void TestCWPages::shownBoundsAreAccepted()
+{
+    QFETCH(QString, field);
+    QFETCH(int, bound);
+    WindowRig rig;
+    QVERIFY(openCwPage(rig, QStringLiteral("KMR7C")));
+    // "[1.23 – 2000.00]"
+    const QString shown = rig.text(field + "_range");
+    const QStringList bounds = shown.mid(1, shown.size() - 2).split(QString::fromUtf8(" – "));
+    QCOMPARE(bounds.size(), 2);
+    QVERIFY(rig.type(field, bounds.at(bound)));
+    QCOMPARE(rig.text(field + "_message"), QString());
+    QVERIFY(rig.item("cwApplyButton")->isEnabled());
+    QVERIFY(rig.click("cwApplyButton"));
+    QTRY_VERIFY(!cwView(rig)->property("revertApplyAvailable").toBool());
+    QCOMPARE(rig.text(field), bounds.at(bound));
+    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
 }
 
 void TestCWPages::chipDecidesTheChoices_data()
