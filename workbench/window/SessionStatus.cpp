@@ -22,9 +22,7 @@ SessionStatus::SessionStatus(QObject* view, QObject* parent)
         // The temperature monitor writes the board's readings into the
         // running (applied) configuration's device information.
         if (auto* configuration = m_view->property("deviceConfiguration").value<QObject*>())
-            m_deviceInfo = configuration->property("deviceInfo").value<QObject*>();
-        if (m_deviceInfo)
-            connectByName(m_deviceInfo, "deviceTemperatureChanged()", this, "refresh()");
+            watchTemperature(configuration->property("deviceInfo").value<QObject*>());
     }
     connect(&m_poll, &QTimer::timeout, this, &SessionStatus::refresh);
     m_poll.start(kPollMs);
@@ -45,16 +43,25 @@ bool SessionStatus::recording() const
     return m_view && m_view->property("isRecordingActive").toBool();
 }
 
+void SessionStatus::watchTemperature(QObject* deviceInfo)
+{
+    if (!deviceInfo || m_deviceInfos.contains(deviceInfo))
+        return;
+    m_deviceInfos.append(deviceInfo);
+    connectByName(deviceInfo, "deviceTemperatureChanged()", this, "refresh()");
+}
+
 QString SessionStatus::temperature() const
 {
-    if (!m_deviceInfo)
-        return {};
-    const QVariant reading = m_deviceInfo->property("deviceTemperature");
-    bool ok = false;
-    const double celsius = reading.toDouble(&ok);
-    if (!reading.isValid() || !ok || std::isnan(celsius))
-        return {};
-    return QStringLiteral("%1 °C").arg(celsius, 0, 'f', 1);
+    // Only the active mode's monitor runs; the others hold no reading.
+    for (QObject* deviceInfo : m_deviceInfos) {
+        const QVariant reading = deviceInfo->property("deviceTemperature");
+        bool ok = false;
+        const double celsius = reading.toDouble(&ok);
+        if (reading.isValid() && ok && !std::isnan(celsius))
+            return QStringLiteral("%1 °C").arg(celsius, 0, 'f', 1);
+    }
+    return {};
 }
 
 void SessionStatus::restart(const QString& uuid)

@@ -48,6 +48,11 @@ public:
     QString recordingFile() const { return m_recordingFile; }
     QString temperature() const;
 
+    // Another mode's device information whose temperature the line shows
+    // while that mode's monitor runs (the standard view's is watched from
+    // the start).
+    void watchTemperature(QObject* deviceInfo);
+
     // A new source: the counts start again. `uuid` names the board, empty
     // for a playback.
     void restart(const QString& uuid);
@@ -63,7 +68,7 @@ signals:
 
 private:
     QObject* m_view;
-    QObject* m_deviceInfo = nullptr;
+    QList<QObject*> m_deviceInfos;
     DropCounter m_dropCounter;
     std::function<QString()> m_recordingBase;
     QString m_uuid;

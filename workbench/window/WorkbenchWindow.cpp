@@ -117,6 +117,10 @@ QString WorkbenchWindow::open()
     m_messages->watchEvents(radarCoordinator);
     m_boards = std::make_unique<BoardList>(m_host.deviceRegister(), radarCoordinator, *m_messages);
     m_status = std::make_unique<SessionStatus>(radarView);
+    for (const char* name : kViewNames) {
+        if (auto* modeView = engine->rootContext()->contextProperty(QString::fromLatin1(name)).value<QObject*>())
+            m_status->watchTemperature(modeView->property("deviceInfo").value<QObject*>());
+    }
     if (const VrnSimControl* control = m_host.sdkLibrary().control()) {
         m_status->setDropCounter(
             [control](const QString& uuid) { return qint64(control->dropped_frames(uuid.toUtf8().constData())); });

@@ -216,6 +216,8 @@ void TestCWPages::emitCaptureLogAndStop()
     // The board's readings while it emits.
     QTRY_VERIFY_WITH_TIMEOUT(rig.text("cwTemperature").endsWith(QString::fromUtf8(" °C")), 5000);
     QTRY_VERIFY_WITH_TIMEOUT(rig.text("cwTxPower").contains("dBm"), 5000);
+    // The window's status line follows the mode's own monitor.
+    QVERIFY2(rig.text("statusTemperature").endsWith(QString::fromUtf8(" °C")), qPrintable(rig.text("statusTemperature")));
     keepPicture(rig, "cw-captured");
 
     QTRY_VERIFY(rig.item("cwLogButton")->isEnabled());
