@@ -1,6 +1,8 @@
 // tavrin-workbench: the reference host of the radar module. Without a
 // command it opens the desktop window; its command line runs scripted,
 // headless sessions, the recording tools and window screenshots.
+#include "CWSession.h"
+#include "CWSessionOptions.h"
 #include "DeviceListing.h"
 #include "ExitCodes.h"
 #include "HeadlessSession.h"
@@ -8,6 +10,7 @@
 #include "LogFile.h"
 #include "ModuleHost.h"
 #include "RecordingCommands.h"
+#include "SessionMode.h"
 #include "WindowCommands.h"
 
 #include "host/IModule.h"
@@ -207,6 +210,9 @@ int main(int argc, char* argv[])
     parser.addOptions({ screenshotOption, connectOption, checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
                         overwriteOption, playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
+    const QCommandLineOption modeOption = CWSessionOptions::modeOption();
+    parser.addOption(modeOption);
+    parser.addOptions(CWSessionOptions::commandLineOptions());
     const QCommandLineOption verboseOption(QStringLiteral("verbose"), QStringLiteral("Also print debug log lines."));
     parser.addOption(verboseOption);
     parser.process(app);
@@ -233,9 +239,15 @@ int main(int argc, char* argv[])
             return ExitCode::UsageError;
         }
     }
+    QString mode = parser.value(modeOption);
+    const bool cwSession = headless && CWSessionOptions::isCWMode(mode);
     HeadlessSession::Options sessionOptions;
-    if (headless) {
-        const QString usage = readSessionOptions(parser, sessionOptions);
+    CWSessionOptions cwOptions;
+    {
+        QString usage = cwSession ? CWSessionOptions::read(parser, cwOptions)
+                                  : CWSessionOptions::refuseOutsideCW(parser, headless);
+        if (usage.isEmpty() && headless && !cwSession)
+            usage = readSessionOptions(parser, sessionOptions);
         if (!usage.isEmpty()) {
             err() << usage << Qt::endl;
             return ExitCode::UsageError;
@@ -277,6 +289,13 @@ int main(int argc, char* argv[])
         code = runScreenshot(host, logFile.get(), parser.value(screenshotOption), screenshotFrames, out(), err());
     } else if (window) {
         code = runWindow(host, logFile.get(), parser.isSet(connectOption), parser.value(deviceOption), err());
+    } else if (const QString unknownMode = SessionMode::match(host, mode); !unknownMode.isEmpty()) {
+        err() << unknownMode << Qt::endl;
+        code = ExitCode::UsageError;
+    } else if (cwSession) {
+        CWSession session(host, cwOptions, out(), err());
+        QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &CWSession::onInterrupted);
+        code = session.run();
     } else {
         HeadlessSession session(host, sessionOptions, out(), err());
         QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &HeadlessSession::onInterrupted);

@@ -2,7 +2,6 @@
 
 #include "common/ISeriesChartData.h"
 #include "fmcw/processing/IRangeDopplerChartData.h"
-#include "host/Constants.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,33 +40,39 @@ bool writeSeries(ISeriesChartData& data, const QString& path)
 
 } // namespace
 
-QStringList writeChartSnapshot(QObject* view, const QString& directory, QString& error)
+QStringList writeSeriesCharts(QObject* view, const QString& directory, const QList<SeriesChartFile>& charts,
+                              QStringList& failures)
 {
     QStringList written;
-    if (!QDir().mkpath(directory)) {
-        error = QStringLiteral("Cannot create the snapshot directory %1").arg(directory);
-        return written;
-    }
     const QDir dir(directory);
-    const struct {
-        Constants::Chart chart;
-        const char* file;
-    } series[] = { { Constants::Chart::TimeDomain, "time_domain.csv" },
-                   { Constants::Chart::FrequencyDomain, "range_spectrum.csv" },
-                   { Constants::Chart::PresenceSensing, "presence.csv" } };
-    QStringList failures;
-    for (const auto& entry : series) {
-        const QString path = dir.filePath(QString::fromLatin1(entry.file));
+    for (const SeriesChartFile& entry : charts) {
+        const QString path = dir.filePath(entry.fileName);
         ISeriesChartData* data = chartData(view, entry.chart);
         if (!data) {
-            failures << QStringLiteral("%1 (no chart data)").arg(entry.file);
+            failures << QStringLiteral("%1 (no chart data)").arg(entry.fileName);
             continue;
         }
         if (writeSeries(*data, path))
             written << path;
         else
-            failures << QStringLiteral("%1 (cannot write)").arg(entry.file);
+            failures << QStringLiteral("%1 (cannot write)").arg(entry.fileName);
     }
+    return written;
+}
+
+QStringList writeChartSnapshot(QObject* view, const QString& directory, QString& error)
+{
+    if (!QDir().mkpath(directory)) {
+        error = QStringLiteral("Cannot create the snapshot directory %1").arg(directory);
+        return {};
+    }
+    const QDir dir(directory);
+    QStringList failures;
+    QStringList written = writeSeriesCharts(view, directory,
+                                            { { Constants::Chart::TimeDomain, QStringLiteral("time_domain.csv") },
+                                              { Constants::Chart::FrequencyDomain, QStringLiteral("range_spectrum.csv") },
+                                              { Constants::Chart::PresenceSensing, QStringLiteral("presence.csv") } },
+                                            failures);
 
     IRangeDopplerChartData* rangeDoppler = nullptr;
     QMetaObject::invokeMethod(view, "getRangeDopplerChartData", Qt::DirectConnection,
