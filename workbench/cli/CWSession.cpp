@@ -23,6 +23,8 @@
 namespace {
 
 constexpr int kMaxAntennas = 4;
+// How long after the module's readouts the session prints them.
+constexpr int kReadingLagMs = 150;
 
 const char* typeName(Constants::UserMessageType type)
 {
@@ -332,10 +334,13 @@ QString CWSession::emitAndCapture()
         if (m_captured >= captures)
             loop.quit();
     });
+    // The module reads temperature and Tx power once a second from when the
+    // board connected and emission started: the session prints them a
+    // moment after each of those readings, not in a race with it.
     QTimer readings;
     readings.setTimerType(Qt::PreciseTimer);
     connect(&readings, &QTimer::timeout, this, &CWSession::printReadings);
-    readings.start(1000);
+    QTimer::singleShot(kReadingLagMs, &readings, [&readings] { readings.start(1000); });
     if (captures > 0)
         capture.start(nextDelay());
     // At most a day, well within the timer's range.
