@@ -190,6 +190,27 @@ private slots:
         QVERIFY(QDir(log).entryList(QDir::Files).isEmpty());
     }
 
+    // The board leaves the bus at its second capture: the frame logged
+    // before stays, the session names the loss and writes no snapshot of
+    // charts the board took along.
+    void boardUnpluggedDuringEmissionFailsTheSession()
+    {
+        const QString bench = m_dir.filePath("unplug.json");
+        QVERIFY(writeFile(bench, R"({ "boards": [ { "uuid": "cw-u", "shield": 512, "chip": "KMR7A",
+            "pacing": "unpaced", "faults": [ { "at_frame": 1, "kind": "unplug" } ] } ] })"));
+        const QString base = m_dir.filePath("unplugged");
+        const Run run = runWorkbench({ "--headless", "--mode", "CW", "--bench", bench, "--settings",
+                                       m_dir.filePath("settings.json"), "--emit", "2", "--capture", "3", "--log",
+                                       base + "/logs", "--snapshot", base + "/snap" });
+        QCOMPARE(run.exitCode, 4);
+        QVERIFY2(run.err.contains("Session failed: the board was lost during emission: Device communication error "
+                                  "while fetching frame"),
+                 qPrintable(run.err));
+        QVERIFY2(run.out.contains("frames captured 1 of 3, files written 1"), qPrintable(run.out));
+        QCOMPARE(QDir(base + "/logs").entryList(QDir::Files).size(), 1);
+        QVERIFY(QDir(base + "/snap").entryList(QDir::Files).isEmpty());
+    }
+
     void readingsFollowTheChip_data()
     {
         QTest::addColumn<QString>("board");

@@ -128,7 +128,7 @@ void CWSession::onUserMessage(Constants::UserMessageType type, QString message, 
     // Like any error during emission, a failing protector or readout ends
     // the test: its record would not be what was asked for.
     if (type == Constants::Error && m_loop && m_failure.isEmpty()) {
-        m_failure = QStringLiteral("emission ended: ") + text;
+        m_failure = QStringLiteral("the module reported an error during emission: ") + text;
         m_loop->quit();
     }
 }
@@ -149,13 +149,13 @@ void CWSession::onEmissionActiveChanged()
 {
     if (!m_emitting || m_view->property("isEmissionActive").toBool())
         return;
+    // The module ended emission itself; why follows (the board's loss, or
+    // its message), so the reason is judged once the loop has ended.
     m_emitting = false;
     m_emittedMs = m_emissionClock.elapsed();
-    if (m_loop) {
-        if (m_failure.isEmpty())
-            m_failure = reason(QStringLiteral("emission ended before its time"));
+    m_emissionEnded = true;
+    if (m_loop)
         m_loop->quit();
-    }
 }
 
 void CWSession::onInterrupted(int signalNumber)
@@ -317,8 +317,7 @@ QString CWSession::emitAndCapture()
     connect(&capture, &QTimer::timeout, &loop, [&] {
         const QString error = captureNext();
         if (!error.isEmpty()) {
-            if (m_failure.isEmpty())
-                m_failure = error;
+            m_captureError = error;
             loop.quit();
         } else if (m_captured < captures) {
             capture.start(nextDelay());
@@ -349,10 +348,16 @@ QString CWSession::emitAndCapture()
         loop.exec();
     m_loop = nullptr;
 
-    if (!m_failure.isEmpty())
-        return m_failure;
+    // The first cause first: a lost board fails the capture under way and
+    // ends emission.
     if (m_boardLost)
         return reason(QStringLiteral("the board was lost during emission"));
+    if (!m_captureError.isEmpty())
+        return m_captureError;
+    if (!m_failure.isEmpty())
+        return m_failure;
+    if (m_emissionEnded)
+        return reason(QStringLiteral("emission ended before its time"));
     return {};
 }
 
@@ -417,8 +422,6 @@ QString CWSession::saveSnapshot()
 {
     if (m_options.snapshot.isEmpty())
         return {};
-    if (m_captured == 0)
-        return QStringLiteral("no frame was captured: no snapshot written to %1").arg(m_options.snapshot);
     QStringList failures;
     const QStringList saved = writeSeriesCharts(
         m_view, m_options.snapshot,
@@ -471,9 +474,10 @@ int CWSession::run()
 
     const QString emissionError = emitAndCapture();
     const QString stopError = stopEmission();
-    // A frame captured before a failure still shows what the board did.
-    const bool ranItsCourse = emissionError.isEmpty() && m_signal == 0;
-    const QString snapshotError = m_captured > 0 || ranItsCourse ? saveSnapshot() : QString();
+    // After a failure the charts may no longer hold the last frame (a lost
+    // board takes them along): no snapshot then. An interrupted session
+    // keeps what it captured.
+    const QString snapshotError = emissionError.isEmpty() && m_captured > 0 ? saveSnapshot() : QString();
     disconnectBoard();
     printSummary();
 

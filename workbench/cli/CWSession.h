@@ -76,6 +76,8 @@ private:
     quint32 m_captured = 0;
     QStringList m_written;     // files the session wrote, in order
     QString m_lastMessage;     // the module's latest error or warning
-    QString m_failure;         // what ended emission early
+    QString m_failure;         // the module's error that ended emission early
+    QString m_captureError;    // the capture or log that failed
+    bool m_emissionEnded = false; // the module ended emission itself
     int m_signal = 0;
 };
