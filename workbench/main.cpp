@@ -292,6 +292,9 @@ int main(int argc, char* argv[])
     } else if (const QString unknownMode = SessionMode::match(host, mode); !unknownMode.isEmpty()) {
         err() << unknownMode << Qt::endl;
         code = ExitCode::UsageError;
+    } else if (!cwSession && mode != QLatin1String("Standard")) {
+        err() << "--mode " << mode << ": a headless session runs the Standard or the CW mode." << Qt::endl;
+        code = ExitCode::UsageError;
     } else if (cwSession) {
         CWSession session(host, cwOptions, out(), err());
         QObject::connect(interrupts.get(), &InterruptWatcher::interrupted, &session, &CWSession::onInterrupted);

@@ -77,8 +77,9 @@ private:
 
     QStringList common() const
     {
+        // A later --device picks another board.
         return { "--headless", "--mode", "CW", "--bench", m_dir.filePath("bench.json"), "--settings",
-                 m_dir.filePath("settings.json") };
+                 m_dir.filePath("settings.json"), "--device", "cw-a" };
     }
 
 private slots:
@@ -86,11 +87,14 @@ private slots:
     {
         QVERIFY(writeFile(m_dir.filePath("bench.json"), R"({ "boards": [
             { "uuid": "cw-a", "shield": 512, "chip": "KMR7A", "pacing": "unpaced", "noise": 0.001, "seed": 3 },
-            { "uuid": "cw-c", "shield": 514, "chip": "KMR7C", "pacing": "unpaced", "noise": 0.001, "seed": 4 } ] })"));
+            { "uuid": "cw-c", "shield": 514, "chip": "KMR7C", "pacing": "unpaced", "noise": 0.001, "seed": 4 },
+            { "uuid": "cw-f", "shield": 512, "chip": "KMR7A", "pacing": "unpaced",
+              "faults": [ { "at_frame": 0, "status": "0x1100e", "count": 1 } ] } ] })"));
+        QVERIFY(writeFile(m_dir.filePath("plain-file"), "not a directory"));
         // The board's own configuration, as the session saves it, is the
         // base of the files below.
         const QString defaults = m_dir.filePath("defaults.json");
-        const Run run = runWorkbench(common() << "--emit" << "0.1" << "--capture" << "0" << "--save-config" << defaults);
+        const Run run = runWorkbench(common() << "--device" << "cw-a" << "--emit" << "0.1" << "--capture" << "0" << "--save-config" << defaults);
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         const QJsonObject document = readJson(defaults);
         QCOMPARE(document.value("json_version").toObject().value("type").toString(), QStringLiteral("KMR7A_CW"));
@@ -156,37 +160,46 @@ private slots:
         QVERIFY(QFileInfo(base + "/snap/spectrum.csv").size() > 0);
     }
 
-    void badInputIsRefusedBeforeEmitting_data()
+    void failuresSayWhy_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("emits");
         QTest::newRow("duty cycle 101") << QStringList { "--emit", "1", "--duty-cycle", "101" } << 1
-                                        << "--duty-cycle \"101\" is not a whole percentage from 0 to 100.";
-        QTest::newRow("no --emit") << QStringList { "--capture", "2" } << 1 << "A CW session needs --emit S";
+                                        << "--duty-cycle \"101\" is not a whole percentage from 0 to 100." << false;
+        QTest::newRow("no --emit") << QStringList { "--capture", "2" } << 1 << "A CW session needs --emit S" << false;
         QTest::newRow("standard option") << QStringList { "--emit", "1", "--frames", "3" } << 1
-                                         << "--frames: not an option of a CW session";
+                                         << "--frames: not an option of a CW session" << false;
         QTest::newRow("unknown mode") << QStringList { "--mode", "Pulsed" } << 1
-                                      << "--mode \"Pulsed\" is not a mode of the module; the modes are: CW, Standard";
+                                      << "--mode \"Pulsed\" is not a mode of the module; the modes are: CW, Standard" << false;
         QTest::newRow("file out of limits") << QStringList { "--emit", "1", "--config", m_dir.filePath("dac-300.json") }
-                                            << 4 << "Value 300 not in expected range: [0 - 255]";
+                                            << 4 << "Value 300 not in expected range: [0 - 255]" << false;
         QTest::newRow("no Tx antenna") << QStringList { "--emit", "1", "--config", m_dir.filePath("no-tx.json") } << 4
-                                       << "the applied configuration enables no Tx antenna";
+                                       << "the applied configuration enables no Tx antenna" << false;
+        QTest::newRow("log folder under a file")
+            << QStringList { "--emit", "1", "--log", m_dir.filePath("plain-file/logs") } << 4
+            << "Cannot create the log directory" << false;
+        QTest::newRow("capture fails") << QStringList { "--device", "cw-f", "--emit", "1" } << 4
+                                       << "capture 1 of 1 failed: Failed to get frame for CW mode" << true;
     }
 
-    void badInputIsRefusedBeforeEmitting()
+    // Refused input never reaches the transmitter; a failure while emitting
+    // ends the session with the module's message and no file.
+    void failuresSayWhy()
     {
         QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
         QFETCH(QString, message);
+        QFETCH(bool, emits);
         // Another mode takes no CW option.
-        const QString log = m_dir.filePath(QString("refused/%1").arg(QTest::currentDataTag()));
-        if (!arguments.contains("--mode"))
+        const QString log = m_dir.filePath(QString("failed/%1").arg(QTest::currentDataTag()));
+        if (!arguments.contains("--mode") && !arguments.contains("--log"))
             arguments << "--log" << log;
         const Run run = runWorkbench(common() << arguments);
         QCOMPARE(run.exitCode, exitCode);
         QVERIFY2(run.err.contains(message), qPrintable(run.err));
-        QVERIFY2(!run.out.contains("Emitting"), qPrintable(run.out));
+        QCOMPARE(run.out.contains("Emitting"), emits);
         QVERIFY(QDir(log).entryList(QDir::Files).isEmpty());
     }
 
