@@ -276,6 +276,8 @@ QString CWSession::saveConfiguration()
         return {};
     // Applying made the edited copy what the board accepted.
     const QString path = QFileInfo(m_options.saveConfig).absoluteFilePath();
+    // Like the log and snapshot folders, a missing folder is made.
+    QDir().mkpath(QFileInfo(path).absolutePath());
     m_lastMessage.clear();
     if (!call("saveConfig", path))
         return reason(QStringLiteral("the configuration could not be saved to %1").arg(path));
