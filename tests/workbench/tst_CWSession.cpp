@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <csignal>
 
 namespace {
 
@@ -222,6 +223,22 @@ private slots:
         QVERIFY2(run.out.contains("frames captured 1 of 3, files written 1"), qPrintable(run.out));
         QCOMPARE(QDir(base + "/logs").entryList(QDir::Files).size(), 1);
         QVERIFY(QDir(base + "/snap").entryList(QDir::Files).isEmpty());
+    }
+
+    // A signal switches the transmitter off at once, long before its time.
+    void interruptStopsEmissionFirst()
+    {
+        QProcess workbench;
+        workbench.start(WORKBENCH, common() << "--emit" << "60");
+        QByteArray out;
+        QTRY_VERIFY_WITH_TIMEOUT((out += workbench.readAllStandardOutput()).contains("\nemitting "), 20000);
+        QCOMPARE(::kill(pid_t(workbench.processId()), SIGINT), 0);
+        QVERIFY(workbench.waitForFinished(20000));
+        out += workbench.readAllStandardOutput();
+        QCOMPARE(workbench.exitCode(), 128 + SIGINT);
+        QVERIFY2(out.contains("Interrupted by SIGINT: stopping emission"), out.constData());
+        QVERIFY2(QRegularExpression("Emission stopped after \\d\\.\\d s").match(QString::fromUtf8(out)).hasMatch(),
+                 out.constData());
     }
 
     void readingsFollowTheChip_data()
