@@ -1,6 +1,7 @@
 #include "CWSession.h"
 
 #include "ChartSnapshot.h"
+#include "ConsoleText.h"
 #include "DeviceListing.h"
 #include "ExitCodes.h"
 #include "ModuleHost.h"
@@ -25,30 +26,6 @@ namespace {
 constexpr int kMaxAntennas = 4;
 // How long after the module's readouts the session prints them.
 constexpr int kReadingLagMs = 150;
-
-const char* typeName(Constants::UserMessageType type)
-{
-    switch (type) {
-    case Constants::Error:
-        return "error";
-    case Constants::Warning:
-        return "warning";
-    default:
-        return "info";
-    }
-}
-
-QString signalName(int signalNumber)
-{
-    switch (signalNumber) {
-    case SIGINT:
-        return QStringLiteral("SIGINT");
-    case SIGTERM:
-        return QStringLiteral("SIGTERM");
-    default:
-        return QStringLiteral("signal %1").arg(signalNumber);
-    }
-}
 
 QObject* child(QObject* object, const char* property)
 {
@@ -123,7 +100,7 @@ void CWSession::onUserMessage(Constants::UserMessageType type, QString message, 
         m_out << "[info] " << text << Qt::endl;
         return;
     }
-    m_err << '[' << typeName(type) << "] " << text << Qt::endl;
+    m_err << '[' << messageTypeName(type) << "] " << text << Qt::endl;
     m_lastMessage = text;
     // Like any error during emission, a failing protector or readout ends
     // the test: its record would not be what was asked for.

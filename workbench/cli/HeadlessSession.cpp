@@ -1,6 +1,7 @@
 #include "HeadlessSession.h"
 
 #include "ChartSnapshot.h"
+#include "ConsoleText.h"
 #include "DeviceListing.h"
 #include "ExitCodes.h"
 #include "ModuleHost.h"
@@ -23,30 +24,6 @@ namespace {
 
 // A source that delivers nothing for this long has stalled.
 constexpr int kStallMs = 10000;
-
-const char* typeName(Constants::UserMessageType type)
-{
-    switch (type) {
-    case Constants::Error:
-        return "error";
-    case Constants::Warning:
-        return "warning";
-    default:
-        return "info";
-    }
-}
-
-QString signalName(int signalNumber)
-{
-    switch (signalNumber) {
-    case SIGINT:
-        return QStringLiteral("SIGINT");
-    case SIGTERM:
-        return QStringLiteral("SIGTERM");
-    default:
-        return QStringLiteral("signal %1").arg(signalNumber);
-    }
-}
 
 } // namespace
 
@@ -155,7 +132,7 @@ void HeadlessSession::onUserMessage(Constants::UserMessageType type, QString mes
     if (m_recording)
         m_recording->endProgressLine();
     const QString text = details.isEmpty() ? message : QStringLiteral("%1 (%2)").arg(message, details);
-    m_out << '[' << typeName(type) << "] " << text << Qt::endl;
+    m_out << '[' << messageTypeName(type) << "] " << text << Qt::endl;
     if (type == Constants::Error && m_failure.isEmpty()) {
         m_failure = text;
         if (m_loop)
