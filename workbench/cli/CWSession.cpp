@@ -166,16 +166,10 @@ QString CWSession::prepareView()
 
 QString CWSession::connectBoard()
 {
-    const QString error = awaitBoards(m_host);
-    if (!error.isEmpty())
-        return error;
-    const auto devices = m_host.deviceRegister().devices();
-    if (devices.isEmpty())
-        return QStringLiteral("no board is attached");
-    m_device = m_options.device.isEmpty() ? devices.first() : findBoard(m_host, m_options.device);
+    QString error;
+    m_device = chooseBoard(m_host, m_options.device, error);
     if (!m_device)
-        return QStringLiteral("no board is named \"%1\" or has that uuid; the boards are: %2")
-            .arg(m_options.device, boardNames(m_host));
+        return error;
 
     const QString board = QStringLiteral("%1 (%2)").arg(m_device->name(), m_device->property("uuid").toString());
     m_out << "Connecting " << board << Qt::endl;

@@ -129,3 +129,20 @@ QString boardNames(ModuleHost& host)
         names << QStringLiteral("\"%1\" (%2)").arg(device->name(), device->property("uuid").toString());
     return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
 }
+
+std::shared_ptr<IDevice> chooseBoard(ModuleHost& host, const QString& nameOrUuid, QString& error)
+{
+    error = awaitBoards(host);
+    if (!error.isEmpty())
+        return nullptr;
+    const auto devices = host.deviceRegister().devices();
+    if (devices.isEmpty()) {
+        error = QStringLiteral("no board is attached");
+        return nullptr;
+    }
+    std::shared_ptr<IDevice> device = nameOrUuid.isEmpty() ? devices.first() : findBoard(host, nameOrUuid);
+    if (!device)
+        error = QStringLiteral("no board is named \"%1\" or has that uuid; the boards are: %2")
+                    .arg(nameOrUuid, boardNames(host));
+    return device;
+}

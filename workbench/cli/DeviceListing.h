@@ -19,5 +19,10 @@ int listDevices(ModuleHost& host, QTextStream& out, QTextStream& err);
 // The announced board with this display name or, failing that, this uuid.
 std::shared_ptr<IDevice> findBoard(ModuleHost& host, const QString& nameOrUuid);
 
+// Waits for detection, then the board a session asked for: by name or uuid,
+// or the first one when `nameOrUuid` is empty. Null with `error` set when
+// there is no such board.
+std::shared_ptr<IDevice> chooseBoard(ModuleHost& host, const QString& nameOrUuid, QString& error);
+
 // The announced boards as "\"NAME\" (UUID), ...", or "none".
 QString boardNames(ModuleHost& host);

@@ -142,16 +142,10 @@ void HeadlessSession::onUserMessage(Constants::UserMessageType type, QString mes
 
 QString HeadlessSession::connectBoard()
 {
-    const QString error = awaitBoards(m_host);
-    if (!error.isEmpty())
-        return error;
-    const auto devices = m_host.deviceRegister().devices();
-    if (devices.isEmpty())
-        return QStringLiteral("no board is attached");
-    m_device = m_options.device.isEmpty() ? devices.first() : findBoard(m_host, m_options.device);
+    QString error;
+    m_device = chooseBoard(m_host, m_options.device, error);
     if (!m_device)
-        return QStringLiteral("no board is named \"%1\" or has that uuid; the boards are: %2")
-            .arg(m_options.device, boardNames(m_host));
+        return error;
 
     connect(m_device.get(), &IDevice::isConnectedChanged, this, [this](bool connected) {
         if (!connected && m_loop) {
