@@ -1,6 +1,8 @@
 // The workbench's headless CW session as a test engineer runs it: a
 // separate process on a simulated bench, judged by its exit code, its output
 // and the CSV files it logs against the configuration it saved.
+#include "WorkbenchRun.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -13,25 +15,6 @@
 #include <csignal>
 
 namespace {
-
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run runWorkbench(const QStringList& arguments)
-{
-    QProcess workbench;
-    workbench.start(WORKBENCH, arguments);
-    Run run;
-    if (!workbench.waitForFinished(60000))
-        return run;
-    run.exitCode = workbench.exitCode();
-    run.out = QString::fromUtf8(workbench.readAllStandardOutput());
-    run.err = QString::fromUtf8(workbench.readAllStandardError());
-    return run;
-}
 
 bool writeFile(const QString& path, const QByteArray& content)
 {
@@ -95,7 +78,7 @@ private slots:
         // The board's own configuration, as the session saves it, is the
         // base of the files below.
         const QString defaults = m_dir.filePath("defaults.json");
-        const Run run = runWorkbench(common() << "--device" << "cw-a" << "--emit" << "0.1" << "--capture" << "0" << "--save-config" << defaults);
+        const WorkbenchRun run = runWorkbench(common() << "--device" << "cw-a" << "--emit" << "0.1" << "--capture" << "0" << "--save-config" << defaults);
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         const QJsonObject document = readJson(defaults);
         QCOMPARE(document.value("json_version").toObject().value("type").toString(), QStringLiteral("KMR7A_CW"));
@@ -130,7 +113,7 @@ private slots:
         const QString base = m_dir.filePath(QString::fromLatin1(QTest::currentDataTag()));
         const QString saved = base + "/applied.json";
         QVERIFY(QDir().mkpath(base));
-        const Run run = runWorkbench(common() << "--device" << "cw-a" << arguments << "--emit" << "1" << "--capture"
+        const WorkbenchRun run = runWorkbench(common() << "--device" << "cw-a" << arguments << "--emit" << "1" << "--capture"
                                               << "3" << "--log" << base + "/logs" << "--snapshot" << base + "/snap"
                                               << "--save-config" << saved);
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
@@ -197,7 +180,7 @@ private slots:
         const QString log = m_dir.filePath(QString("failed/%1").arg(QTest::currentDataTag()));
         if (!arguments.contains("--mode") && !arguments.contains("--log"))
             arguments << "--log" << log;
-        const Run run = runWorkbench(common() << arguments);
+        const WorkbenchRun run = runWorkbench(common() << arguments);
         QCOMPARE(run.exitCode, exitCode);
         QVERIFY2(run.err.contains(message), qPrintable(run.err));
         QCOMPARE(run.out.contains("Emitting"), emits);
@@ -213,7 +196,7 @@ private slots:
         QVERIFY(writeFile(bench, R"({ "boards": [ { "uuid": "cw-u", "shield": 512, "chip": "KMR7A",
             "pacing": "unpaced", "faults": [ { "at_frame": 1, "kind": "unplug" } ] } ] })"));
         const QString base = m_dir.filePath("unplugged");
-        const Run run = runWorkbench({ "--headless", "--mode", "CW", "--bench", bench, "--settings",
+        const WorkbenchRun run = runWorkbench({ "--headless", "--mode", "CW", "--bench", bench, "--settings",
                                        m_dir.filePath("settings.json"), "--emit", "2", "--capture", "3", "--log",
                                        base + "/logs", "--snapshot", base + "/snap" });
         QCOMPARE(run.exitCode, 4);
@@ -253,7 +236,7 @@ private slots:
     {
         QFETCH(QString, board);
         QFETCH(QString, reading);
-        const Run run = runWorkbench(common() << "--device" << board << "--emit" << "1.5" << "--capture" << "0");
+        const WorkbenchRun run = runWorkbench(common() << "--device" << board << "--emit" << "1.5" << "--capture" << "0");
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY2(run.out.contains(QRegularExpression("emitting 1\\.\\d s  " + reading)), qPrintable(run.out));
     }

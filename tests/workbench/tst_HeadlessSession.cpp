@@ -1,5 +1,7 @@
 // The workbench's headless session as a user runs it: a separate process on
 // a simulated bench, judged by its exit code, its output and its files.
+#include "WorkbenchRun.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -9,25 +11,6 @@
 #include <csignal>
 
 namespace {
-
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run runWorkbench(const QStringList& arguments)
-{
-    QProcess workbench;
-    workbench.start(WORKBENCH, arguments);
-    Run run;
-    if (!workbench.waitForFinished(120000))
-        return run;
-    run.exitCode = workbench.exitCode();
-    run.out = QString::fromUtf8(workbench.readAllStandardOutput());
-    run.err = QString::fromUtf8(workbench.readAllStandardError());
-    return run;
-}
 
 QByteArray readFile(const QString& path)
 {
@@ -128,7 +111,7 @@ private slots:
     {
         const QString base = m_dir.filePath("session/rec");
         const QString snapshot = m_dir.filePath("session/snap");
-        const Run run = runWorkbench(common("rec.json") << "--frames" << "12" << "--record" << base
+        const WorkbenchRun run = runWorkbench(common("rec.json") << "--frames" << "12" << "--record" << base
                                                         << "--snapshot" << snapshot);
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY(run.out.contains("Connecting Radar (hs-01)"));
@@ -141,7 +124,7 @@ private slots:
         QVERIFY2(qAbs(range - 4.2) <= 0.15, qPrintable(QString::number(range)));
         QVERIFY(QFileInfo(snapshot + "/range_doppler.png").size() > 0);
 
-        const Run inspect = runWorkbench({ "--inspect", base });
+        const WorkbenchRun inspect = runWorkbench({ "--inspect", base });
         QCOMPARE(inspect.exitCode, 0);
         QVERIFY(inspect.out.contains("Frames = 12"));
     }
@@ -166,7 +149,7 @@ private slots:
         QFETCH(qint64, frames);
         QFETCH(QString, output);
         const QString base = m_dir.filePath(QString("limits/%1").arg(QTest::currentDataTag()));
-        const Run run = runWorkbench(common("limits.json") << arguments << "--record" << base);
+        const WorkbenchRun run = runWorkbench(common("limits.json") << arguments << "--record" << base);
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY2(run.out.contains(output), qPrintable(run.out));
         QCOMPARE(QFileInfo(base + ".raw.bin").size(), kHeaderBytes + frames * kRecordBytes);
@@ -175,7 +158,7 @@ private slots:
 
     void sessionShorterThanAFramePeriodStillAcquiresOne()
     {
-        const Run run = runWorkbench({ "--headless", "--bench", m_realtimeBench, "--settings",
+        const WorkbenchRun run = runWorkbench({ "--headless", "--bench", m_realtimeBench, "--settings",
                                        m_dir.filePath("short.json"), "--seconds", "1e-9" });
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY2(run.out.contains(QRegularExpression("Summary: frames acquired [1-9]")), qPrintable(run.out));
@@ -185,7 +168,7 @@ private slots:
     {
         // Enough frames that the conversion outlasts the recording.
         const QString base = m_dir.filePath("text/rec");
-        const Run run = runWorkbench(common("text.json") << "--frames" << "200" << "--record" << base << "--txt");
+        const WorkbenchRun run = runWorkbench(common("text.json") << "--frames" << "200" << "--record" << base << "--txt");
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY2(run.out.contains("] 100%"), qPrintable(run.out));
         QCOMPARE(textFrames(base + ".raw.txt"), 200);
@@ -198,7 +181,7 @@ private slots:
 
         // Named by its file; without a limit the whole recording plays.
         const QString copy = m_dir.filePath("play/copy");
-        const Run run = runWorkbench(common("play.json") << "--play" << base + ".raw.bin" << "--record" << copy
+        const WorkbenchRun run = runWorkbench(common("play.json") << "--play" << base + ".raw.bin" << "--record" << copy
                                                          << "--snapshot" << m_dir.filePath("play/snap"));
         QVERIFY2(run.exitCode == 0, qPrintable(run.err + run.out));
         QVERIFY2(run.out.contains("Playing " + base + " (7 frames)"), qPrintable(run.out));
@@ -226,12 +209,12 @@ private slots:
         QCOMPARE(runWorkbench(common("again.json") << "--frames" << "3" << "--record" << base).exitCode, 0);
         const QByteArray first = readFile(base + ".raw.bin");
 
-        const Run refused = runWorkbench(common("again.json") << "--frames" << "2" << "--record" << base);
+        const WorkbenchRun refused = runWorkbench(common("again.json") << "--frames" << "2" << "--record" << base);
         QCOMPARE(refused.exitCode, 4);
         QVERIFY2(refused.err.contains(base + ".raw.bin") && refused.err.contains("--overwrite"), qPrintable(refused.err));
         QCOMPARE(readFile(base + ".raw.bin"), first);
 
-        const Run replaced = runWorkbench(common("again.json") << "--frames" << "2" << "--record" << base << "--overwrite");
+        const WorkbenchRun replaced = runWorkbench(common("again.json") << "--frames" << "2" << "--record" << base << "--overwrite");
         QVERIFY2(replaced.exitCode == 0, qPrintable(replaced.err + replaced.out));
         QVERIFY2(replaced.out.contains("Overwriting: removed " + base + ".json"), qPrintable(replaced.out));
         QCOMPARE(QFileInfo(base + ".raw.bin").size(), kHeaderBytes + 2 * kRecordBytes);
@@ -299,7 +282,7 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
-        const Run run = runWorkbench(common("limits.json") << arguments << "--record" << m_dir.filePath("never/rec"));
+        const WorkbenchRun run = runWorkbench(common("limits.json") << arguments << "--record" << m_dir.filePath("never/rec"));
         QCOMPARE(run.exitCode, 1);
         QVERIFY2(run.err.contains(message), qPrintable(run.err));
         QVERIFY(!QFileInfo::exists(m_dir.filePath("never")));
@@ -322,7 +305,7 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, reason);
-        const Run run = runWorkbench(common("fail.json") << "--frames" << "3" << arguments);
+        const WorkbenchRun run = runWorkbench(common("fail.json") << "--frames" << "3" << arguments);
         QCOMPARE(run.exitCode, 4);
         QVERIFY2(run.err.contains(reason), qPrintable(run.err));
     }
@@ -334,7 +317,7 @@ private slots:
             "frame_repetition_time_s": 0.1, "if_gain_dB": 33, "max_range_m": 9.6, "max_speed_m_s": 2.45,
             "range_resolution_m": 0.3, "rx_antennas": [3], "sample_rate_Hz": 0, "speed_resolution_m_s": 0.0766,
             "tx_antennas": [1], "tx_power_level": 31 } }, "json_version": { "type": "KMR7A", "version": "1.0" } })"));
-        const Run run = runWorkbench(common("config.json") << "--frames" << "3" << "--config" << config);
+        const WorkbenchRun run = runWorkbench(common("config.json") << "--frames" << "3" << "--config" << config);
         QCOMPARE(run.exitCode, 4);
         QVERIFY2((run.out + run.err).contains("Value 0 not in expected range: [1 - 2000000000]"), qPrintable(run.out + run.err));
     }
