@@ -27,6 +27,8 @@
 #include "host/CoreUserSettings.h"
 #include "host/IDevice.h"
 
+#include "WindowBenchSupport.h"
+
 #include <QAbstractEventDispatcher>
 #include <QCommandLineParser>
 #include <QDir>
@@ -57,12 +59,6 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double milliseconds(Clock::duration duration)
-{
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
 
 // The first refreshes build nodes, textures and glyph caches once.
 constexpr int kWarmUp = 5;
@@ -230,53 +226,6 @@ QString chooseRenderer()
     }
     QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
     return QStringLiteral("software");
-}
-
-QString rendererOf(QQuickWindow& window)
-{
-    switch (window.rendererInterface()->graphicsApi()) {
-    case QSGRendererInterface::Software:
-        return QStringLiteral("software");
-    case QSGRendererInterface::OpenGL:
-        return QStringLiteral("OpenGL");
-    default:
-        return QStringLiteral("other");
-    }
-}
-
-struct Stats {
-    double median = 0.0;
-    double p95 = 0.0;
-};
-
-Stats statsOf(std::vector<double> values)
-{
-    Stats stats;
-    if (values.empty())
-        return stats;
-    std::sort(values.begin(), values.end());
-    stats.median = values[values.size() / 2];
-    stats.p95 = values[std::min(values.size() - 1, size_t(double(values.size()) * 0.95))];
-    return stats;
-}
-
-bool waitFor(const std::function<bool()>& done, int timeoutMs)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done()) {
-        if (clock.elapsed() > timeoutMs)
-            return false;
-        QEventLoop loop;
-        QTimer::singleShot(20, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    return true;
-}
-
-QObject* child(QObject* object, const char* property)
-{
-    return object ? object->property(property).value<QObject*>() : nullptr;
 }
 
 // The large frame: every receiver, 512 samples per chirp, 256 chirps.

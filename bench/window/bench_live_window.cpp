@@ -37,6 +37,8 @@
 #include "recording/RecordingFiles.h"
 #include "RecordingCheck.h"
 
+#include "WindowBenchSupport.h"
+
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCommandLineParser>
@@ -66,7 +68,6 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 
 // The first refreshes build nodes, textures and glyph caches once.
 constexpr int kWarmUpRefreshes = 5;
@@ -87,11 +88,6 @@ Connections {
     function onChartsDataUpdated() { refreshTimer.start() }
 }
 )qml";
-
-double milliseconds(Clock::duration duration)
-{
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
 
 // Times the GUI thread's share of each chart refresh, from the start of the
 // page's handling of "chartsDataUpdated" to the end of the window's next
@@ -233,46 +229,11 @@ private:
     int m_last = 0;
 };
 
-bool waitFor(const std::function<bool()>& done, int timeoutMs)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done()) {
-        if (clock.elapsed() > timeoutMs)
-            return false;
-        QEventLoop loop;
-        QTimer::singleShot(20, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    return true;
-}
-
 void runFor(int milliseconds)
 {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
-}
-
-struct Stats {
-    double median = 0.0;
-    double p95 = 0.0;
-};
-
-Stats statsOf(std::vector<double> values)
-{
-    Stats stats;
-    if (values.empty())
-        return stats;
-    std::sort(values.begin(), values.end());
-    stats.median = values[values.size() / 2];
-    stats.p95 = values[std::min(values.size() - 1, size_t(double(values.size()) * 0.95))];
-    return stats;
-}
-
-QObject* child(QObject* object, const char* property)
-{
-    return object ? object->property(property).value<QObject*>() : nullptr;
 }
 
 QString frameShape(QObject* view)
@@ -286,18 +247,6 @@ QString frameShape(QObject* view)
         .arg(parameters ? parameters->property("numChirpsPerFrame").toUInt() : 0)
         .arg(parameters ? parameters->property("numSamplesPerChirp").toUInt() : 0)
         .arg(metrics ? double(metrics->property("frameRepetitionTimeS").toFloat()) * 1000.0 : 0.0, 0, 'f', 1);
-}
-
-QString rendererOf(QQuickWindow& window)
-{
-    switch (window.rendererInterface()->graphicsApi()) {
-    case QSGRendererInterface::Software:
-        return QStringLiteral("software");
-    case QSGRendererInterface::OpenGL:
-        return QStringLiteral("OpenGL");
-    default:
-        return QStringLiteral("other");
-    }
 }
 
 QQuickItem* findItem(QQuickItem* parent, const QString& name)
