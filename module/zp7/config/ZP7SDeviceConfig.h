@@ -53,9 +53,11 @@ public:
     // PRT: -PRF/2 .. +PRF/2 in steps of PRF / bins.
     void updateFrequencyDomainAxis(quint32 bins);
 
-    // Empty when every parameter lies within the limits, else the first
-    // parameter's name and range message.
-    QString checkWithinLimits() const;
+    // True when every parameter lies within the limits and the pulses of
+    // one frame fit in its repetition time; else false with the first
+    // offender ("Number of samples outside the device's limits") in
+    // `message` and the range in `details`.
+    bool checkWithinLimits(QString& message, QString& details) const;
 
 private:
     DeviceInfo* m_deviceInfo;

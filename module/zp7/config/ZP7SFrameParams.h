@@ -34,7 +34,7 @@ public:
     void copyFrom(const vrn_Corvix_Frame_Config_t& config);
     // Through the setters.
     void assign(const ZP7SFrameParams& other);
-    // Floats within the tolerance of SettingsValidation::fuzzyEqual.
+    // Floats equal within a relative 1e-5 (what survives 1 / (1 / x)).
     bool operator==(const ZP7SFrameParams& other) const;
     bool operator!=(const ZP7SFrameParams& other) const { return !(*this == other); }
 
