@@ -26,6 +26,9 @@ Item {
     property color frameColor: "#9a9a9a"
     property color plotColor: "white"
     property int fontPixelSize: 11
+    // The hover readout's text for a point SeriesChart.nearest found; the
+    // chart's own "x: … y: …" unless the page reads its axes otherwise.
+    property var formatReadout: function (hit) { return hit.text || "" }
 
     function refresh() {
         plot.refresh()
@@ -200,7 +203,7 @@ Item {
                     id: readoutText
                     objectName: "hoverReadoutText"
                     anchors.centerIn: parent
-                    text: hover.hit.text || ""
+                    text: hover.hit.series !== undefined ? root.formatReadout(hover.hit) : ""
                     color: root.textColor
                     font.pixelSize: root.fontPixelSize
                 }
