@@ -62,7 +62,8 @@ QByteArray savedWith(const QStringList& path, const QJsonValue& value)
 {
     std::function<QJsonObject(QJsonObject, int)> replace = [&](QJsonObject object, int level) {
         const QString& key = path.at(level);
-        object.insert(key, level + 1 == path.size() ? value : QJsonValue(replace(object.value(key).toObject(), level + 1)));
+        object.insert(key,
+                      level + 1 == path.size() ? value : QJsonValue(replace(object.value(key).toObject(), level + 1)));
         return object;
     };
     return QJsonDocument(replace(QJsonDocument::fromJson(kSavedDefaults).object(), 0)).toJson();
@@ -75,20 +76,218 @@ class tst_RadarCWConfig : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_board = std::make_unique<FakeCWConfigurator>();
+        m_config = std::make_unique<RadarCWConfig>(m_board.get(),
+                                                   std::make_unique<RadarCWUserSettings>(nullptr, nullptr));
+        describeBoard(*m_config->deviceInfo());
+        QVERIFY(m_config->loadDefaultConfig());
+    }
 
-    void samplingRateFollowsAdcBounds_data();
-    void samplingRateFollowsAdcBounds();
-    void savedFileHasTheFileLayoutAndLoadsBack();
-    void refusedFileChangesNothing_data();
-    void refusedFileChangesNothing();
-    void gainAmplifierSevenFromFileAppliesIndexZero();
-    void applyShowsWhatTheDeviceAccepted();
-    void failedApplyKeepsDeviceConfiguration_data();
-    void failedApplyKeepsDeviceConfiguration();
-    void failedDefaultsChangeNothing();
-    void userSettingsLiveUnderCwMode();
+    void cleanup()
+    {
+        m_config.reset();
+        m_board.reset();
+        m_dir.reset();
+    }
+
+    void samplingRateFollowsAdcBounds_data()
+    {
+        QTest::addColumn<quint32>("startTimeNs");
+        QTest::addColumn<quint32>("startRate");
+        QTest::addColumn<quint32>("newTimeNs");
+        QTest::addColumn<quint32>("expectedRate");
+
+        // The fake's bounds: 50 ns [500 k, 4 M], 100 ns [250 k, 2 M], 200 ns [125 k, 1 M], 400 ns [62.5 k, 500 k].
+        QTest::newRow("slower ADC pulls the rate down") << 50u << 3000000u << 200u << 1000000u;
+        QTest::newRow("faster ADC pulls the rate up") << 400u << 100000u << 50u << 500000u;
+        QTest::newRow("rate inside stays") << 100u << 400000u << 200u << 400000u;
+    }
+
+    void samplingRateFollowsAdcBounds()
+    {
+        QFETCH(quint32, startTimeNs);
+        QFETCH(quint32, startRate);
+        QFETCH(quint32, newTimeNs);
+        QFETCH(quint32, expectedRate);
+
+        RadarCWParams& params = *m_config->guiConfig()->params();
+        params.setAdcSamplingTime(startTimeNs);
+        params.setSamplingRate(startRate);
+        params.setAdcSamplingTime(newTimeNs);
+
+        const quint32 shift = quint32(QVector<quint32>({ 50, 100, 200, 400 }).indexOf(newTimeNs));
+        QCOMPARE(m_config->guiConfig()->limits()->samplingRateMin(), 500000u >> shift);
+        QCOMPARE(m_config->guiConfig()->limits()->samplingRateMax(), 4000000u >> shift);
+        QCOMPARE(params.samplingRate(), expectedRate);
+    }
+
+    void savedFileHasTheFileLayoutAndLoadsBack()
+    {
+        const QString path = m_dir->filePath(QStringLiteral("saved.json"));
+        QVERIFY(m_config->saveConfig(path));
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = saved.readAll().split('\n');
+        const QList<QByteArray> expected = QByteArray(kSavedDefaults).split('\n');
+        QCOMPARE(lines.size(), expected.size());
+        for (int i = 0; i < lines.size(); ++i)
+            QCOMPARE(lines.at(i), expected.at(i));
+
+        RadarDeviceCWConfig original(m_config->deviceInfo());
+        original.assign(*m_config->guiConfig());
+        m_config->guiConfig()->params()->setDac(1);
+        m_config->guiConfig()->rxAntennas()->setMask(0b010);
+        QVERIFY(m_config->loadConfig(path));
+        QVERIFY(m_config->guiConfig()->sameSettings(original));
+    }
+
+    void refusedFileChangesNothing_data()
+    {
+        QTest::addColumn<QString>("chip");
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("details");
+
+        const QString cannotLoad = QStringLiteral("Cannot load configuration");
+        QTest::newRow("another chip's file")
+            << "KMR7A" << savedWith({ "json_version", "type" }, "KMR7C_CW") << cannotLoad << "Invalid json type";
+        QTest::newRow("standard-mode file")
+            << "KMR7A"
+            << QByteArray(
+                   R"({"device_config": {"fmcw_scene": {}}, "json_version": {"type": "KMR7A", "version": "1.0"}})")
+            << cannotLoad << "Invalid json type";
+        QTest::newRow("other version") << "KMR7A" << savedWith({ "json_version", "version" }, "2.0") << cannotLoad
+                                       << "Invalid json version";
+        QTest::newRow("malformed") << "KMR7A" << QByteArray(kSavedDefaults).left(200) << cannotLoad
+                                   << "JSON parser error: unterminated object";
+        QTest::newRow("negative number") << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "baseband", "gain_hp" }, -18)
+                                         << cannotLoad
+                                         << "Field cw_scene.cw_scene.baseband.gain_hp validation error: "
+                                            "Value must be greater or equal 0";
+        QTest::newRow("dac above the board's limit")
+            << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "dac" }, 5000) << cannotLoad
+            << "Field cw_scene.cw_scene.dac validation error: Value 5000 not in expected range: [0 - 4095]";
+        QTest::newRow("receiver the board lacks")
+            << "KMR7A" << savedWith({ "cw_scene", "rx_antennas" }, QJsonArray({ 1, 4 })) << cannotLoad
+            << "Field cw_scene.rx_antennas validation error: Invalid RX antenna index: 4";
+        QTest::newRow("duty cycle above 100")
+            << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "duty_cycle" }, 101) << cannotLoad
+            << "Field cw_scene.cw_scene.duty_cycle validation error: Value 101 not in expected range: [0 - 100]";
+        QTest::newRow("unknown chip") << "KMR9" << QByteArray(kSavedDefaults) << "Unknown radar device" << QString();
+    }
+
+    void refusedFileChangesNothing()
+    {
+        QFETCH(QString, chip);
+        QFETCH(QByteArray, file);
+        QFETCH(QString, message);
+        QFETCH(QString, details);
+
+        m_config->deviceInfo()->setDeviceName(chip);
+        m_config->guiConfig()->params()->setDac(12);
+        RadarDeviceCWConfig before(m_config->deviceInfo());
+        before.assign(*m_config->guiConfig());
+        const QString path = writeFile(file);
+        QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
+        QSignalSpy edits(m_config->guiConfig()->params(), &RadarCWParams::guiParamChanged);
+
+        QVERIFY(!m_config->loadConfig(path));
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), RadarEventCode::Error);
+        QCOMPARE(events.at(0).at(1).toString(), message);
+        QCOMPARE(events.at(0).at(2).toString(), details.isNull() ? path : details);
+        QCOMPARE(edits.count(), 0);
+        QVERIFY(m_config->guiConfig()->sameSettings(before));
+    }
+
+    void gainAmplifierSevenFromFileAppliesIndexZero()
+    {
+        const QString path = writeFile(savedWith({ "cw_scene", "cw_scene", "baseband", "gain_amplifier" }, 7));
+        QVERIFY(m_config->loadConfig(path));
+        QCOMPARE(m_config->guiConfig()->params()->basebandGainAmplifier(), 7u);
+
+        m_board->device.baseband.gain_amplifier_index = 6;
+        QTest::ignoreMessage(
+            QtWarningMsg, "Current gain amplifier value from configuration does not fit into any value defined by SDK");
+        QVERIFY(m_config->applyGuiConfig());
+        QCOMPARE(m_board->device.baseband.gain_amplifier_index, 0u);
+        // The pages show what the board took.
+        QCOMPARE(m_config->guiConfig()->params()->basebandGainAmplifier(), 0u);
+    }
+
+    void applyShowsWhatTheDeviceAccepted()
+    {
+        m_config->guiConfig()->params()->setSamplingRate(1234567);
+        m_config->guiConfig()->txAntennas()->setMask(0);
+        m_board->acceptedSamplingRate = 1200000;
+        QVERIFY(m_config->differs());
+        QSignalSpy updated(m_config.get(), &RadarCWConfig::deviceConfigUpdated);
+
+        QVERIFY(m_config->applyGuiConfig());
+        QCOMPARE(updated.count(), 1);
+        QCOMPARE(updated.at(0).at(0).value<RadarDeviceCWConfig*>(), m_config->deviceConfig());
+        QCOMPARE(m_config->deviceConfig()->params()->samplingRate(), 1200000u);
+        QCOMPARE(m_config->guiConfig()->params()->samplingRate(), 1200000u);
+        QCOMPARE(m_config->deviceConfig()->txAntennas()->mask(), 0u);
+        QVERIFY(!m_config->differs());
+
+        m_config->guiConfig()->params()->setDutyCycle(40);
+        QVERIFY(m_config->differs());
+        m_config->revertConfig();
+        QCOMPARE(m_config->guiConfig()->params()->dutyCycle(), 100u);
+        QVERIFY(!m_config->differs());
+    }
+
+    void failedApplyKeepsDeviceConfiguration_data()
+    {
+        QTest::addColumn<bool>("failSet");
+        QTest::newRow("device refuses the settings") << true;
+        QTest::newRow("device cannot be read back") << false;
+    }
+
+    void failedApplyKeepsDeviceConfiguration()
+    {
+        QFETCH(bool, failSet);
+        QVERIFY(m_config->applyGuiConfig());
+        m_config->guiConfig()->params()->setDac(200);
+        m_config->guiConfig()->rxAntennas()->setMask(0b111);
+        m_board->failSet = failSet;
+        m_board->failGet = !failSet;
+        QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
+        QSignalSpy updated(m_config.get(), &RadarCWConfig::deviceConfigUpdated);
+
+        QVERIFY(!m_config->applyGuiConfig());
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot apply config for CW "));
+        QCOMPARE(updated.count(), 0);
+        QCOMPARE(m_config->deviceConfig()->params()->dac(), 90u);
+        QCOMPARE(m_config->deviceConfig()->rxAntennas()->mask(), 0b101u);
+        QCOMPARE(m_config->guiConfig()->params()->dac(), 200u);
+    }
+
+    void failedDefaultsChangeNothing()
+    {
+        m_config->guiConfig()->params()->setDac(7);
+        m_board->failDefaults = true;
+        QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
+        QVERIFY(!m_config->loadDefaultConfig());
+        QCOMPARE(events.count(), 1);
+        QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot load default config for CW "));
+        QCOMPARE(m_config->guiConfig()->params()->dac(), 7u);
+    }
+
+    void userSettingsLiveUnderCwMode()
+    {
+        RadarCWUserSettings settings(nullptr, nullptr);
+        QJsonObject document;
+        settings.configurationNode()->writeToJson(document);
+        const QJsonObject cwMode = document.value("radar").toObject().value("cw_mode").toObject();
+        QCOMPARE(cwMode.keys(), QStringList({ "loggingFileName", "loggingPath" }));
+        QCOMPARE(cwMode.value("loggingFileName").toString(), QStringLiteral("CWmode_datalog"));
+    }
 
 private:
     QString writeFile(const QByteArray& bytes);
@@ -98,23 +297,6 @@ private:
     std::unique_ptr<RadarCWConfig> m_config;
 };
 
-void tst_RadarCWConfig::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_board = std::make_unique<FakeCWConfigurator>();
-    m_config = std::make_unique<RadarCWConfig>(m_board.get(),
-                                               std::make_unique<RadarCWUserSettings>(nullptr, nullptr));
-    describeBoard(*m_config->deviceInfo());
-    QVERIFY(m_config->loadDefaultConfig());
-}
-
-void tst_RadarCWConfig::cleanup()
-{
-    m_config.reset();
-    m_board.reset();
-    m_dir.reset();
-}
-
 QString tst_RadarCWConfig::writeFile(const QByteArray& bytes)
 {
     const QString path = m_dir->filePath(QStringLiteral("cw.json"));
@@ -122,201 +304,6 @@ QString tst_RadarCWConfig::writeFile(const QByteArray& bytes)
     file.open(QIODevice::WriteOnly | QIODevice::Truncate);
     file.write(bytes);
     return path;
-}
-
-void tst_RadarCWConfig::samplingRateFollowsAdcBounds_data()
-{
-    QTest::addColumn<quint32>("startTimeNs");
-    QTest::addColumn<quint32>("startRate");
-    QTest::addColumn<quint32>("newTimeNs");
-    QTest::addColumn<quint32>("expectedRate");
-
-    // The fake's bounds: 50 ns [500 k, 4 M], 100 ns [250 k, 2 M], 200 ns [125 k, 1 M], 400 ns [62.5 k, 500 k].
-    QTest::newRow("slower ADC pulls the rate down") << 50u << 3000000u << 200u << 1000000u;
-    QTest::newRow("faster ADC pulls the rate up") << 400u << 100000u << 50u << 500000u;
-    QTest::newRow("rate inside stays") << 100u << 400000u << 200u << 400000u;
-}
-
-void tst_RadarCWConfig::samplingRateFollowsAdcBounds()
-{
-    QFETCH(quint32, startTimeNs);
-    QFETCH(quint32, startRate);
-    QFETCH(quint32, newTimeNs);
-    QFETCH(quint32, expectedRate);
-
-    RadarCWParams& params = *m_config->guiConfig()->params();
-    params.setAdcSamplingTime(startTimeNs);
-    params.setSamplingRate(startRate);
-    params.setAdcSamplingTime(newTimeNs);
-
-    const quint32 shift = quint32(QVector<quint32>({ 50, 100, 200, 400 }).indexOf(newTimeNs));
-    QCOMPARE(m_config->guiConfig()->limits()->samplingRateMin(), 500000u >> shift);
-    QCOMPARE(m_config->guiConfig()->limits()->samplingRateMax(), 4000000u >> shift);
-    QCOMPARE(params.samplingRate(), expectedRate);
-}
-
-void tst_RadarCWConfig::savedFileHasTheFileLayoutAndLoadsBack()
-{
-    const QString path = m_dir->filePath(QStringLiteral("saved.json"));
-    QVERIFY(m_config->saveConfig(path));
-    QFile saved(path);
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    const QList<QByteArray> lines = saved.readAll().split('\n');
-    const QList<QByteArray> expected = QByteArray(kSavedDefaults).split('\n');
-    QCOMPARE(lines.size(), expected.size());
-    for (int i = 0; i < lines.size(); ++i)
-        QCOMPARE(lines.at(i), expected.at(i));
-
-    RadarDeviceCWConfig original(m_config->deviceInfo());
-    original.assign(*m_config->guiConfig());
-    m_config->guiConfig()->params()->setDac(1);
-    m_config->guiConfig()->rxAntennas()->setMask(0b010);
-    QVERIFY(m_config->loadConfig(path));
-    QVERIFY(m_config->guiConfig()->sameSettings(original));
-}
-
-void tst_RadarCWConfig::refusedFileChangesNothing_data()
-{
-    QTest::addColumn<QString>("chip");
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("details");
-
-    const QString cannotLoad = QStringLiteral("Cannot load configuration");
-    QTest::newRow("another chip's file") << "KMR7A" << savedWith({ "json_version", "type" }, "KMR7C_CW") << cannotLoad
-                                         << "Invalid json type";
-    QTest::newRow("standard-mode file")
-        << "KMR7A"
-        << QByteArray(R"({"device_config": {"fmcw_scene": {}}, "json_version": {"type": "KMR7A", "version": "1.0"}})")
-        << cannotLoad << "Invalid json type";
-    QTest::newRow("other version") << "KMR7A" << savedWith({ "json_version", "version" }, "2.0") << cannotLoad
-                                   << "Invalid json version";
-    QTest::newRow("malformed") << "KMR7A" << QByteArray(kSavedDefaults).left(200) << cannotLoad
-                               << "JSON parser error: unterminated object";
-    QTest::newRow("negative number") << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "baseband", "gain_hp" }, -18)
-                                     << cannotLoad
-                                     << "Field cw_scene.cw_scene.baseband.gain_hp validation error: "
-                                        "Value must be greater or equal 0";
-    QTest::newRow("dac above the board's limit")
-        << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "dac" }, 5000) << cannotLoad
-        << "Field cw_scene.cw_scene.dac validation error: Value 5000 not in expected range: [0 - 4095]";
-    QTest::newRow("receiver the board lacks")
-        << "KMR7A" << savedWith({ "cw_scene", "rx_antennas" }, QJsonArray({ 1, 4 })) << cannotLoad
-        << "Field cw_scene.rx_antennas validation error: Invalid RX antenna index: 4";
-    QTest::newRow("duty cycle above 100")
-        << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "duty_cycle" }, 101) << cannotLoad
-        << "Field cw_scene.cw_scene.duty_cycle validation error: Value 101 not in expected range: [0 - 100]";
-    QTest::newRow("unknown chip") << "KMR9" << QByteArray(kSavedDefaults) << "Unknown radar device" << QString();
-}
-
-void tst_RadarCWConfig::refusedFileChangesNothing()
-{
-    QFETCH(QString, chip);
-    QFETCH(QByteArray, file);
-    QFETCH(QString, message);
-    QFETCH(QString, details);
-
-    m_config->deviceInfo()->setDeviceName(chip);
-    m_config->guiConfig()->params()->setDac(12);
-    RadarDeviceCWConfig before(m_config->deviceInfo());
-    before.assign(*m_config->guiConfig());
-    const QString path = writeFile(file);
-    QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
-    QSignalSpy edits(m_config->guiConfig()->params(), &RadarCWParams::guiParamChanged);
-
-    QVERIFY(!m_config->loadConfig(path));
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), RadarEventCode::Error);
-    QCOMPARE(events.at(0).at(1).toString(), message);
-    QCOMPARE(events.at(0).at(2).toString(), details.isNull() ? path : details);
-    QCOMPARE(edits.count(), 0);
-    QVERIFY(m_config->guiConfig()->sameSettings(before));
-}
-
-void tst_RadarCWConfig::gainAmplifierSevenFromFileAppliesIndexZero()
-{
-    const QString path = writeFile(savedWith({ "cw_scene", "cw_scene", "baseband", "gain_amplifier" }, 7));
-    QVERIFY(m_config->loadConfig(path));
-    QCOMPARE(m_config->guiConfig()->params()->basebandGainAmplifier(), 7u);
-
-    m_board->device.baseband.gain_amplifier_index = 6;
-    QTest::ignoreMessage(QtWarningMsg,
-                         "Current gain amplifier value from configuration does not fit into any value defined by SDK");
-    QVERIFY(m_config->applyGuiConfig());
-    QCOMPARE(m_board->device.baseband.gain_amplifier_index, 0u);
-    // The pages show what the board took.
-    QCOMPARE(m_config->guiConfig()->params()->basebandGainAmplifier(), 0u);
-}
-
-void tst_RadarCWConfig::applyShowsWhatTheDeviceAccepted()
-{
-    m_config->guiConfig()->params()->setSamplingRate(1234567);
-    m_config->guiConfig()->txAntennas()->setMask(0);
-    m_board->acceptedSamplingRate = 1200000;
-    QVERIFY(m_config->differs());
-    QSignalSpy updated(m_config.get(), &RadarCWConfig::deviceConfigUpdated);
-
-    QVERIFY(m_config->applyGuiConfig());
-    QCOMPARE(updated.count(), 1);
-    QCOMPARE(updated.at(0).at(0).value<RadarDeviceCWConfig*>(), m_config->deviceConfig());
-    QCOMPARE(m_config->deviceConfig()->params()->samplingRate(), 1200000u);
-    QCOMPARE(m_config->guiConfig()->params()->samplingRate(), 1200000u);
-    QCOMPARE(m_config->deviceConfig()->txAntennas()->mask(), 0u);
-    QVERIFY(!m_config->differs());
-
-    m_config->guiConfig()->params()->setDutyCycle(40);
-    QVERIFY(m_config->differs());
-    m_config->revertConfig();
-    QCOMPARE(m_config->guiConfig()->params()->dutyCycle(), 100u);
-    QVERIFY(!m_config->differs());
-}
-
-void tst_RadarCWConfig::failedApplyKeepsDeviceConfiguration_data()
-{
-    QTest::addColumn<bool>("failSet");
-    QTest::newRow("device refuses the settings") << true;
-    QTest::newRow("device cannot be read back") << false;
-}
-
-void tst_RadarCWConfig::failedApplyKeepsDeviceConfiguration()
-{
-    QFETCH(bool, failSet);
-    QVERIFY(m_config->applyGuiConfig());
-    m_config->guiConfig()->params()->setDac(200);
-    m_config->guiConfig()->rxAntennas()->setMask(0b111);
-    m_board->failSet = failSet;
-    m_board->failGet = !failSet;
-    QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
-    QSignalSpy updated(m_config.get(), &RadarCWConfig::deviceConfigUpdated);
-
-    QVERIFY(!m_config->applyGuiConfig());
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot apply config for CW "));
-    QCOMPARE(updated.count(), 0);
-    QCOMPARE(m_config->deviceConfig()->params()->dac(), 90u);
-    QCOMPARE(m_config->deviceConfig()->rxAntennas()->mask(), 0b101u);
-    QCOMPARE(m_config->guiConfig()->params()->dac(), 200u);
-}
-
-void tst_RadarCWConfig::failedDefaultsChangeNothing()
-{
-    m_config->guiConfig()->params()->setDac(7);
-    m_board->failDefaults = true;
-    QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
-    QVERIFY(!m_config->loadDefaultConfig());
-    QCOMPARE(events.count(), 1);
-    QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot load default config for CW "));
-    QCOMPARE(m_config->guiConfig()->params()->dac(), 7u);
-}
-
-void tst_RadarCWConfig::userSettingsLiveUnderCwMode()
-{
-    RadarCWUserSettings settings(nullptr, nullptr);
-    QJsonObject document;
-    settings.configurationNode()->writeToJson(document);
-    const QJsonObject cwMode = document.value("radar").toObject().value("cw_mode").toObject();
-    QCOMPARE(cwMode.keys(), QStringList({ "loggingFileName", "loggingPath" }));
-    QCOMPARE(cwMode.value("loggingFileName").toString(), QStringLiteral("CWmode_datalog"));
 }
 
 QTEST_GUILESS_MAIN(tst_RadarCWConfig)

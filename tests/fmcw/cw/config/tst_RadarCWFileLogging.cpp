@@ -99,13 +99,98 @@ class tst_RadarCWFileLogging : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void headerDescribesConfigurationLineByLine();
-    void chipWithoutAntiAliasFilterSaysNotAvailable_data();
-    void chipWithoutAntiAliasFilterSaysNotAvailable();
-    void twoReceiversGiveOneLinePerSampleWithTwoColumns();
-    void fullDiskEndsTheFileAndKeepsEarlierOnes();
-    void unwritableFileIsReported();
+    void init()
+    {
+        describeBoard(m_info, QStringLiteral("KMR7C"));
+        m_config = std::make_unique<RadarDeviceCWConfig>(&m_info);
+        m_config->setFromSdkConfig(m_board.defaults);
+        m_config->params()->setDutyCycle(30);
+        m_target.setLoggingPath(m_dir.path());
+        m_target.setIsCustomFileName(true);
+        m_target.setLoggingFileName(QStringLiteral("frame"));
+    }
+
+    void headerDescribesConfigurationLineByLine()
+    {
+        auto logging = makeLogging(makeFrame(2, 4));
+        QVERIFY(logging->write(m_target));
+
+        const QStringList lines = readLines(m_dir.filePath(QStringLiteral("frame.csv")));
+        const QStringList expected = QString::fromUtf8(kExpectedHeader).split(QLatin1Char('\n'));
+        QVERIFY(lines.size() >= expected.size() - 1);
+        for (int i = 0; i + 1 < expected.size(); ++i)
+            QCOMPARE(lines.at(i), expected.at(i));
+    }
+
+    void chipWithoutAntiAliasFilterSaysNotAvailable_data()
+    {
+        QTest::addColumn<QString>("chip");
+        QTest::addColumn<QString>("line");
+        const QString prefix = QStringLiteral("# Cutoff frequency of the of the Anti-Alias Filter: ");
+        QTest::newRow("KMR7A") << "KMR7A" << prefix + "N/A";
+        QTest::newRow("KMR7B") << "KMR7B" << prefix + "N/A";
+        QTest::newRow("KMR7C") << "KMR7C" << prefix + "1000 [kHz]";
+    }
+
+    void chipWithoutAntiAliasFilterSaysNotAvailable()
+    {
+        QFETCH(QString, chip);
+        QFETCH(QString, line);
+        m_info.setDeviceName(chip);
+        const QStringList header = makeLogging(SharedFrame())->headerLines();
+        QCOMPARE(header.filter(QStringLiteral("Anti-Alias")), QStringList { line });
+    }
+
+    void twoReceiversGiveOneLinePerSampleWithTwoColumns()
+    {
+        QCOMPARE(m_config->rxAntennas()->activeAntennas(), QVector<int>({ 1, 3 }));
+        auto logging = makeLogging(makeFrame(2, 128));
+        QSignalSpy finished(logging.get(), &CSVFileLogging::finishedLogging);
+        QVERIFY(logging->write(m_target));
+        QCOMPARE(finished.count(), 1);
+
+        QStringList lines = readLines(m_dir.filePath(QStringLiteral("frame.csv")));
+        QCOMPARE(lines.takeLast(), QString()); // the last line ends like every other
+        const int columnRow = lines.indexOf(QStringLiteral("Tx1Rx1,Tx1Rx3"));
+        QVERIFY(columnRow > 0);
+        const QStringList data = lines.mid(columnRow + 1);
+        QCOMPARE(data.size(), 128);
+        QCOMPARE(data.first(), QStringLiteral("0.000000,1.000000"));
+        QCOMPARE(data.at(5), QStringLiteral("0.005000,1.005000"));
+        QCOMPARE(data.last(), QStringLiteral("0.127000,1.127000"));
+        for (const QString& line : data)
+            QCOMPARE(line.split(QLatin1Char(',')).size(), 2);
+    }
+
+    void fullDiskEndsTheFileAndKeepsEarlierOnes()
+    {
+        QVERIFY(makeLogging(makeFrame(2, 128))->write(m_target));
+        const QString earlier = m_dir.filePath(QStringLiteral("frame.csv"));
+        const QStringList earlierLines = readLines(earlier);
+
+        m_target.setLoggingFileName(QStringLiteral("second"));
+        FullDiskLogging full(*m_config, m_info, makeFrame(2, 128));
+        QSignalSpy errors(&full, &CSVFileLogging::errorDetected);
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(QStringLiteral("^Cannot write header data to csv file!")));
+        QVERIFY(!full.write(m_target));
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write header data to csv file!"));
+        QVERIFY(!full.isLogging());
+        QCOMPARE(readLines(earlier), earlierLines);
+    }
+
+    void unwritableFileIsReported()
+    {
+        // A directory where the file should be cannot be opened as a file.
+        m_target.setLoggingFileName(QStringLiteral("blocked"));
+        QVERIFY(QDir(m_dir.path()).mkdir(QStringLiteral("blocked.csv")));
+        auto logging = makeLogging(makeFrame(2, 8));
+        QSignalSpy errors(logging.get(), &CSVFileLogging::errorDetected);
+        QVERIFY(!logging->write(m_target));
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot open file for csv logging!"));
+    }
 
 private:
     std::unique_ptr<RadarCWFileLogging> makeLogging(SharedFrame frame);
@@ -117,104 +202,12 @@ private:
     LoggingConfiguration m_target;
 };
 
-void tst_RadarCWFileLogging::init()
-{
-    describeBoard(m_info, QStringLiteral("KMR7C"));
-    m_config = std::make_unique<RadarDeviceCWConfig>(&m_info);
-    m_config->setFromSdkConfig(m_board.defaults);
-    m_config->params()->setDutyCycle(30);
-    m_target.setLoggingPath(m_dir.path());
-    m_target.setIsCustomFileName(true);
-    m_target.setLoggingFileName(QStringLiteral("frame"));
-}
-
 std::unique_ptr<RadarCWFileLogging> tst_RadarCWFileLogging::makeLogging(SharedFrame frame)
 {
     auto logging = std::make_unique<RadarCWFileLogging>(*m_config, m_info, std::move(frame));
     logging->setVersionText(QStringLiteral("2.4.1"));
     logging->setTimestamp(QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)));
     return logging;
-}
-
-void tst_RadarCWFileLogging::headerDescribesConfigurationLineByLine()
-{
-    auto logging = makeLogging(makeFrame(2, 4));
-    QVERIFY(logging->write(m_target));
-
-    const QStringList lines = readLines(m_dir.filePath(QStringLiteral("frame.csv")));
-    const QStringList expected = QString::fromUtf8(kExpectedHeader).split(QLatin1Char('\n'));
-    QVERIFY(lines.size() >= expected.size() - 1);
-    for (int i = 0; i + 1 < expected.size(); ++i)
-        QCOMPARE(lines.at(i), expected.at(i));
-}
-
-void tst_RadarCWFileLogging::chipWithoutAntiAliasFilterSaysNotAvailable_data()
-{
-    QTest::addColumn<QString>("chip");
-    QTest::addColumn<QString>("line");
-    const QString prefix = QStringLiteral("# Cutoff frequency of the of the Anti-Alias Filter: ");
-    QTest::newRow("KMR7A") << "KMR7A" << prefix + "N/A";
-    QTest::newRow("KMR7B") << "KMR7B" << prefix + "N/A";
-    QTest::newRow("KMR7C") << "KMR7C" << prefix + "1000 [kHz]";
-}
-
-void tst_RadarCWFileLogging::chipWithoutAntiAliasFilterSaysNotAvailable()
-{
-    QFETCH(QString, chip);
-    QFETCH(QString, line);
-    m_info.setDeviceName(chip);
-    const QStringList header = makeLogging(SharedFrame())->headerLines();
-    QCOMPARE(header.filter(QStringLiteral("Anti-Alias")), QStringList { line });
-}
-
-void tst_RadarCWFileLogging::twoReceiversGiveOneLinePerSampleWithTwoColumns()
-{
-    QCOMPARE(m_config->rxAntennas()->activeAntennas(), QVector<int>({ 1, 3 }));
-    auto logging = makeLogging(makeFrame(2, 128));
-    QSignalSpy finished(logging.get(), &CSVFileLogging::finishedLogging);
-    QVERIFY(logging->write(m_target));
-    QCOMPARE(finished.count(), 1);
-
-    QStringList lines = readLines(m_dir.filePath(QStringLiteral("frame.csv")));
-    QCOMPARE(lines.takeLast(), QString()); // the last line ends like every other
-    const int columnRow = lines.indexOf(QStringLiteral("Tx1Rx1,Tx1Rx3"));
-    QVERIFY(columnRow > 0);
-    const QStringList data = lines.mid(columnRow + 1);
-    QCOMPARE(data.size(), 128);
-    QCOMPARE(data.first(), QStringLiteral("0.000000,1.000000"));
-    QCOMPARE(data.at(5), QStringLiteral("0.005000,1.005000"));
-    QCOMPARE(data.last(), QStringLiteral("0.127000,1.127000"));
-    for (const QString& line : data)
-        QCOMPARE(line.split(QLatin1Char(',')).size(), 2);
-}
-
-void tst_RadarCWFileLogging::fullDiskEndsTheFileAndKeepsEarlierOnes()
-{
-    QVERIFY(makeLogging(makeFrame(2, 128))->write(m_target));
-    const QString earlier = m_dir.filePath(QStringLiteral("frame.csv"));
-    const QStringList earlierLines = readLines(earlier);
-
-    m_target.setLoggingFileName(QStringLiteral("second"));
-    FullDiskLogging full(*m_config, m_info, makeFrame(2, 128));
-    QSignalSpy errors(&full, &CSVFileLogging::errorDetected);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^Cannot write header data to csv file!")));
-    QVERIFY(!full.write(m_target));
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot write header data to csv file!"));
-    QVERIFY(!full.isLogging());
-    QCOMPARE(readLines(earlier), earlierLines);
-}
-
-void tst_RadarCWFileLogging::unwritableFileIsReported()
-{
-    // A directory where the file should be cannot be opened as a file.
-    m_target.setLoggingFileName(QStringLiteral("blocked"));
-    QVERIFY(QDir(m_dir.path()).mkdir(QStringLiteral("blocked.csv")));
-    auto logging = makeLogging(makeFrame(2, 8));
-    QSignalSpy errors(logging.get(), &CSVFileLogging::errorDetected);
-    QVERIFY(!logging->write(m_target));
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot open file for csv logging!"));
 }
 
 QTEST_GUILESS_MAIN(tst_RadarCWFileLogging)
