@@ -41,7 +41,7 @@ bool RadarFileRecording::start()
     RadarRecordingHeader header = m_source->recordingHeader();
     const quint32 txAntennas = quint32(qPopulationCount(header.maskTxAntennas));
     const quint32 rxAntennas = quint32(qPopulationCount(header.maskRxAntennas));
-    m_samplesPerFrame = header.samplesPerChirp * header.chirpsPerFrame * txAntennas * rxAntennas;
+    m_samplesPerFrame = header.expectedSamplesPerFrame();
     // A file of empty frames would hold nothing and could not be read back
     // (no records to count); this is what an unloaded configuration gives.
     if (m_samplesPerFrame == 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtAlgorithms>
 #include <QtGlobal>
 
 // The 88-byte header at the start of a binary recording, also written as the
@@ -15,6 +16,13 @@ struct RadarRecordingHeader
     static constexpr qint32 kTextMagic = 0x564E5254;
     static constexpr qint32 kHeaderSize = 88;
     static constexpr int kFieldCount = 22;
+
+    // Modulation_Type_Enum, Data_Format_Enum.
+    static constexpr qint32 kModulationDoppler = 0;
+    static constexpr qint32 kModulationFmcw = 1;
+    static constexpr qint32 kDataReal = 0;
+    static constexpr qint32 kDataComplex = 1;
+    static constexpr qint32 kDataComplexInterleaved = 2;
 
     qint32 magic = kBinaryMagic;
     float version = 1.0f;
@@ -38,4 +46,25 @@ struct RadarRecordingHeader
     float chirpTimeSec = 0.0f;
     float pulseRepetitionTimeSec = 0.0f;
     float framePeriodSec = 0.0f;
+
+    // Floats per sample: a complex sample is stored as its real and its
+    // imaginary part (interleaved: I0, Q0, I1, Q1, ...).
+    quint32 valuesPerSample() const
+    {
+        return dataFormatEnum == kDataComplex || dataFormatEnum == kDataComplexInterleaved ? 2u : 1u;
+    }
+    // The floats a frame of this header holds: every sample of every chirp
+    // of every enabled transmit/receive pair.
+    quint32 expectedSamplesPerFrame() const
+    {
+        return valuesPerSample() * samplesPerChirp * chirpsPerFrame * quint32(qPopulationCount(maskTxAntennas))
+            * quint32(qPopulationCount(maskRxAntennas));
+    }
+    bool isFmcwReal() const { return modulationTypeEnum == kModulationFmcw && dataFormatEnum == kDataReal; }
+    // What the pulsed-Doppler mode records: one chirp of complex
+    // interleaved I/Q samples per frame.
+    bool isDopplerComplexInterleaved() const
+    {
+        return modulationTypeEnum == kModulationDoppler && dataFormatEnum == kDataComplexInterleaved;
+    }
 };

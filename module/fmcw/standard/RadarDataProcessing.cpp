@@ -26,6 +26,7 @@
 #include "host/IBroker.h"
 #include "recording/RadarFileParsing.h"
 #include "recording/RadarFileRecording.h"
+#include "recording/RadarRecordingSession.h"
 #include "recording/RadarPresenceSensingRecorder.h"
 #include "recording/RadarRecorder.h"
 #include "recording/RecordingFiles.h"
@@ -35,7 +36,6 @@
 #include <cmath>
 
 namespace {
-constexpr int kRecorderBufferFrames = 32;
 // The frame count's half of the numbering word.
 constexpr quint64 kCountMask = 0xffffffffu;
 // Objects with signal connections to this thread die on this thread, even
@@ -71,7 +71,23 @@ RadarDataProcessing::RadarDataProcessing(IBroker* broker, CoreUserSettings* core
     , m_frequencyDomainChartData(std::make_unique<RadarFrequencyDomainChartData>())
     , m_presenceChartData(std::make_unique<RadarPresenceSensingChartData>())
     , m_rangeDopplerChartData(std::make_unique<RadarRangeDopplerChartData>())
+    , m_session(std::make_unique<RadarRecordingSession>())
 {
+    // The chain is built through our own factories, which subclasses
+    // replace.
+    RadarRecordingSession::Parts parts;
+    parts.recorder = [this](quint32 frameLimit, int bufferFrames) { return createRecorder(frameLimit, bufferFrames); };
+    parts.fileRecording = [this](const IRadarRecordingSource* source, const QString& jsonPath, const QString& binPath) {
+        return createFileRecording(source, jsonPath, binPath);
+    };
+    parts.converter = [this] { return createFileConverter(); };
+    m_session->setParts(std::move(parts));
+    connect(m_session.get(), &RadarRecordingSession::isRecordingActiveChanged, this,
+            &RadarDataProcessing::onRecordingActiveChanged);
+    connect(m_session.get(), &RadarRecordingSession::isParsingActiveChanged, this,
+            &IRadarDataProcessing::isParsingActiveChanged);
+    connect(m_session.get(), &RadarRecordingSession::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
+    connect(m_session.get(), &RadarRecordingSession::errorDetected, this, &RadarDataProcessing::onParserError);
     // What the calculators' set-up could not get from the SDK (a presence
     // default, say) reaches the user like the pipeline's own failures.
     connect(m_utils.get(), &IRadarConfigurationUtils::triggerEvent, this, &IRadarDataProcessing::triggerEvent);
@@ -101,19 +117,12 @@ RadarDataProcessing::~RadarDataProcessing()
 {
     stopAcquisition();
     stopRecording();
-    if (m_fileRecording)
-        m_fileRecording->stop();
-    if (m_fileParsing) {
-        // Nobody is left to tell: the converter's stop only removes the
-        // unfinished text copy.
-        m_fileParsing->disconnect(this);
-        m_fileParsing->stop();
-    }
+    m_session->shutdown();
 }
 
 bool RadarDataProcessing::isRecordingActive() const
 {
-    return m_recorder != nullptr;
+    return m_session->isRecordingActive();
 }
 
 void RadarDataProcessing::resetFrameCounter()
@@ -168,10 +177,8 @@ bool RadarDataProcessing::processCycle()
 void RadarDataProcessing::processFrame(const SharedFrame& frame, quint32 number)
 {
     std::unique_lock<std::mutex> lock(m_chainMutex);
-    const std::shared_ptr<RadarRecorder> recorder = m_recorder;
     const std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder = m_presenceRecorder;
-    if (recorder)
-        recorder->record(frame, int(number));
+    m_session->record(frame, int(number));
 
     if (m_presenceCalculator) {
         m_presenceResult = m_presenceCalculator->process(frame);
@@ -487,11 +494,7 @@ void RadarDataProcessing::onCycleEnded(quint32 run)
 
 quint32 RadarDataProcessing::recordingFrameLimit(const RecordingUserSettings& settings, float frameRepetitionTimeS)
 {
-    if (!settings.timeLimitOnRecording() || frameRepetitionTimeS <= 0.0f)
-        return settings.numOfFrames();
-    const double seconds = settings.milliseconds() * 0.001 + settings.seconds() + settings.minutes() * 60.0
-        + settings.hours() * 3600.0;
-    return quint32(std::ceil(periodsIn(seconds, frameRepetitionTimeS)));
+    return RadarRecordingSession::recordingFrameLimit(settings, frameRepetitionTimeS);
 }
 
 int RadarDataProcessing::presenceHistoryCapacity(float frameRepetitionTimeS)
@@ -526,165 +529,51 @@ std::shared_ptr<RadarPresenceSensingRecorder> RadarDataProcessing::createPresenc
 
 void RadarDataProcessing::startRecording()
 {
-    if (m_recorder || !m_coreSettings || !m_configuration)
+    if (m_session->isRecordingActive() || !m_coreSettings || !m_configuration)
         return;
-    if (m_fileRecording) {
-        qWarning() << "The previous recording is still being written";
-        return;
-    }
-    RecordingUserSettings& settings = *m_coreSettings->recordingUserSettings();
     RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
-    const QString base = settings.basePath();
-    // Files of two recordings under one base would be out of step (a text
-    // copy of other frames, another configuration): never mix them.
-    const QStringList existing = RecordingFiles::existingSiblings(base);
-    if (!existing.isEmpty()) {
-        emit triggerEvent(RadarEventCode::Error,
-                          QStringLiteral("Recording files already exist: %1").arg(existing.join(QStringLiteral(", "))),
-                          QStringLiteral("Choose another file name or remove these files before recording."));
-        return;
-    }
-    if (settings.txtFile() && m_fileParsing) {
-        emit triggerEvent(RadarEventCode::Error, QStringLiteral("A text copy is still being written"),
-                          QStringLiteral("Wait until the text copy of the previous recording is finished or stop "
-                                         "it before recording with a text copy."));
-        return;
-    }
-    m_recordingBasePath = base;
+    RecordingUserSettings& settings = *m_coreSettings->recordingUserSettings();
+    m_session->setRecordingSettings(&settings);
     const quint32 frameLimit = recordingFrameLimit(settings, applied.metrics()->frameRepetitionTimeS());
-
-    m_recordingSource = std::make_unique<RadarRecordingSource>(applied, m_configuration->recordingDocument());
-    std::shared_ptr<RadarRecorder> recorder = createRecorder(frameLimit, kRecorderBufferFrames);
-    m_fileRecording = createFileRecording(m_recordingSource.get(), RecordingFiles::jsonPath(base),
-                                          RecordingFiles::binPath(base));
-    if (settings.txtFile())
-        setUpFileParsing();
-    std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder;
-    if (applied.application() == RadarConstants::PresenceSensing) {
-        presenceRecorder = createPresenceRecorder(RadarPresenceSensingRecorder::filePathFor(base));
-        connect(presenceRecorder.get(), &RadarPresenceSensingRecorder::errorDetected, this,
-                &RadarDataProcessing::onParserError);
-    }
-
-    // Direct: the file recording queues under its own lock, and a buffer
-    // handed over on the worker must be queued before a stop() on this
-    // thread can close the file.
-    connect(recorder.get(), &RadarRecorder::bufferReady, m_fileRecording.get(),
-            &RadarFileRecording::collectRadarBuffer, Qt::DirectConnection);
-    connect(recorder.get(), &RadarRecorder::finished, m_fileRecording.get(), &RadarFileRecording::stop);
-    connect(recorder.get(), &RadarRecorder::finished, this, &RadarDataProcessing::onRecorderFinished);
-    connect(m_fileRecording.get(), &RadarFileRecording::finished, this, &RadarDataProcessing::onFileRecordingFinished);
-    connect(m_fileRecording.get(), &RadarFileRecording::errorDetected, this, &RadarDataProcessing::onParserError);
-    // Queued even when the write failed on this thread, inside the file
-    // recording's stop(): the recording ends after the error is out, and
-    // not from within the chain that is being taken down.
-    connect(m_fileRecording.get(), &RadarFileRecording::writeFailed, this, &RadarDataProcessing::stopRecording,
-            Qt::QueuedConnection);
-
-    if (!m_fileRecording->start()) {
-        m_fileRecording.reset();
-        m_fileParsing.reset();
-        m_recordingSource.reset();
+    if (!m_session->start(std::make_shared<RadarRecordingSource>(applied, m_configuration->recordingDocument()),
+                         frameLimit))
         return;
-    }
-    if (presenceRecorder)
-        presenceRecorder->start();
-    recorder->start();
-    {
-        std::lock_guard<std::mutex> lock(m_chainMutex);
-        m_recorder = std::move(recorder);
-        m_presenceRecorder = std::move(presenceRecorder);
-    }
-    emit isRecordingActiveChanged(true);
+    if (applied.application() != RadarConstants::PresenceSensing)
+        return;
+    // The presence log is the standard mode's own, beside the raw frames.
+    std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder
+        = createPresenceRecorder(RadarPresenceSensingRecorder::filePathFor(m_session->basePath()));
+    if (!presenceRecorder)
+        return;
+    connect(presenceRecorder.get(), &RadarPresenceSensingRecorder::errorDetected, this,
+            &RadarDataProcessing::onParserError);
+    presenceRecorder->start();
+    std::lock_guard<std::mutex> lock(m_chainMutex);
+    m_presenceRecorder = std::move(presenceRecorder);
 }
 
-void RadarDataProcessing::onRecorderFinished()
+void RadarDataProcessing::onRecordingActiveChanged(bool active)
 {
-    std::shared_ptr<RadarRecorder> recorder;
-    std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder;
-    {
-        std::lock_guard<std::mutex> lock(m_chainMutex);
-        recorder = std::move(m_recorder);
-        presenceRecorder = std::move(m_presenceRecorder);
+    if (!active) {
+        std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder;
+        {
+            std::lock_guard<std::mutex> lock(m_chainMutex);
+            presenceRecorder = std::move(m_presenceRecorder);
+        }
+        if (presenceRecorder)
+            presenceRecorder->stop();
     }
-    if (!recorder)
-        return;
-    if (presenceRecorder)
-        presenceRecorder->stop();
-    // A host waiting for the text copy must see it scheduled before it sees
-    // the recording end.
-    if (m_fileParsing)
-        setParsingActive(true);
-    emit isRecordingActiveChanged(false);
+    emit isRecordingActiveChanged(active);
 }
 
 void RadarDataProcessing::stopRecording()
 {
-    std::shared_ptr<RadarRecorder> recorder;
-    {
-        std::lock_guard<std::mutex> lock(m_chainMutex);
-        recorder = m_recorder;
-    }
-    if (!recorder)
-        return;
-    // Hands over the last buffer and emits finished(): the file is completed
-    // and onRecorderFinished() drops the chain.
-    recorder->stop();
-    onRecorderFinished();
-}
-
-void RadarDataProcessing::onFileRecordingFinished()
-{
-    if (!m_fileRecording)
-        return;
-    const QString binPath = m_fileRecording->binPath();
-    // We are inside its stop(): it goes once that has returned.
-    m_fileRecording.release()->deleteLater();
-    m_recordingSource.reset();
-    if (!m_fileParsing)
-        return;
-    setParsingActive(true);
-    if (!m_fileParsing->start(binPath, RecordingFiles::txtPath(m_recordingBasePath))) {
-        m_fileParsing.reset();
-        setParsingActive(false);
-    }
+    m_session->stop();
 }
 
 bool RadarDataProcessing::convertRecordingToText(const QString& binPath, const QString& txtPath)
 {
-    if (m_fileParsing)
-        return false;
-    setUpFileParsing();
-    if (!m_fileParsing->start(binPath, txtPath)) {
-        m_fileParsing.reset();
-        return false;
-    }
-    setParsingActive(true);
-    return true;
-}
-
-void RadarDataProcessing::setUpFileParsing()
-{
-    m_fileParsing = createFileConverter();
-    RadarFileParsing* parsing = m_fileParsing.get();
-    connect(parsing, &RadarFileParsing::convertingToTxt, this, &IRadarDataProcessing::convertingToTxt);
-    connect(parsing, &RadarFileParsing::errorDetected, this, &RadarDataProcessing::onParserError);
-    // finished() follows the run's errors on the same path, so the user has
-    // the message before the conversion shows as over.
-    connect(parsing, &RadarFileParsing::finished, this, [this, parsing] {
-        if (m_fileParsing.get() != parsing)
-            return;
-        m_fileParsing.release()->deleteLater();
-        setParsingActive(false);
-    });
-}
-
-void RadarDataProcessing::setParsingActive(bool active)
-{
-    if (active == m_parsingActive)
-        return;
-    m_parsingActive = active;
-    emit isParsingActiveChanged(active);
+    return m_session->convertToText(binPath, txtPath);
 }
 
 void RadarDataProcessing::onParserError(QString message, QString details)
@@ -694,6 +583,5 @@ void RadarDataProcessing::onParserError(QString message, QString details)
 
 void RadarDataProcessing::stopConvertingToText()
 {
-    if (m_fileParsing)
-        m_fileParsing->stop();
+    m_session->stopConvertingToText();
 }

@@ -26,7 +26,7 @@ class RadarPresenceSensingChartData;
 class RadarRangeDopplerChartData;
 class RadarRangeDopplerMapCalculator;
 class RadarRangeSpectrumCalculator;
-class RadarRecordingSource;
+class RadarRecordingSession;
 class RecordingUserSettings;
 class RadarSegmentationCalculator;
 class RadarTimeDomainChartData;
@@ -100,12 +100,8 @@ private:
     // Tells the user that `step` is skipped because its calculator could not
     // be built; processing goes on without it.
     void reportMissingCalculator(const QString& step, const QString& calculator);
-    // A text converter that reports to our listeners and deletes itself
-    // once it has finished.
-    void setUpFileParsing();
-    void onRecorderFinished();
-    void onFileRecordingFinished();
-    void setParsingActive(bool active);
+    // Stops the presence log with the recording it belongs to.
+    void onRecordingActiveChanged(bool active);
     void clearLatestFrame();
     // The worker of `run` left its loop; idles the pipeline when that run
     // is still the current one.
@@ -132,11 +128,10 @@ private:
     std::atomic<quint64> m_numbering { 0 };
     QPixmap m_rangeDopplerPixmap;
 
-    std::mutex m_chainMutex; // guards the five below
+    std::mutex m_chainMutex; // guards the four below
     std::shared_ptr<const vrn_PresenceSensing_Result_t> m_presenceResult;
     std::unique_ptr<RadarPresenceSensingCalculator> m_presenceCalculator;
     std::unique_ptr<RadarSegmentationCalculator> m_segmentationCalculator;
-    std::shared_ptr<RadarRecorder> m_recorder;
     std::shared_ptr<RadarPresenceSensingRecorder> m_presenceRecorder;
     float m_frameRepetitionTimeS = 0.0f; // set while the worker is stopped
 
@@ -155,11 +150,8 @@ private:
     std::shared_ptr<const QVector<int>> m_segments;
     QPointer<PolarChart> m_polarChart;
 
-    std::unique_ptr<RadarRecordingSource> m_recordingSource;
-    std::unique_ptr<RadarFileRecording> m_fileRecording;
-    std::unique_ptr<RadarFileParsing> m_fileParsing;
-    QString m_recordingBasePath;
-    bool m_parsingActive = false;
+    // Before the worker, which records through it.
+    std::unique_ptr<RadarRecordingSession> m_session;
 
     std::unique_ptr<CyclicTaskWorker> m_worker;
     quint32 m_workerRun = 0; // owner's thread only

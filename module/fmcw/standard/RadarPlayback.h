@@ -2,31 +2,23 @@
 
 #include "fmcw/common/IRadarDataProvider.h"
 #include "host/IPlayback.h"
-#include "recording/RadarBinFile.h"
 #include "recording/RadarFrameRecord.h"
-#include "recording/RadarRecordingHeader.h"
+#include "recording/RecordingReplay.h"
 
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
-#include <vector>
 
 struct Vrn;
 class IRadarConfiguration;
 class IRadarDataProcessing;
 
-// Replays a binary recording through the standard mode's pipeline in place
-// of the board: the configuration written beside it becomes the running
-// configuration, and the frames come out at the recorded frame rate.
+// Replays an FMCW binary recording through the standard mode's pipeline in
+// place of the board: the configuration written beside it becomes the
+// running configuration, and the frames come out at the recorded frame
+// rate. Pulsed-Doppler recordings are refused.
 //
 // open(), play(), pause(), resume(), stepFrame() and close() belong to the
-// GUI thread; getNextFrame() runs on the acquisition worker. The state
-// mutex guards the pacing state and the file; the worker waits on the
-// condition variable until the next frame is due, a step is asked for, or
-// the state changes, never longer than one wait slice so that a stop
-// request of its thread is seen.
+// GUI thread; getNextFrame() runs on the acquisition worker, waiting in the
+// replay until the next frame is due.
 class RadarPlayback : public IPlayback, public IRadarDataProvider
 {
     Q_OBJECT
@@ -40,6 +32,7 @@ public:
     void setBeforeOpen(std::function<void()> hook) { m_beforeOpen = std::move(hook); }
 
     QString name() const override { return QStringLiteral("Radar"); }
+    bool accepts(const QString& basePath) const override;
     bool open(const QString& basePath) override;
     void close() override;
     bool isActive() const override { return m_active; }
@@ -54,7 +47,7 @@ public:
     void stopAcquisition() override;
 
     // Frames handed out since play().
-    quint32 deliveredFrames() const { return m_delivered.load(); }
+    quint32 deliveredFrames() const { return m_replay.delivered(); }
 
 signals:
     void totalFramesNumberChanged(quint32 total);
@@ -63,32 +56,20 @@ signals:
     void enqueueUserMessage(QString message, QString details);
 
 private:
-    using Clock = std::chrono::steady_clock;
     void setPaused(bool paused);
-    bool readFrame(RadarFrameRecord& row);
     RadarFrameResult makeFrame(const RadarFrameRecord& row);
-    void reachEnd();
+    // Tells the user why the recording cannot be played; always false.
+    bool refuse(const QString& message, const QString& details);
 
     const Vrn* m_vrn;
     IRadarConfiguration* m_configuration;
     IRadarDataProcessing* m_processing;
     std::function<void()> m_beforeOpen;
 
-    RadarRecordingHeader m_header;
+    RecordingReplay m_replay;
     quint32 m_totalFrames = 0;
     quint32 m_channels = 0;
     bool m_active = false;
-    std::atomic<quint32> m_delivered { 0 };
-
-    mutable std::mutex m_mutex; // guards everything below
-    std::condition_variable m_changed;
-    RadarBinFile m_file;
-    bool m_fileOpen = false;
-    bool m_paused = false;
-    int m_stepsRequested = 0;
-    bool m_stopRequested = false;
-    bool m_ended = false;
-    Clock::time_point m_nextDue;
-    Clock::duration m_period {};
+    // The worker's: the record being turned into a frame.
     RadarFrameRecord m_row;
 };

@@ -14,6 +14,10 @@ public:
     ~IPlayback() override = default;
 
     virtual QString name() const = 0;
+    // Whether this playback can play the recording at basePath (without
+    // extensions): the host offers a recording to the playback that accepts
+    // it. Tells the user nothing; open() says why a recording is refused.
+    virtual bool accepts(const QString& basePath) const = 0;
     // Opens the recording at basePath (without extensions); false with a
     // user message when it cannot be played.
     virtual bool open(const QString& basePath) = 0;
