@@ -87,10 +87,14 @@ bool ZP7SConfig::applyDefaultConfig()
 {
     if (!boardAvailable(kCannotApplyDefault))
         return false;
+    // The defaults are checked against the board's bounds like any other
+    // settings, so those are asked for again rather than assumed known.
+    vrn_Corvix_Limits_t limits {};
     vrn_Corvix_Frame_Config_t frame {};
     vrn_Corvix_Pulse_Config_t pulse {};
-    if (!m_controller->getDefaultConfig(frame, pulse))
+    if (!m_controller->getLimits(limits) || !m_controller->getDefaultConfig(frame, pulse))
         return false;
+    m_boardLimits = limits;
     ZP7SDeviceConfig scratch;
     scratch.copyFrom(*m_deviceConfig);
     scratch.setLimits(m_boardLimits);

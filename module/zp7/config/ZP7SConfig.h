@@ -51,7 +51,7 @@ public:
     // After connect: device info, limits and the board's current settings
     // into both copies.
     bool loadFromDevice();
-    // The board's defaults → board → both copies.
+    // The board's bounds and defaults → board → both copies.
     bool applyDefaultConfig();
     // Edited copy → checked against the limits → board → both copies.
     bool applyGuiConfig();
