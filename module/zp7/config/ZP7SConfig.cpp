@@ -256,7 +256,7 @@ bool ZP7SConfig::saveConfigFile(const QString& path)
 QString ZP7SConfig::suggestGeneralConfigFileName() const
 {
     const QString name = m_deviceInfo->deviceName().isEmpty() ? ZP7SConfigDocument::kType : m_deviceInfo->deviceName();
-    return QStringLiteral("%1_ZP7_Settings_%2.json")
+    return QStringLiteral("%1_Settings_%2.json")
         .arg(name, QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
 }
 

@@ -78,7 +78,7 @@ public:
     void setPlaybackActive(bool active) { m_playbackActive = active; }
     bool isPlaybackActive() const { return m_playbackActive; }
 
-    // "<device>_ZP7_Settings_<yyyyMMdd-HHmmss>.json"
+    // "<device>_Settings_<yyyyMMdd-HHmmss>.json" ("KMR24ZP7" without a board)
     QString suggestGeneralConfigFileName() const;
     // The chart settings changed while the board runs: adapted to the device
     // copy again, then deviceConfigurationRuntimeUpdated().
