@@ -176,13 +176,15 @@ int main(int argc, char* argv[])
         QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin (give BASE or any of its files)."),
         QStringLiteral("BASE"));
     const QCommandLineOption headlessOption(QStringLiteral("headless"),
-        QStringLiteral("Run a session without a window: connect a board (or play a recording), acquire, record, report."));
+        QStringLiteral("Run a session without a window: connect a board (or play a recording), acquire, record, report. "
+                       "FMCW and pulsed-Doppler boards take the same options."));
     const QCommandLineOption deviceOption(QStringLiteral("device"),
         QStringLiteral("Board to connect, by its display name or uuid (default: the first)."), QStringLiteral("NAME"));
     const QCommandLineOption configOption(QStringLiteral("config"),
         QStringLiteral("Configuration file to apply after connecting."), QStringLiteral("FILE"));
     const QCommandLineOption applicationOption(QStringLiteral("application"),
-        QStringLiteral("Application to run: None, PresenceSensing or Segmentation."), QStringLiteral("NAME"));
+        QStringLiteral("Application to run on an FMCW board: None, PresenceSensing or Segmentation."),
+        QStringLiteral("NAME"));
     const QCommandLineOption framesOption(QStringLiteral("frames"),
         QStringLiteral("Acquire this many frames (1 to 10000000)."), QStringLiteral("N"));
     const QCommandLineOption secondsOption(QStringLiteral("seconds"),
@@ -198,7 +200,8 @@ int main(int argc, char* argv[])
         QStringLiteral("Play the recording BASE (or any of its files) instead of connecting a board."),
         QStringLiteral("BASE"));
     const QCommandLineOption snapshotOption(QStringLiteral("snapshot"),
-        QStringLiteral("Write the last chart data (CSV) and the range-Doppler image (PNG) into DIR."),
+        QStringLiteral("Write the last chart data (CSV) into DIR: for an FMCW board also the range-Doppler image (PNG), "
+                       "for a pulsed-Doppler board the I/Q signal and the Doppler spectrum with each bin's range rate."),
         QStringLiteral("DIR"));
     const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
         QStringLiteral("Open the window (offscreen without a display), connect the first board, wait for --frames "

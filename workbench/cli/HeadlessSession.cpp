@@ -3,7 +3,9 @@
 #include "ChartSnapshot.h"
 #include "ConsoleText.h"
 #include "DeviceListing.h"
+#include "DopplerSnapshot.h"
 #include "ExitCodes.h"
+#include "ModeViews.h"
 #include "ModuleHost.h"
 #include "SessionRecording.h"
 #include "ViewConnection.h"
@@ -52,12 +54,12 @@ void HeadlessSession::quitLoops()
         m_refreshLoop->quit();
 }
 
-QString HeadlessSession::prepareView()
+QString HeadlessSession::prepareView(const QString& name)
 {
-    QQmlEngine* engine = m_host.engine();
-    m_view = engine ? engine->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>() : nullptr;
+    m_viewName = name;
+    m_view = ModeViews::view(m_host.engine(), name);
     if (!m_view)
-        return QStringLiteral("the module offers no standard-mode view");
+        return QStringLiteral("the module offers no view \"%1\" for this source").arg(name);
     if (!connectByName(m_view, "frameNumberChanged(int)", this, "onFrameNumberChanged(int)")
         || !connectByName(m_view, "enqueueUserMessage(Constants::UserMessageType,QString,QString)", this,
                           "onUserMessage(Constants::UserMessageType,QString,QString)")
@@ -146,6 +148,11 @@ QString HeadlessSession::connectBoard()
     m_device = chooseBoard(m_host, m_options.device, error);
     if (!m_device)
         return error;
+    // The view has to listen before the board connects: its messages about
+    // the connection are the session's.
+    error = prepareView(ModeViews::viewNameForBoard(m_device->property("shieldType").toInt()));
+    if (!error.isEmpty())
+        return error;
 
     connect(m_device.get(), &IDevice::isConnectedChanged, this, [this](bool connected) {
         if (!connected && m_loop) {
@@ -171,6 +178,9 @@ QString HeadlessSession::applyConfiguration()
     }
     if (!m_options.application.isEmpty()) {
         auto* edited = m_view->property("guiConfiguration").value<QObject*>();
+        if (edited && edited->metaObject()->indexOfProperty("application") < 0)
+            return QStringLiteral("--application applies to FMCW boards; %1 has no applications")
+                .arg(m_device->name());
         if (!edited || !edited->setProperty("application", m_options.application))
             return QStringLiteral("unknown application \"%1\" (None, PresenceSensing or Segmentation)")
                 .arg(m_options.application);
@@ -192,7 +202,19 @@ QString HeadlessSession::openPlayback()
         if (!QFileInfo::exists(path))
             return QStringLiteral("the recording %1 is missing: no such file %2").arg(m_options.play, path);
     }
+    // Each mode plays only its own recordings; the first that takes this
+    // one plays it. When none does, the first is asked anyway so that its
+    // message says what is wrong with the file.
     m_playback = playbacks.first();
+    for (const auto& playback : playbacks) {
+        if (playback->accepts(base)) {
+            m_playback = playback;
+            break;
+        }
+    }
+    const QString error = prepareView(ModeViews::viewNameForPlayback(m_playback->name()));
+    if (!error.isEmpty())
+        return error;
     connect(m_playback.get(), &IPlayback::isActiveChanged, this, [this](bool active) {
         if (!active && m_loop) {
             m_sourceEnded = true;
@@ -285,9 +307,20 @@ QString HeadlessSession::saveSnapshot()
         return {};
     awaitChartRefresh();
     QString error;
-    const QStringList saved = writeChartSnapshot(m_view, m_options.snapshot, error);
+    DopplerPeak peak;
+    const bool doppler = m_viewName == QLatin1String(ModeViews::kDopplerView);
+    const QStringList saved = doppler ? writeDopplerSnapshot(m_view, m_options.snapshot, peak, error)
+                                      : writeChartSnapshot(m_view, m_options.snapshot, error);
     for (const QString& file : saved)
         m_out << "Snapshot: " << file << Qt::endl;
+    if (peak.found) {
+        m_out << "Doppler peak: " << QString::number(peak.frequencyHz, 'f', 1) << " Hz, range rate "
+              << QString::number(peak.rangeRateMps, 'f', 2) << " m/s ("
+              << (peak.rangeRateMps < 0 ? "approaching" : "receding") << "), "
+              << QString::number(peak.magnitudeDb, 'f', 1) << " dB" << Qt::endl;
+    } else if (doppler && error.isEmpty()) {
+        m_out << "Doppler peak: no moving echo in the spectrum" << Qt::endl;
+    }
     return error;
 }
 
@@ -319,9 +352,7 @@ void HeadlessSession::printSummary(quint32 overflows)
 
 int HeadlessSession::run()
 {
-    QString error = prepareView();
-    if (error.isEmpty())
-        error = m_options.play.isEmpty() ? connectBoard() : openPlayback();
+    QString error = m_options.play.isEmpty() ? connectBoard() : openPlayback();
     if (error.isEmpty() && m_options.play.isEmpty())
         error = applyConfiguration();
     if (error.isEmpty() && m_options.limits.frames == 0 && m_options.limits.seconds == 0)

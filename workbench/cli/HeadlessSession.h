@@ -51,7 +51,8 @@ public slots:
     void onInterrupted(int signalNumber);
 
 private:
-    QString prepareView();
+    // Listens to the named view of the module.
+    QString prepareView(const QString& name);
     QString connectBoard();
     QString applyConfiguration();
     QString openPlayback();
@@ -71,6 +72,7 @@ private:
     QTextStream& m_out;
     QTextStream& m_err;
     QObject* m_view = nullptr;
+    QString m_viewName;
     std::shared_ptr<IDevice> m_device;
     std::shared_ptr<IPlayback> m_playback;
     std::unique_ptr<SessionRecording> m_recording;
