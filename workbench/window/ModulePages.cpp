@@ -1,5 +1,7 @@
 #include "ModulePages.h"
 
+#include "ModeViews.h"
+
 #include "fmcw/cw/RadarCWMode.h"
 #include "sdk/vrn.h"
 
@@ -29,4 +31,10 @@ QString ModulePages::pageFor(const QString& mode, int shieldType)
             return QString::fromLatin1(page.url);
     }
     return QString::fromLatin1(kFallback);
+}
+
+QString ModulePages::pageForPlayback(const QString& mode, const QString& playbackName)
+{
+    const bool doppler = ModeViews::viewNameForPlayback(playbackName) == QLatin1String(ModeViews::kDopplerView);
+    return pageFor(mode, doppler ? VRN_SHIELD_ZP7_768 : 0);
 }

@@ -15,4 +15,7 @@ public:
     // `shieldType` 0 means no board: the mode's page for the FMCW boards,
     // which also plays recordings.
     Q_INVOKABLE static QString pageFor(const QString& mode, int shieldType);
+    // The page that plays a recording through the playback of that name:
+    // the page of the board family that made it.
+    Q_INVOKABLE static QString pageForPlayback(const QString& mode, const QString& playbackName);
 };

@@ -6,28 +6,53 @@
 #include "host/IPlayback.h"
 #include "recording/RecordingFiles.h"
 
+#include <QDebug>
 #include <QFileInfo>
 #include <QUrl>
 
-PlaybackControl::PlaybackControl(std::shared_ptr<IPlayback> playback, QObject* view, MessageLog& messages,
+PlaybackControl::PlaybackControl(QList<std::shared_ptr<IPlayback>> playbacks, ViewOf viewOf, MessageLog& messages,
                                  QObject* parent)
     : QObject(parent)
-    , m_playback(std::move(playback))
-    , m_view(view)
+    , m_playbacks(std::move(playbacks))
+    , m_viewOf(std::move(viewOf))
     , m_messages(messages)
 {
-    if (m_playback) {
-        connect(m_playback.get(), &IPlayback::isActiveChanged, this, &PlaybackControl::stateChanged);
-        connect(m_playback.get(), &IPlayback::isPausedChanged, this, &PlaybackControl::stateChanged);
-    }
-    if (m_view) {
-        connectByName(m_view, "frameNumberChanged(int)", this, "onFrameNumberChanged(int)");
-        connectByName(m_view, "finished()", this, "onFinished()");
-        connectByName(m_view, "totalFramesNumberChanged()", this, "stateChanged()");
+    QList<QObject*> views;
+    for (const auto& playback : qAsConst(m_playbacks)) {
+        connect(playback.get(), &IPlayback::isActiveChanged, this, &PlaybackControl::stateChanged);
+        connect(playback.get(), &IPlayback::isPausedChanged, this, &PlaybackControl::stateChanged);
+        QObject* view = m_viewOf ? m_viewOf(*playback) : nullptr;
+        if (!view || views.contains(view))
+            continue;
+        views.append(view);
+        connectByName(view, "frameNumberChanged(int)", this, "onFrameNumberChanged(int)");
+        connectByName(view, "finished()", this, "onFinished()");
+        connectByName(view, "totalFramesNumberChanged()", this, "stateChanged()");
     }
 }
 
 PlaybackControl::~PlaybackControl() = default;
+
+QString PlaybackControl::playbackName() const
+{
+    return opened() && m_playback ? m_playback->name() : QString();
+}
+
+std::shared_ptr<IPlayback> PlaybackControl::playbackFor(const QString& base) const
+{
+    for (const auto& playback : m_playbacks) {
+        if (playback->accepts(base))
+            return playback;
+    }
+    // None takes it: the first is asked anyway, so that its message says
+    // what is wrong with the file.
+    return m_playbacks.value(0);
+}
+
+bool PlaybackControl::fromCurrentView() const
+{
+    return m_view && sender() == m_view;
+}
 
 bool PlaybackControl::playing() const
 {
@@ -46,7 +71,7 @@ quint32 PlaybackControl::total() const
 
 bool PlaybackControl::open(const QString& path)
 {
-    if (!m_playback) {
+    if (m_playbacks.isEmpty()) {
         m_messages.add(Constants::Error, QStringLiteral("The module offers no playback"));
         return false;
     }
@@ -65,6 +90,9 @@ bool PlaybackControl::open(const QString& path)
         }
     }
     stop();
+    m_playback = playbackFor(base);
+    m_view = m_viewOf ? m_viewOf(*m_playback) : nullptr;
+    qInfo().noquote() << "Playing" << base << "through the" << m_playback->name() << "playback";
     const int before = m_messages.count();
     if (!m_playback->open(base)) {
         // The module has said why; say at least which file it was.
@@ -135,13 +163,13 @@ void PlaybackControl::stop()
 void PlaybackControl::onFrameNumberChanged(int frameNumber)
 {
     // The pipeline numbers the frames of the opened recording from 1.
-    if (playing())
+    if (playing() && fromCurrentView())
         setPosition(quint32(qMax(frameNumber, 0)));
 }
 
 void PlaybackControl::onFinished()
 {
-    if (!opened())
+    if (!opened() || !fromCurrentView())
         return;
     m_ended = true;
     emit stateChanged();

@@ -12,8 +12,19 @@ constexpr int kPollMs = 500;
 
 SessionStatus::SessionStatus(QObject* view, QObject* parent)
     : QObject(parent)
-    , m_view(view)
 {
+    setView(view);
+    connect(&m_poll, &QTimer::timeout, this, &SessionStatus::refresh);
+    m_poll.start(kPollMs);
+}
+
+void SessionStatus::setView(QObject* view)
+{
+    if (view == m_view)
+        return;
+    if (m_view)
+        disconnect(m_view, nullptr, this, nullptr);
+    m_view = view;
     if (m_view) {
         connectByName(m_view, "frameNumberChanged(int)", this, "onFrameNumberChanged(int)");
         connectByName(m_view, "isRecordingActiveChanged(bool)", this, "onRecordingActiveChanged(bool)");
@@ -24,8 +35,7 @@ SessionStatus::SessionStatus(QObject* view, QObject* parent)
         if (auto* configuration = m_view->property("deviceConfiguration").value<QObject*>())
             watchTemperature(configuration->property("deviceInfo").value<QObject*>());
     }
-    connect(&m_poll, &QTimer::timeout, this, &SessionStatus::refresh);
-    m_poll.start(kPollMs);
+    emit changed();
 }
 
 double SessionStatus::frameRate() const

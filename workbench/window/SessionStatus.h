@@ -36,6 +36,11 @@ public:
 
     explicit SessionStatus(QObject* view, QObject* parent = nullptr);
 
+    // Follows another mode's view (each board family and recording has its
+    // own); the counts go on until restart().
+    void setView(QObject* view);
+    QObject* view() const { return m_view; }
+
     void setDropCounter(DropCounter counter) { m_dropCounter = std::move(counter); }
     // Where the host's recording settings point a recording that starts now.
     void setRecordingBase(std::function<QString()> base) { m_recordingBase = std::move(base); }
@@ -67,7 +72,7 @@ signals:
     void changed();
 
 private:
-    QObject* m_view;
+    QObject* m_view = nullptr;
     QList<QObject*> m_deviceInfos;
     DropCounter m_dropCounter;
     std::function<QString()> m_recordingBase;

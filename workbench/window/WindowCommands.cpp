@@ -18,8 +18,6 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QImage>
-#include <QQmlContext>
-#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -155,8 +153,9 @@ int runScreenshot(ModuleHost& host, LogFile* logFile, const QString& file, int f
     // start; a board that has none is shown without.
     waitUntil([&] { return !status.temperature().isEmpty(); }, kTemperatureWaitMs);
 
-    // The picture shows the charts of a frame, not the empty ones before it.
-    QObject* view = host.engine()->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>();
+    // The picture shows the charts of a frame, not the empty ones before it,
+    // as the connected board's mode draws them.
+    QObject* view = window.activeView();
     if (view) {
         QEventLoop refresh;
         connectByName(view, "chartsDataUpdated()", &refresh, "quit()");

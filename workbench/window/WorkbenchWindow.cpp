@@ -4,6 +4,7 @@
 #include "HostSettings.h"
 #include "LogCleanup.h"
 #include "MessageLog.h"
+#include "ModeViews.h"
 #include "ModuleHost.h"
 #include "ModulePages.h"
 #include "PlaybackControl.h"
@@ -13,6 +14,7 @@
 #include "WorkbenchItems.h"
 
 #include "host/CoreUserSettings.h"
+#include "host/IPlayback.h"
 #include "vrn_sim.h"
 
 #include <QQmlComponent>
@@ -20,6 +22,8 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTimer>
+
+#include <algorithm>
 
 // Resource initialisers live in the global namespace; the window's QML is
 // in a static library, which the linker would otherwise leave out.
@@ -33,7 +37,7 @@ namespace {
 const QUrl kMainQml(QStringLiteral("qrc:/workbench/window/Main.qml"));
 // The context properties of the modes' views, whose user messages the
 // window shows; a mode's view joins here when its pages do.
-constexpr const char* kViewNames[] = { "radarView", "radarCWView" };
+constexpr const char* kViewNames[] = { ModeViews::kStandardView, "radarCWView", ModeViews::kDopplerView };
 // How often boards are looked for when the SDK tells of no changes.
 constexpr int kDevicePollMs = 2000;
 
@@ -64,10 +68,33 @@ WorkbenchWindow::~WorkbenchWindow()
     delete m_window.data();
 }
 
-QObject* WorkbenchWindow::view() const
+QObject* WorkbenchWindow::view(const QString& name) const
 {
-    QQmlEngine* engine = m_host.engine();
-    return engine ? engine->rootContext()->contextProperty(QStringLiteral("radarView")).value<QObject*>() : nullptr;
+    return ModeViews::view(m_host.engine(), name);
+}
+
+QList<QObject*> WorkbenchWindow::views() const
+{
+    QList<QObject*> found;
+    for (const char* name : kViewNames) {
+        if (QObject* modeView = view(QString::fromLatin1(name)))
+            found.append(modeView);
+    }
+    return found;
+}
+
+QObject* WorkbenchWindow::activeView() const
+{
+    if (m_status && m_status->view())
+        return m_status->view();
+    return view(QString::fromLatin1(ModeViews::kStandardView));
+}
+
+void WorkbenchWindow::followSource(QObject* sourceView, const QString& uuid)
+{
+    if (sourceView)
+        m_status->setView(sourceView);
+    m_status->restart(uuid);
 }
 
 QObject* WorkbenchWindow::coordinator() const
@@ -102,7 +129,7 @@ QString WorkbenchWindow::open()
     QQmlEngine* engine = m_host.engine();
     if (!engine || !m_host.module())
         return QStringLiteral("The module is not running: there is nothing to show");
-    QObject* radarView = view();
+    QObject* radarView = view(QString::fromLatin1(ModeViews::kStandardView));
     QObject* radarCoordinator = coordinator();
     CoreUserSettings& core = *m_host.coreConfiguration().coreUserSettings();
 
@@ -127,27 +154,32 @@ QString WorkbenchWindow::open()
     }
     RecordingUserSettings* recording = core.recordingUserSettings();
     m_status->setRecordingBase([recording] { return recording->basePath(); });
-    m_playback = std::make_unique<PlaybackControl>(m_host.playbackRegister().playbacks().value(0), radarView,
-                                                   *m_messages);
+    m_playback = std::make_unique<PlaybackControl>(
+        m_host.playbackRegister().playbacks(),
+        [this](const IPlayback& playback) { return view(ModeViews::viewNameForPlayback(playback.name())); },
+        *m_messages);
     m_pages = std::make_unique<ModulePages>();
     m_logs = std::make_unique<LogCleanup>(m_host.hostSettings().logging(), m_logFile);
 
-    // Each new source starts the status counts again.
+    // Each new source starts the status counts again, on its mode's view.
     connect(m_boards.get(), &BoardList::connectionChanged, this, [this](bool connected) {
         if (connected)
-            m_status->restart(m_boards->connectedUuid());
+            followSource(view(ModeViews::viewNameForBoard(m_boards->connectedShieldType())),
+                         m_boards->connectedUuid());
     });
-    connect(m_playback.get(), &PlaybackControl::started, this, [this] { m_status->restart(QString()); });
-    if (radarView)
-        connectByName(radarView, "isParsingActiveChanged()", this, "onParsingActiveChanged()");
+    connect(m_playback.get(), &PlaybackControl::started, this,
+            [this] { followSource(m_playback->view(), QString()); });
+    // A text copy may still be written by any mode when the window closes.
+    for (QObject* modeView : views())
+        connectByName(modeView, "isParsingActiveChanged()", this, "onParsingActiveChanged()");
 
     m_autosave = std::make_unique<SettingsAutosave>([this] { return m_host.saveSettings(); });
     connect(&core, &CoreUserSettings::minimumRefreshIntervalChanged, m_autosave.get(),
             &SettingsAutosave::scheduleSave);
     m_autosave->watch(recording);
     m_autosave->watch(&m_host.hostSettings().logging());
-    if (radarView)
-        m_autosave->watch(radarView->property("userSettings").value<QObject*>());
+    for (QObject* modeView : views())
+        m_autosave->watch(modeView->property("userSettings").value<QObject*>());
     if (radarCoordinator)
         connectByName(radarCoordinator, "userModeChanged(QString)", m_autosave.get(), "scheduleSave()");
     connect(m_autosave.get(), &SettingsAutosave::saveFailed, this, [this] {
@@ -198,12 +230,14 @@ void WorkbenchWindow::setClosingReason(const QString& reason)
 
 bool WorkbenchWindow::finishSession()
 {
-    QObject* radarView = view();
     // The recording first: stopping it hands every frame it took to the
-    // file before the source goes.
-    if (radarView && radarView->property("isRecordingActive").toBool()) {
-        qInfo() << "Closing: stopping the recording";
-        QMetaObject::invokeMethod(radarView, "stopRecording", Qt::DirectConnection);
+    // file before the source goes. Whichever mode records: the board may
+    // have gone since it started.
+    for (QObject* modeView : views()) {
+        if (modeView->property("isRecordingActive").toBool()) {
+            qInfo() << "Closing: stopping the recording";
+            QMetaObject::invokeMethod(modeView, "stopRecording", Qt::DirectConnection);
+        }
     }
     if (m_playback)
         m_playback->stop();
@@ -211,7 +245,7 @@ bool WorkbenchWindow::finishSession()
         qInfo() << "Closing: disconnecting" << m_boards->connectedBoard();
         m_boards->disconnectBoard();
     }
-    if (radarView && radarView->property("isParsingActive").toBool()) {
+    if (isParsing()) {
         m_closeWhenDone = true;
         setClosingReason(QStringLiteral("Writing the text copy of the recording; the window closes when it is done."));
         return false;
@@ -222,16 +256,24 @@ bool WorkbenchWindow::finishSession()
     return true;
 }
 
+bool WorkbenchWindow::isParsing() const
+{
+    const QList<QObject*> all = views();
+    return std::any_of(all.begin(), all.end(),
+                       [](QObject* modeView) { return modeView->property("isParsingActive").toBool(); });
+}
+
 void WorkbenchWindow::abandonTextCopy()
 {
-    if (QObject* radarView = view())
-        QMetaObject::invokeMethod(radarView, "stopParsing", Qt::DirectConnection);
+    for (QObject* modeView : views()) {
+        if (modeView->property("isParsingActive").toBool())
+            QMetaObject::invokeMethod(modeView, "stopParsing", Qt::DirectConnection);
+    }
 }
 
 void WorkbenchWindow::onParsingActiveChanged()
 {
-    QObject* radarView = view();
-    if (!m_closeWhenDone || !radarView || radarView->property("isParsingActive").toBool())
+    if (!m_closeWhenDone || isParsing())
         return;
     m_closeWhenDone = false;
     if (m_window)

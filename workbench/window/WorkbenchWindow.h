@@ -61,6 +61,11 @@ public:
     // Set while the window waits for work to finish before it can close.
     QString closingReason() const { return m_closingReason; }
 
+    // The view of the source that runs or ran last: the connected board's
+    // mode ("zp7sView" for a pulsed-Doppler board, else "radarView"), or
+    // the opened recording's. The status line follows it.
+    QObject* activeView() const;
+
     BoardList& boardList() { return *m_boards; }
     MessageLog& messageLog() { return *m_messages; }
     SessionStatus& sessionStatus() { return *m_status; }
@@ -85,7 +90,13 @@ public slots:
     void onParsingActiveChanged();
 
 private:
-    QObject* view() const;
+    QObject* view(const QString& name) const;
+    // Every view of the module's modes that the window knows.
+    QList<QObject*> views() const;
+    // Whether any mode still writes a text copy.
+    bool isParsing() const;
+    // The status line turns to the view of the source that just started.
+    void followSource(QObject* view, const QString& uuid);
     QObject* coordinator() const;
     void setClosingReason(const QString& reason);
 

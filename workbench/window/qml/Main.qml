@@ -135,7 +135,10 @@ ApplicationWindow {
                 Loader {
                     id: modulePage
                     objectName: "modulePage"
-                    source: workbench.pages.pageFor(radarCoordinator.userMode, window.activeShieldType)
+                    // A recording plays on the page of the boards that make it.
+                    source: !window.boardConnected && workbench.playback.opened
+                            ? workbench.pages.pageForPlayback(radarCoordinator.userMode, workbench.playback.playbackName)
+                            : workbench.pages.pageFor(radarCoordinator.userMode, window.activeShieldType)
                     asynchronous: false
                     onStatusChanged: {
                         if (status === Loader.Error)
