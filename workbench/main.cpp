@@ -4,6 +4,7 @@
 #include "CWSession.h"
 #include "CWSessionOptions.h"
 #include "DeviceListing.h"
+#include "FlashCommands.h"
 #include "ExitCodes.h"
 #include "HeadlessSession.h"
 #include "InterruptWatcher.h"
@@ -39,9 +40,9 @@ enum class Kind { Window, Screenshot, Console };
 
 Kind commandKind(int argc, char* argv[])
 {
-    static const QList<QByteArray> console { "--check",   "--list-devices", "--inspect", "--convert", "--headless",
-                                             "--help",    "-h",             "--help-all", "--version", "-v",
-                                             "-?" };
+    static const QList<QByteArray> console { "--check", "--list-devices", "--list-flashers", "--flash",
+                                             "--inspect", "--convert", "--headless", "--help", "-h",
+                                             "--help-all", "--version", "-v", "-?" };
     Kind kind = Kind::Window;
     for (int i = 1; i < argc; ++i) {
         const QByteArray argument = QByteArray(argv[i]).split('=').first();
@@ -175,6 +176,16 @@ int main(int argc, char* argv[])
     const QCommandLineOption convertOption(QStringLiteral("convert"),
         QStringLiteral("Write BASE.raw.txt from the binary recording BASE.raw.bin (give BASE or any of its files)."),
         QStringLiteral("BASE"));
+    const QCommandLineOption listFlashersOption(QStringLiteral("list-flashers"),
+        QStringLiteral("Look for radar baseboards on the serial ports (also in bootloader mode) and print a line per "
+                       "flasher: name, status and the firmware image it would write."));
+    const QCommandLineOption flashOption(QStringLiteral("flash"),
+        QStringLiteral("Flash the baseboard of this flasher (a name from --list-flashers, with or without \" (Radar)\") "
+                       "with the newest image of the firmware folder, showing progress; exit 0 only when it succeeded."),
+        QStringLiteral("NAME"));
+    const QCommandLineOption imageOption(QStringLiteral("image"),
+        QStringLiteral("With --flash: the firmware image to write instead of the newest one of the firmware folder."),
+        QStringLiteral("FILE"));
     const QCommandLineOption headlessOption(QStringLiteral("headless"),
         QStringLiteral("Run a session without a window: connect a board (or play a recording), acquire, record, report. "
                        "FMCW and pulsed-Doppler boards take the same options."));
@@ -210,7 +221,8 @@ int main(int argc, char* argv[])
         QStringLiteral("FILE"));
     const QCommandLineOption connectOption(QStringLiteral("connect"),
         QStringLiteral("With the window: connect the first board (or --device NAME) once the window is open."));
-    parser.addOptions({ screenshotOption, connectOption, checkOption, listDevicesOption, inspectOption, convertOption, headlessOption, deviceOption,
+    parser.addOptions({ screenshotOption, connectOption, checkOption, listDevicesOption, listFlashersOption, flashOption,
+                        imageOption, inspectOption, convertOption, headlessOption, deviceOption,
                         configOption, applicationOption, framesOption, secondsOption, recordOption, txtOption,
                         overwriteOption, playOption, snapshotOption, moduleOption, sdkOption, settingsOption, benchOption });
     const QCommandLineOption modeOption = CWSessionOptions::modeOption();
@@ -230,9 +242,15 @@ int main(int argc, char* argv[])
     if (parser.isSet(convertOption))
         return convertRecording(parser.value(convertOption), out(), err());
 
+    if (parser.isSet(imageOption) && !parser.isSet(flashOption)) {
+        err() << "--image FILE goes with --flash NAME." << Qt::endl;
+        return ExitCode::UsageError;
+    }
+    const bool firmware = parser.isSet(listFlashersOption) || parser.isSet(flashOption);
     const bool headless = parser.isSet(headlessOption);
     const bool screenshot = parser.isSet(screenshotOption);
-    const bool window = !headless && !screenshot && !parser.isSet(checkOption) && !parser.isSet(listDevicesOption);
+    const bool window = !headless && !screenshot && !firmware && !parser.isSet(checkOption)
+        && !parser.isSet(listDevicesOption);
     int screenshotFrames = kDefaultScreenshotFrames;
     if (screenshot && parser.isSet(framesOption)) {
         bool ok = false;
@@ -288,6 +306,10 @@ int main(int argc, char* argv[])
         code = runCheck(host);
     } else if (parser.isSet(listDevicesOption)) {
         code = listDevices(host, out(), err());
+    } else if (parser.isSet(listFlashersOption)) {
+        code = listFlashers(host, out(), err());
+    } else if (parser.isSet(flashOption)) {
+        code = flashBoard(host, parser.value(flashOption), parser.value(imageOption), out(), err());
     } else if (screenshot) {
         code = runScreenshot(host, logFile.get(), parser.value(screenshotOption), screenshotFrames, out(), err());
     } else if (window) {

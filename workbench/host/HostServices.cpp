@@ -29,13 +29,16 @@ void HostDeviceRegister::unregisterDevice(QString name)
 
 void HostFlasherRegister::registerFlasher(std::shared_ptr<IFlasher> flasher)
 {
-    if (flasher)
-        m_flashers.insert(QString::fromStdString(flasher->name()), std::move(flasher));
+    if (!flasher)
+        return;
+    m_flashers.insert(QString::fromStdString(flasher->name()), std::move(flasher));
+    emit flashersChanged();
 }
 
 void HostFlasherRegister::unregisterFlasher(std::string name)
 {
-    m_flashers.remove(QString::fromStdString(name));
+    if (m_flashers.remove(QString::fromStdString(name)) > 0)
+        emit flashersChanged();
 }
 
 void HostPlaybackRegister::registerPlayback(std::shared_ptr<IPlayback> playback)

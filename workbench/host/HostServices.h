@@ -58,6 +58,10 @@ class HostFlasherRegister : public IFlasherRegister
 public:
     using IFlasherRegister::IFlasherRegister;
     QList<std::shared_ptr<IFlasher>> flashers() const { return m_flashers.values(); }
+    std::shared_ptr<IFlasher> flasher(const QString& name) const { return m_flashers.value(name); }
+
+signals:
+    void flashersChanged();
 
 public slots:
     void registerFlasher(std::shared_ptr<IFlasher> flasher) override;

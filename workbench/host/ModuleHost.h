@@ -47,6 +47,7 @@ public:
     const ServiceRegistry& registry() const { return m_registry; }
     SdkLibrary& sdkLibrary() { return m_sdk; }
     HostDeviceRegister& deviceRegister() { return m_deviceRegister; }
+    HostFlasherRegister& flasherRegister() { return m_flasherRegister; }
     HostDeviceChangeNotifier& deviceChangeNotifier() { return m_changeNotifier; }
     HostPlaybackRegister& playbackRegister() { return m_playbackRegister; }
     HostCoreConfiguration& coreConfiguration() { return m_coreConfiguration; }
