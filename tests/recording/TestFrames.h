@@ -100,6 +100,22 @@ inline RadarRecordingHeader header(quint32 txMask, quint32 rxMask, quint32 chirp
     return h;
 }
 
+// A pulsed-Doppler header: one channel of `samples` complex samples per
+// frame, stored as interleaved I/Q pairs.
+inline RadarRecordingHeader dopplerHeader(quint32 samples)
+{
+    RadarRecordingHeader h = header(1, 1, 1, samples);
+    h.modulationTypeEnum = RadarRecordingHeader::kModulationDoppler;
+    h.dataFormatEnum = RadarRecordingHeader::kDataComplexInterleaved;
+    h.numRxAntennas = 1;
+    h.lowerRfFrequencyKHz = h.upperRfFrequencyKHz = 24125000.0f;
+    h.samplingFrequencyKHz = 2.0f;
+    h.chirpTimeSec = 0.0f;
+    h.pulseRepetitionTimeSec = 0.0005f;
+    h.samplesPerFrame = 2 * samples;
+    return h;
+}
+
 // The record the recorder hands to a writer: samples in big-endian order.
 inline RadarFrameRecord bigEndianRecord(qint32 number, std::vector<float> samples)
 {

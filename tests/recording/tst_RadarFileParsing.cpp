@@ -8,6 +8,10 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cmath>
+
+Q_DECLARE_METATYPE(RadarRecordingHeader)
+
 class TestRadarFileParsing : public QObject
 {
     Q_OBJECT
@@ -33,6 +37,54 @@ private slots:
         const QByteArray text = TestFrames::readAll(txt);
         QCOMPARE(text.count("# Frame_Number = "), 100);
         QVERIFY(text.contains("\r\n# Frame_Number = 99\r\n"));
+    }
+
+    void textCopyKeepsTheLayoutAndEveryValue_data()
+    {
+        QTest::addColumn<RadarRecordingHeader>("header");
+        QTest::addColumn<int>("floatsPerFrame");
+        QTest::addColumn<QByteArray>("layoutLines");
+
+        QTest::newRow("FMCW, real chirps") << TestFrames::header(1, 3, 4, 8) << 64
+                                           << QByteArray("# Modulation_Type_Enum = 1\r\n# Chirp_Shape_Enum = 0");
+        QTest::newRow("Doppler, interleaved I/Q") << TestFrames::dopplerHeader(32) << 64
+                                                  << QByteArray("# Modulation_Type_Enum = 0\r\n# Chirp_Shape_Enum = 0");
+    }
+
+    void textCopyKeepsTheLayoutAndEveryValue()
+    {
+        QFETCH(RadarRecordingHeader, header);
+        QFETCH(int, floatsPerFrame);
+        QFETCH(QByteArray, layoutLines);
+        const QString bin = m_dir.filePath(QStringLiteral("layout%1.raw.bin").arg(QTest::currentDataTag()[0]));
+        const QString txt = m_dir.filePath(QStringLiteral("layout%1.raw.txt").arg(QTest::currentDataTag()[0]));
+        const std::vector<RadarFrameRecord> rows = TestFrames::numberedRows(3, 1, 1, floatsPerFrame);
+        QVERIFY(TestFrames::writeRecording(bin, header, rows));
+
+        RadarFileParsing parsing;
+        SignalLog finished(&parsing, &RadarFileParsing::finished);
+        SignalLog errors(&parsing, &RadarFileParsing::errorDetected);
+        QVERIFY(parsing.start(bin, txt));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QCOMPARE(errors.count(), 0);
+
+        // Back from the text: the header's layout and each frame's values.
+        const QList<QByteArray> lines = TestFrames::readAll(txt).split('\n');
+        const QByteArray text = TestFrames::readAll(txt);
+        QVERIFY(text.contains(layoutLines));
+        QVERIFY(text.contains(QByteArray("# Data_Format_Enum = ") + QByteArray::number(header.dataFormatEnum) + "\r\n"));
+        QVERIFY(text.contains(QByteArray("# Samples_per_Frame = ") + QByteArray::number(floatsPerFrame) + "\r\n"));
+        int line = 0;
+        for (const RadarFrameRecord& row : rows) {
+            while (line < lines.size() && !lines.at(line).startsWith("# Frame_Number = "))
+                ++line;
+            QCOMPARE(lines.value(line).trimmed(), QByteArray("# Frame_Number = ") + QByteArray::number(row.frameNumber));
+            for (float value : row.samples) {
+                const double back = lines.value(++line).trimmed().toDouble();
+                QVERIFY2(std::abs(back - double(value)) <= 5e-7 + std::abs(double(value)) * 1e-7,
+                         qPrintable(QStringLiteral("%1 came back as %2").arg(double(value)).arg(back)));
+            }
+        }
     }
 
     void failures_data()

@@ -86,10 +86,17 @@ private slots:
         QTest::addColumn<int>("samples");
         QTest::addColumn<int>("padding");
         QTest::addColumn<int>("frames");
+        QTest::addColumn<int>("dataFormat");
+        QTest::addColumn<int>("floatsPerSample");
 
-        QTest::newRow("one antenna") << 1u << 1u << 1 << 16 << 0 << 40;
-        QTest::newRow("three receivers") << 1u << 7u << 32 << 64 << 0 << 70;
-        QTest::newRow("two by two, padded rows") << 3u << 3u << 8 << 10 << 6 << 33;
+        const int real = RadarRecordingHeader::kDataReal;
+        QTest::newRow("one antenna") << 1u << 1u << 1 << 16 << 0 << 40 << real << 1;
+        QTest::newRow("three receivers") << 1u << 7u << 32 << 64 << 0 << 70 << real << 1;
+        QTest::newRow("two by two, padded rows") << 3u << 3u << 8 << 10 << 6 << 33 << real << 1;
+        // A pulsed-Doppler frame reaches the chain as one real row of
+        // 2 x samples floats (I, Q, I, Q, ...) per channel.
+        QTest::newRow("Doppler I/Q of the second channel")
+            << 2u << 2u << 1 << 64 << 0 << 40 << int(RadarRecordingHeader::kDataComplexInterleaved) << 2;
     }
 
     void chainWritesEveryFrame()
@@ -100,12 +107,16 @@ private slots:
         QFETCH(int, samples);
         QFETCH(int, padding);
         QFETCH(int, frames);
+        QFETCH(int, dataFormat);
+        QFETCH(int, floatsPerSample);
 
         FakeSource source;
         source.header = TestFrames::header(txMask, rxMask, quint32(chirps), quint32(samples));
-        source.header.samplesPerFrame = 0; // recomputed from the masks
-        const QString path = base(QStringLiteral("chain%1").arg(QTest::currentDataTag()).remove(' ').remove(','));
+        source.header.dataFormatEnum = dataFormat;
+        source.header.samplesPerFrame = 0; // recomputed from the masks and the format
+        const QString path = base(QStringLiteral("chain%1").arg(QTest::currentDataTag()).remove(' ').remove(',').remove('/'));
         const int antennas = qPopulationCount(txMask) * qPopulationCount(rxMask);
+        samples *= floatsPerSample;
 
         RadarRecorder recorder(quint32(frames), 32);
         RadarFileRecording recording(&source, path + ".json", path + ".raw.bin");

@@ -20,6 +20,8 @@ private slots:
         QFile foreign(m_dir.filePath(QStringLiteral("foreign.raw.bin")));
         QVERIFY(foreign.open(QIODevice::WriteOnly));
         foreign.write(QByteArray(100, 'x'));
+        QVERIFY(TestFrames::writeRecording(m_dir.filePath(QStringLiteral("doppler.raw.bin")), TestFrames::dopplerHeader(4),
+                                           TestFrames::numberedRows(2, 1, 1, 8)));
     }
 
     void inspect_data()
@@ -32,8 +34,15 @@ private slots:
         QTest::newRow("whole recording") << "small.raw.bin" << 0
                                          << QStringList { "Magic = VNRB", "Version = 1.000000", "Header_Size = 88",
                                                           "Mask_Rx_Antennas = 1", "Samples_per_Frame = 4",
-                                                          "Frame_Period_sec = 0.100000", "Frames = 3" }
+                                                          "Frame_Period_sec = 0.100000", "Frames = 3",
+                                                          "Layout = FMCW, real samples, 2 chirps per frame" }
                                          << QString();
+        QTest::newRow("pulsed Doppler") << "doppler" << 0
+                                        << QStringList { "Modulation_Type_Enum = 0", "Data_Format_Enum = 2",
+                                                         "Chirps_per_Frame = 1", "Samples_per_Frame = 8",
+                                                         "Layout = Doppler, complex interleaved I/Q, one chirp per frame",
+                                                         "IQ_Samples_per_Channel = 4", "Channels = 1", "Frames = 2" }
+                                        << QString();
         QTest::newRow("truncated") << "cut.raw.bin" << 0
                                    << QStringList { "Frames = 2", "Last frame truncated: 14 of 20 bytes present" }
                                    << QString();
@@ -58,6 +67,8 @@ private slots:
             QVERIFY2(lines.contains(line), qPrintable(line));
         QCOMPARE(outText.contains(QStringLiteral("Last frame truncated")), file == QStringLiteral("cut.raw.bin"));
         QVERIFY(errorText.contains(errText));
+        // Only a pulsed-Doppler recording is described as I/Q channels.
+        QCOMPARE(outText.contains(QStringLiteral("Channels = ")), file == QStringLiteral("doppler"));
     }
 
     void convertWritesTheTextBesideTheRecording()

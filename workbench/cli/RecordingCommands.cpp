@@ -7,6 +7,8 @@
 #include "recording/RadarBinFile.h"
 #include "recording/RadarFileParsing.h"
 #include "recording/RecordingFiles.h"
+#include "recording/RecordingLayout.h"
+#include "recording/RecordingReplay.h"
 
 #include <QEventLoop>
 #include <QFileInfo>
@@ -52,7 +54,13 @@ void printHeader(const RadarRecordingHeader& h, QTextStream& out)
         << "Samples_per_Frame = " << h.samplesPerFrame << '\n'
         << "Chirp_Time_sec = " << fixed(h.chirpTimeSec) << '\n'
         << "Pulse_Repetition_Time_sec = " << fixed(h.pulseRepetitionTimeSec) << '\n'
-        << "Frame_Period_sec = " << fixed(h.framePeriodSec) << '\n';
+        << "Frame_Period_sec = " << fixed(h.framePeriodSec) << '\n'
+        << "Layout = " << RecordingLayout::describe(h) << '\n';
+    // A pulsed-Doppler frame is N complex samples per channel, stored as
+    // I, Q pairs: say so, so that nobody reads the floats as chirps.
+    if (RecordingLayout::kindOf(h) == RecordingLayout::Kind::Doppler && h.samplesPerChirp != 0)
+        out << "IQ_Samples_per_Channel = " << h.samplesPerChirp << '\n'
+            << "Channels = " << h.samplesPerFrame / (2 * h.samplesPerChirp) << '\n';
 }
 
 }
@@ -87,6 +95,9 @@ int convertRecording(const QString& path, QTextStream& out, QTextStream& err)
         err << binPath << " is missing (no such file)" << Qt::endl;
         return ExitCode::UsageError;
     }
+    RadarRecordingHeader header;
+    if (RecordingReplay::readHeader(binPath, header))
+        out << "Layout = " << RecordingLayout::describe(header) << Qt::endl;
     RadarFileParsing parsing;
     QEventLoop loop;
     int errors = 0;
