@@ -13,7 +13,7 @@ GroupBox {
     readonly property QtObject limits: config ? config.limits : null
     readonly property QtObject rx: params ? params.rxAntennas : null
     readonly property QtObject tx: params ? params.txAntennas : null
-    property int labelWidth: 170
+    property int labelWidth: 185
 
     // The pair the buttons show: Tx1Rx1 when Tx antenna 1 is on, else
     // Tx2Rx2; none while either set is empty. Reading the counts re-reads
@@ -47,6 +47,8 @@ GroupBox {
                     objectName: "zp7_channel_" + (index + 1)
                     text: modelData
                     checkable: true
+                    // The style's checked look is faint: the pair in use stands out.
+                    highlighted: checked
                     ButtonGroup.group: channelGroup
                     enabled: pane.params !== null
                     checked: pane.shownChannel === index
@@ -70,7 +72,7 @@ GroupBox {
             SpinBox {
                 id: power
                 objectName: "zp7_txPowerLevel"
-                Layout.preferredWidth: 130
+                Layout.preferredWidth: 150
                 enabled: pane.params !== null
                 from: pane.limits ? pane.limits.minTxPowerLevel : 0
                 to: pane.limits ? pane.limits.maxTxPowerLevel : 0
@@ -96,7 +98,7 @@ GroupBox {
             ComboBox {
                 id: gain
                 objectName: "zp7_abbGain"
-                Layout.preferredWidth: 130
+                Layout.preferredWidth: 150
                 enabled: pane.params !== null && pane.gainLabels.length > 0
                 model: pane.gainLabels
                 // A gain the device does not offer (a file of another

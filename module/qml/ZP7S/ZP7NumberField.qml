@@ -24,7 +24,7 @@ ColumnLayout {
     property real minimum: 0
     property real maximum: 0
     property QtObject tracker: null
-    property int labelWidth: 170
+    property int labelWidth: 185
     property int fieldWidth: 100
     property string message: ""
     readonly property bool valid: message.length === 0

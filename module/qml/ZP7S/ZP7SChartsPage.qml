@@ -51,39 +51,44 @@ Item {
         RowLayout {
             objectName: "zp7ChartFacts"
             Layout.fillWidth: true
-            spacing: 18
-            ZP7ValueRow {
-                label: qsTr("Channel")
-                labelWidth: 56
-                valueObjectName: "zp7ShownChannel"
-                text: page.channelName
-            }
-            ZP7ValueRow {
-                label: qsTr("Samples")
-                labelWidth: 60
-                text: page.frame ? page.frame.numOfSamples : "–"
-            }
-            ZP7ValueRow {
-                label: qsTr("PRT")
-                labelWidth: 30
-                text: page.frame ? Format.number(page.frame.pulseRepetitionTime * 1e6, 5) + " µs" : "–"
-            }
-            ZP7ValueRow {
-                label: qsTr("Doppler range")
-                labelWidth: 100
-                valueObjectName: "zp7DopplerRange"
-                text: page.maxDoppler > 0 ? "±" + Format.number(page.maxDoppler, 5) + " Hz  (±"
-                                            + Format.number(Math.abs(page.maxDoppler * page.speedPerHz), 3) + " m/s)"
-                                          : "–"
+            spacing: 6
+            Repeater {
+                model: [
+                    { caption: qsTr("Channel"), name: "zp7ShownChannel", value: page.channelName },
+                    { caption: qsTr("Samples"), name: "zp7ShownSamples", value: page.frame ? String(page.frame.numOfSamples) : "–" },
+                    { caption: qsTr("PRT"), name: "zp7ShownPrt",
+                      value: page.frame ? Format.number(page.frame.pulseRepetitionTime * 1e6, 5) + " µs" : "–" },
+                    { caption: qsTr("Doppler range"), name: "zp7DopplerRange",
+                      value: page.maxDoppler > 0 ? "±" + Format.number(page.maxDoppler, 5) + " Hz (±"
+                                                   + Format.number(Math.abs(page.maxDoppler * page.speedPerHz), 3) + " m/s)"
+                                                 : "–" }
+                ]
+                RowLayout {
+                    spacing: 6
+                    Layout.rightMargin: 12
+                    Label {
+                        text: modelData.caption
+                        color: "#4a4a4a"
+                    }
+                    Label {
+                        objectName: modelData.name
+                        text: modelData.value
+                        font.bold: true
+                    }
+                }
             }
             Item {
                 Layout.fillWidth: true
             }
-            ZP7ValueRow {
-                label: qsTr("Frame")
-                labelWidth: 46
-                valueObjectName: "zp7FrameNumber"
+            Label {
+                text: qsTr("Frame")
+                color: "#4a4a4a"
+            }
+            Label {
+                objectName: "zp7FrameNumber"
                 text: page.view ? page.view.frameNumber : "–"
+                font.bold: true
+                Layout.minimumWidth: 50
             }
         }
 

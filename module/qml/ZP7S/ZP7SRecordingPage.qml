@@ -94,7 +94,7 @@ Item {
                 }
                 ZP7ValueRow {
                     label: qsTr("Content")
-                    text: qsTr("complex I/Q of the selected channel, one sample per pulse")
+                    text: qsTr("I/Q of the selected channel, one sample per pulse")
                 }
                 Label {
                     text: qsTr("Folder, name and limit are set in the workbench's settings.")
