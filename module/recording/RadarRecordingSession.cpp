@@ -148,9 +148,16 @@ bool RadarRecordingSession::start(std::shared_ptr<const IRadarRecordingSource> s
 
 void RadarRecordingSession::record(const SharedFrame& frame, int frameNumber)
 {
-    std::lock_guard<std::mutex> lock(m_recorderMutex);
-    if (m_recorder)
-        m_recorder->record(frame, frameNumber);
+    std::shared_ptr<RadarRecorder> recorder;
+    {
+        std::lock_guard<std::mutex> lock(m_recorderMutex);
+        recorder = m_recorder;
+    }
+    // Outside the lock: the frame that reaches the limit ends the recording
+    // from within record(), and on the owner's thread that end comes
+    // straight back here. A recorder stopped meanwhile drops the frame.
+    if (recorder)
+        recorder->record(frame, frameNumber);
 }
 
 void RadarRecordingSession::onRecorderFinished()

@@ -21,9 +21,10 @@ class RecordingUserSettings;
 // mode records through one of these, so a recording is refused, written,
 // ended and converted the same way whatever frames it holds.
 //
-// record() runs on the acquisition thread; everything else belongs to the
-// owner's thread. The recorder pointer is guarded by a mutex that is held
-// for one record() and never while a signal of this class goes out.
+// record() runs on the acquisition thread (or the owner's); everything else
+// belongs to the owner's thread. The recorder pointer is guarded by a mutex
+// held only to copy or swap it, never while the recorder works or a signal
+// goes out.
 class RadarRecordingSession : public QObject
 {
     Q_OBJECT
