@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flashing/IRadarFirmwareSource.h"
+#include "flashing/RadarFirmwareImage.h"
 
 #include <QObject>
 
@@ -15,6 +16,10 @@ public:
     QUrl firmwareDirectoryUrl() const override;
     QString filenamePattern() const override;
     QString firmwareImage() const override;
+    QString newerImageFor(const QString& boardVersion) const override;
+
+    // The intact image with the highest version; invalid when there is none.
+    RadarFirmwareImage newestImage() const;
 
 private:
     QString m_directory;

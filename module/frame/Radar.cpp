@@ -65,6 +65,19 @@ void Radar::initialise(ServiceRegistry& registry)
     m_coordinator = std::make_shared<RadarCoordinator>();
     auto sdkFlasher = std::make_unique<SdkRadarFlasher>();
     m_flasherMonitor = std::make_shared<RadarFlasherMonitor>(m_firmwareSource.get(), std::move(sdkFlasher));
+    // The baseboards' USB identity is a deployment setting; the monitor
+    // follows it, also once the settings file has been read.
+    const auto applyBaseboardIdentity = [settings = m_generalUserSettings.get(), monitor = m_flasherMonitor.get()] {
+        RadarBaseboardIdentity identity;
+        identity.vendorId = settings->baseboardVendorId().toStdString();
+        identity.productIds.clear();
+        for (const QString& productId : settings->baseboardProductIds())
+            identity.productIds.push_back(productId.toStdString());
+        monitor->setIdentity(identity);
+    };
+    applyBaseboardIdentity();
+    QObject::connect(m_generalUserSettings.get(), &RadarGeneralUserSettings::baseboardIdentityChanged,
+                     m_flasherMonitor.get(), applyBaseboardIdentity);
     m_deviceMonitor = std::make_shared<RadarDeviceMonitor>(broker, m_coordinator.get());
 
     publishService<RangeSpectrumUserSettings>(registry, m_generalUserSettings->rangeSpectrum());
