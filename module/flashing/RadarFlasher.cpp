@@ -23,6 +23,8 @@ RadarFlasher::RadarFlasher(QString port, QString productId, RadarBaseboardIdenti
     , m_libraryFactory(std::move(libraryFactory))
     , m_timing(timing)
 {
+    // The job reports its status across threads.
+    qRegisterMetaType<FlasherStatus::Status>("FlasherStatus::Status");
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RadarFlasher::onTimerTimeout);
 }

@@ -31,6 +31,7 @@ RadarFlasherMonitor::RadarFlasherMonitor(IRadarFirmwareSource* firmwareSource,
     if (!m_jobLibraries)
         m_jobLibraries = [] { return std::make_unique<SdkRadarFlasher>(); };
 
+    qRegisterMetaType<QMap<QString, QString>>("QMap<QString,QString>");
     auto* scanner = new RadarFlasherPortScanner(std::move(scanLibrary));
     scanner->moveToThread(&m_thread);
     connect(&m_thread, &QThread::finished, scanner, &QObject::deleteLater);
