@@ -8,6 +8,9 @@
 #include "common/ISeriesChartData.h"
 #include "host/Constants.h"
 #include "host/CoreUserSettings.h"
+#include "recording/RadarBinFile.h"
+#include "recording/RadarRecordingHeader.h"
+#include "recording/RecordingFiles.h"
 #include "zp7/ZP7SDoppler.h"
 
 #include <QDir>
@@ -22,18 +25,19 @@ namespace {
 
 const char* const kBoard = "zp7-0001";
 
-// One unpaced ZP7 board; `extra` adds members to the board object.
-QString bench(const QString& extra)
+// One ZP7 board; `extra` adds members to the board object. Unpaced boards
+// advance their scene by a frame time per frame, as fast as they are read.
+QString bench(const QString& extra, const QString& pacing = QStringLiteral("unpaced"))
 {
-    return QStringLiteral(R"({ "boards": [ { "uuid": "%1", "chip": "ZP7", "shield": 768, "pacing": "unpaced",
+    return QStringLiteral(R"({ "boards": [ { "uuid": "%1", "chip": "ZP7", "shield": 768, "pacing": "%3",
         "noise": 0.001, "seed": 3%2 } ] })")
-        .arg(QLatin1String(kBoard), extra);
+        .arg(QLatin1String(kBoard), extra, pacing);
 }
 
 QString target(double speed)
 {
-    return QStringLiteral(R"(, "scene": { "targets": [ { "kind": "reflector", "range_m": 5.0, "speed_m_s": %1,
-        "rcs_m2": 1.0, "min_range_m": 0.2, "max_range_m": 40 } ] })")
+    return QStringLiteral(R"(, "scene": { "targets": [ { "kind": "reflector", "range_m": 8.0, "speed_m_s": %1,
+        "rcs_m2": 1.0, "min_range_m": 0.2, "max_range_m": 30 } ] })")
         .arg(speed);
 }
 
@@ -150,19 +154,67 @@ private slots:
     void targetSpeedIsFoundAtItsDopplerFrequency()
     {
         QFETCH(double, speed);
-        startOn(bench(target(speed)));
+        // In real time the target keeps its course for the seconds the test takes.
+        startOn(bench(target(speed), QStringLiteral("realtime")));
         QSignalSpy charts(view(), SIGNAL(chartsDataUpdated()));
         QTRY_VERIFY(charts.count() >= 2);
         const double peak = spectrumPeakHz();
         const double expected = ZP7SDoppler::dopplerFrequency(speed);
         // The frame's 128 pulses at 2 kHz resolve 15.6 Hz; one bin either way.
         const double maxHz = view()->property("maxDopplerFrequency").toDouble();
-        QCOMPARE(maxHz, 1000.0);
+        QVERIFY(qAbs(maxHz - 1000.0) < 1e-3);
         QVERIFY2(qAbs(peak - expected) <= 2.0 * maxHz / 128.0,
                  qPrintable(QStringLiteral("peak %1 Hz, expected %2 Hz").arg(peak).arg(expected)));
         double measured = 0.0;
         QVERIFY(QMetaObject::invokeMethod(view(), "radialSpeed", Q_RETURN_ARG(double, measured), Q_ARG(double, peak)));
         QVERIFY2(qAbs(measured - speed) < 0.1, qPrintable(QString::number(measured)));
+    }
+
+    void recordingKeepsWholeFrames_data()
+    {
+        QTest::addColumn<QString>("faults");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QString>("pacing");
+        QTest::newRow("up to the frame limit") << QString() << 20 << QStringLiteral("unpaced");
+        // Real time, so that the recording is under way when the board goes.
+        QTest::newRow("board unplugged") << QStringLiteral(R"(, "faults": [ { "at_frame": 15, "kind": "unplug" } ])")
+                                         << 100000 << QStringLiteral("realtime");
+    }
+
+    void recordingKeepsWholeFrames()
+    {
+        QFETCH(QString, faults);
+        QFETCH(int, limit);
+        QFETCH(QString, pacing);
+        startOn(bench(faults, pacing));
+        RecordingUserSettings* settings = m_sim->core().recordingUserSettings();
+        settings->setRecordingPath(m_dir.path());
+        settings->setFileName(QString::fromLatin1(QTest::currentDataTag()).replace(QLatin1Char(' '), QLatin1Char('_')));
+        settings->setTimeLimitOnRecording(false);
+        settings->setNumOfFrames(quint32(limit));
+        const int before = frameNumber();
+        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
+        QVERIFY(view()->property("isRecordingActive").toBool());
+        QTRY_VERIFY(!view()->property("isRecordingActive").toBool());
+
+        const QString bin = RecordingFiles::binPath(settings->basePath());
+        QTRY_VERIFY(QFile::exists(bin));
+        QVERIFY(QFile::exists(RecordingFiles::jsonPath(settings->basePath())));
+        RadarBinFile file;
+        QVERIFY(file.open(bin, QIODevice::ReadOnly));
+        RadarRecordingHeader header;
+        QVERIFY(file.readHeader(header));
+        file.close();
+        QCOMPARE(header.modulationTypeEnum, RadarRecordingHeader::kModulationDoppler);
+        QCOMPARE(header.samplesPerFrame, 2u * 128u);
+        const qint64 frameBytes = QFileInfo(bin).size() - RadarRecordingHeader::kHeaderSize;
+        const qint64 record = RadarBinFile::recordSize(header.samplesPerFrame);
+        QCOMPARE(frameBytes % record, 0);
+        if (faults.isEmpty())
+            QCOMPARE(frameBytes / record, qint64(limit));
+        else // every frame the board gave after the start, give or take the one under way
+            QVERIFY2(qAbs(frameBytes / record - (15 - before)) <= 1,
+                     qPrintable(QStringLiteral("%1 frames from frame %2").arg(frameBytes / record).arg(before)));
     }
 
     void unpluggedBoardIsLetGoWithAMessage()
