@@ -19,7 +19,8 @@ RadarFlasher::RadarFlasher(QString port, QString productId, RadarBaseboardIdenti
     , m_port(std::move(port))
     , m_productId(std::move(productId))
     , m_identity(std::move(identity))
-    , m_firmwareSource(firmwareSource)
+    , m_firmwareDir(firmwareSource ? firmwareSource->firmwareDirectoryUrl().toString() : QString())
+    , m_filenamePattern(firmwareSource ? firmwareSource->filenamePattern() : QStringLiteral("RadarBaseboardKT4*.bin"))
     , m_libraryFactory(std::move(libraryFactory))
     , m_timing(timing)
 {
@@ -44,16 +45,6 @@ bool RadarFlasher::isRunning(FlasherStatus::Status status)
 {
     return status == FlasherStatus::STARTED || status == FlasherStatus::BOOTLOADER
         || status == FlasherStatus::FLASHING;
-}
-
-QString RadarFlasher::firmwareDir() const
-{
-    return m_firmwareSource ? m_firmwareSource->firmwareDirectoryUrl().toString() : QString();
-}
-
-QString RadarFlasher::filenamePattern() const
-{
-    return m_firmwareSource ? m_firmwareSource->filenamePattern() : QStringLiteral("RadarBaseboardKT4*.bin");
 }
 
 void RadarFlasher::flash(const QString& imagePath)

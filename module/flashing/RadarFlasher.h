@@ -35,8 +35,8 @@ public:
     int progress() const override { return m_progress; }
     FlasherStatus::Status status() const override { return m_status; }
     QString message() const override { return m_message; }
-    QString firmwareDir() const override;
-    QString filenamePattern() const override;
+    QString firmwareDir() const override { return m_firmwareDir; }
+    QString filenamePattern() const override { return m_filenamePattern; }
     // Ignored while a job runs (STARTED, BOOTLOADER, FLASHING).
     void flash(const QString& imagePath) override;
 
@@ -63,7 +63,9 @@ private:
     QString m_port;
     QString m_productId;
     RadarBaseboardIdentity m_identity;
-    const IRadarFirmwareSource* m_firmwareSource;
+    // Copied: the host may hold the flasher beyond the module's firmware source.
+    QString m_firmwareDir;
+    QString m_filenamePattern;
     LibraryFactory m_libraryFactory;
     RadarFlasherTiming m_timing;
     int m_progress = 0;
