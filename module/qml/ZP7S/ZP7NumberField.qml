@@ -29,7 +29,10 @@ ColumnLayout {
     property string message: ""
     readonly property bool valid: message.length === 0
     readonly property var shownValue: target ? target[propertyName] : undefined
-    readonly property var range: Input.displayRange(minimum, maximum, scale, decimals)
+    // The board's limits are single floats (0.01 s arrives as 0.0099999998):
+    // six digits of them are what the board meant.
+    readonly property var range: Input.displayRange(Number(minimum.toPrecision(6)), Number(maximum.toPrecision(6)),
+                                                    scale, decimals)
 
     spacing: 0
 
