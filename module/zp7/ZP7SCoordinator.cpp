@@ -219,10 +219,7 @@ void ZP7SCoordinator::onPlaybackActiveChanged(bool active)
     stopAcquisition();
     m_processing->setDataProvider(nullptr);
     m_config->setPlaybackActive(false);
-    if (!m_connected) {
-        m_config->clear();
-        m_processing->clear();
-        setChartSeriesCount(kIdleChartSeries);
-    }
+    // The recording's configuration and its last frame stay on show until
+    // a board or another recording takes their place.
     qDebug() << "ZP7 playback stopped";
 }

@@ -197,7 +197,7 @@ void ZP7SDataProcessing::configureCharts()
 {
     if (!m_config)
         return;
-    const ZP7SDeviceConfig* running = m_config->deviceConfig();
+    ZP7SDeviceConfig* running = m_config->deviceConfig();
     const quint16 samples = running->frameParams()->numOfSamples();
     RangeSpectrumUserSettings* settings = m_config->userSettings()->rangeSpectrum();
     if (samples == 0 || !settings) {
@@ -205,7 +205,11 @@ void ZP7SDataProcessing::configureCharts()
         return;
     }
     const ZP7SDopplerTransform::Settings transform = ZP7SDopplerTransform::settingsFor(*settings, samples);
-    if (!m_spectrum->configure(transform, running->frameParams()->pulseRepetitionTime())) {
+    // The pages read the axis off the running configuration: it follows
+    // the FFT actually used, also when the settings asked for a shorter one.
+    if (m_spectrum->configure(transform, running->frameParams()->pulseRepetitionTime())) {
+        running->updateFrequencyDomainAxis(transform.fftSize);
+    } else {
         emit triggerEvent(RadarEventCode::Error,
                           QStringLiteral("Doppler Spectrum not configured properly. Processing of data will be "
                                          "continued without this step"),
