@@ -253,11 +253,17 @@ private slots:
     void unpluggedBoardIsLetGoWithAMessage()
     {
         startOn(bench(QStringLiteral(R"(, "faults": [ { "at_frame": 25, "kind": "unplug" } ])")));
+        QObject* info = view()->property("deviceInfo").value<QObject*>();
+        QVERIFY(info);
+        QCOMPARE(info->property("deviceName").toString(), QStringLiteral("ZP7"));
+        QVERIFY(info->property("deviceTemperature").isValid());
         QSignalSpy told(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QTRY_VERIFY(!view()->property("isConnected").toBool());
         QVERIFY(!isActive());
         QCOMPARE(frameNumber(), 25);
         QTRY_VERIFY(messages(told).contains(QStringLiteral("Communication with device failed")));
+        // No reading of a board that is gone stays on show.
+        QTRY_VERIFY(!info->property("deviceTemperature").isValid());
         // Starting without a board does nothing.
         QVERIFY(QMetaObject::invokeMethod(view(), "startAcquisition"));
         QVERIFY(!isActive());
