@@ -9,6 +9,7 @@
 #include "BoardList.h"
 #include "MessageLog.h"
 #include "PlaybackControl.h"
+#include "RecordingCheck.h"
 
 #include "recording/RecordingFiles.h"
 #include "host/CoreUserSettings.h"
@@ -127,6 +128,7 @@ private slots:
     void typedFrameValueIsJudged_data();
     void typedFrameValueIsJudged();
     void recordedFramesPlayBackOnThePage();
+    void closingEndsTheRecordingAndWaitsForItsTextCopy();
     void failingBoardIsToldOnThePage();
 };
 
@@ -305,6 +307,31 @@ void TestZP7Pages::recordedFramesPlayBackOnThePage()
     QTRY_COMPARE_WITH_TIMEOUT(rig.text("playbackPosition"), QString("Frame 5 of 5"), 5000);
     QCOMPARE(rig.number("statusFrames"), 5);
     QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+}
+
+void TestZP7Pages::closingEndsTheRecordingAndWaitsForItsTextCopy()
+{
+    WindowRig rig;
+    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+    RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
+    settings.setRecordingPath(rig.directory());
+    settings.setFileName("closed");
+    settings.setNumOfFrames(100000);
+    settings.setTxtFile(true);
+    QVERIFY(rig.click("zp7RecordingTab"));
+    QTRY_VERIFY(rig.item("zp7RecordButton")->isEnabled());
+    QVERIFY(rig.click("zp7RecordButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 4, 10000);
+
+    // The window ends the ZP7 recording, lets the board go and closes once
+    // the text copy is written.
+    rig.window()->close();
+    QVERIFY(!rig.workbench().closingReason().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!rig.window()->isVisible(), 20000);
+    QVERIFY(!zp7View(rig)->property("isRecordingActive").toBool());
+    QCOMPARE(rig.workbench().boardList().connectedBoard(), QString());
+    const QString base = rig.directory() + "/closed";
+    QCOMPARE(RecordingCheck::checkTextCopy(RecordingFiles::binPath(base), RecordingFiles::txtPath(base)), QString());
 }
 
 void TestZP7Pages::failingBoardIsToldOnThePage()
