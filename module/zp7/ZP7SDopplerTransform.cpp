@@ -12,6 +12,7 @@
 #include <complex>
 #include <initializer_list>
 #include <mutex>
+#include <vector>
 
 namespace {
 
@@ -49,6 +50,53 @@ QVector<float> cosineWindow(quint32 size, const std::initializer_list<double>& t
     return window;
 }
 
+// Chebyshev polynomial of the first kind of `order`, for any real x.
+double chebyshev(double order, double x)
+{
+    if (std::abs(x) <= 1.0)
+        return std::cos(order * std::acos(x));
+    const double value = std::cosh(order * std::acosh(std::abs(x)));
+    return x < 0.0 && std::fmod(order, 2.0) != 0.0 ? -value : value;
+}
+
+// Dolph-Chebyshev: equal side lobes at -attenuation dB. The window is the
+// inverse transform of the Chebyshev polynomial sampled on the unit circle,
+// centred and scaled to a peak of 1; a direct transform, since it is built
+// once per configuration.
+QVector<float> dolphChebyshev(quint32 size, double attenuationDb)
+{
+    QVector<float> window(int(size), 1.0f);
+    if (size < 2)
+        return window;
+    const int n = int(size);
+    const double order = double(n - 1);
+    const double beta = std::cosh(std::acosh(std::pow(10.0, attenuationDb / 20.0)) / order);
+    std::vector<std::complex<double>> p(static_cast<size_t>(n));
+    for (int k = 0; k < n; ++k) {
+        const double value = chebyshev(order, beta * std::cos(M_PI * double(k) / double(n)));
+        // An even length needs the half-sample shift that centres it.
+        p[size_t(k)] = n % 2 ? std::complex<double>(value, 0.0) : std::polar(value, M_PI * double(k) / double(n));
+    }
+    std::vector<double> spectrum(static_cast<size_t>(n));
+    for (int m = 0; m < n; ++m) {
+        std::complex<double> sum(0.0, 0.0);
+        for (int k = 0; k < n; ++k)
+            sum += p[size_t(k)] * std::polar(1.0, -2.0 * M_PI * double(k) * double(m) / double(n));
+        spectrum[size_t(m)] = sum.real();
+    }
+    // Mirror the first half around the centre sample(s).
+    const int half = n % 2 ? (n + 1) / 2 : n / 2 + 1;
+    std::vector<double> w;
+    for (int i = half - 1; i > 0; --i)
+        w.push_back(spectrum[size_t(i)]);
+    for (int i = n % 2 ? 0 : 1; i < half; ++i)
+        w.push_back(spectrum[size_t(i)]);
+    const double peak = *std::max_element(w.begin(), w.end());
+    for (int i = 0; i < n; ++i)
+        window[i] = float(w[size_t(i)] / peak);
+    return window;
+}
+
 }
 
 struct ZP7SDopplerTransform::Plan {
@@ -74,6 +122,7 @@ ZP7SDopplerTransform::Settings ZP7SDopplerTransform::settingsFor(const RangeSpec
     settings.fftSize = isPowerOfTwo(wanted) && wanted >= samples ? wanted : qNextPowerOfTwo(qMax(samples, 1u));
     settings.windowType = user.fftConfig()->window()->type();
     settings.windowScale = user.fftConfig()->window()->scale();
+    settings.attenuationDb = user.fftConfig()->window()->attenuationDB();
     settings.meanRemoval = user.fftConfig()->meanRemoval();
     settings.normalizedWindow = user.fftConfig()->normalizedWindow();
     settings.linear = user.isLinearFftMagnitude();
@@ -81,8 +130,15 @@ ZP7SDopplerTransform::Settings ZP7SDopplerTransform::settingsFor(const RangeSpec
     return settings;
 }
 
-QVector<float> ZP7SDopplerTransform::window(const QString& type, quint32 size)
+QVector<float> ZP7SDopplerTransform::window(const QString& type, quint32 size, float attenuationDb)
 {
+    if (type == QLatin1String("Chebyshev")) {
+        if (attenuationDb > 0.0f)
+            return dolphChebyshev(size, double(attenuationDb));
+        qWarning() << "The Doppler spectrum needs a positive side-lobe attenuation for a Chebyshev window, not"
+                   << attenuationDb << "dB: it uses Blackman-Harris";
+        return window(QStringLiteral("Blackmann Harris"), size);
+    }
     if (type == QLatin1String("Hamming"))
         return cosineWindow(size, { 0.54, 0.46 });
     if (type == QLatin1String("Hanning"))
@@ -120,7 +176,7 @@ std::unique_ptr<ZP7SDopplerTransform> ZP7SDopplerTransform::create(const Setting
 
 ZP7SDopplerTransform::ZP7SDopplerTransform(const Settings& settings, std::unique_ptr<Plan> plan)
     : m_settings(settings)
-    , m_window(window(settings.windowType, settings.samples))
+    , m_window(window(settings.windowType, settings.samples, settings.attenuationDb))
     , m_plan(std::move(plan))
 {
     double sum = 0.0;

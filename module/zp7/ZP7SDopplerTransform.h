@@ -23,6 +23,7 @@ public:
         quint32 samples = 0;   // samples per frame
         QString windowType;    // a name from ProcessingNameTables
         float windowScale = 1.0f;
+        float attenuationDb = 0.0f; // side lobes of a Chebyshev window
         bool meanRemoval = true;
         bool normalizedWindow = true;
         bool linear = false;
@@ -40,8 +41,9 @@ public:
     // fftSize values; empty when the channel is not 1 x samples.
     QVector<float> run(const vrn_Matrix_C_s& channel);
 
-    // The window coefficients of `type` over `size` samples (symmetric).
-    static QVector<float> window(const QString& type, quint32 size);
+    // The window coefficients of `type` over `size` samples (symmetric);
+    // `attenuationDb` sets a Chebyshev window's side lobes.
+    static QVector<float> window(const QString& type, quint32 size, float attenuationDb = 0.0f);
 
 private:
     struct Plan;

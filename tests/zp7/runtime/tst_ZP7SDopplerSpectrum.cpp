@@ -84,6 +84,39 @@ private slots:
         QVERIFY2(qAbs(peak.y() + 20.0) < 0.1, qPrintable(QString::number(peak.y())));
     }
 
+    void chebyshevWindowHoldsItsSideLobes_data()
+    {
+        QTest::addColumn<float>("attenuation");
+        QTest::newRow("60 dB") << 60.0f;
+        QTest::newRow("80 dB") << 80.0f;
+    }
+
+    void chebyshevWindowHoldsItsSideLobes()
+    {
+        QFETCH(float, attenuation);
+        ZP7SDopplerTransform::Settings settings;
+        settings.samples = kSamples;
+        settings.fftSize = 1024;
+        settings.windowType = QStringLiteral("Chebyshev");
+        settings.attenuationDb = attenuation;
+        ZP7SDopplerSpectrumChartData spectrum;
+        QVERIFY(spectrum.configure(settings, kPrtS));
+        spectrum.update(toneFrame(250.0, 0.1));
+        const QPointF peak = peakOf(spectrum);
+        QVERIFY2(qAbs(peak.x() - 250.0) < 0.01 && qAbs(peak.y() + 20.0) < 0.1,
+                 qPrintable(QStringLiteral("%1 dB at %2 Hz").arg(peak.y()).arg(peak.x())));
+        // Beyond the main lobe every bin lies the attenuation below the tone.
+        double sideLobe = -1e30;
+        std::unique_ptr<ISeriesChartData::Iterator> points = spectrum.iterator(0);
+        while (points->hasNext()) {
+            const QPointF point = points->next();
+            if (qAbs(point.x() - 250.0) > 80.0)
+                sideLobe = qMax(sideLobe, point.y());
+        }
+        QVERIFY2(sideLobe < peak.y() - double(attenuation) + 0.5, qPrintable(QString::number(sideLobe)));
+        QVERIFY2(sideLobe > peak.y() - double(attenuation) - 3.0, qPrintable(QString::number(sideLobe)));
+    }
+
     void refusedSettingsGiveNoSpectrum_data()
     {
         QTest::addColumn<quint32>("fftSize");
