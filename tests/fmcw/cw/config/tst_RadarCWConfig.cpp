@@ -173,9 +173,6 @@ private slots:
         QTest::newRow("receiver the board lacks")
             << "KMR7A" << savedWith({ "cw_scene", "rx_antennas" }, QJsonArray({ 1, 4 })) << cannotLoad
             << "Field cw_scene.rx_antennas validation error: Invalid RX antenna index: 4";
-        QTest::newRow("duty cycle above 100")
-            << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "duty_cycle" }, 101) << cannotLoad
-            << "Field cw_scene.cw_scene.duty_cycle validation error: Value 101 not in expected range: [0 - 100]";
         QTest::newRow("unknown chip") << "KMR9" << QByteArray(kSavedDefaults) << "Unknown radar device" << QString();
     }
 
