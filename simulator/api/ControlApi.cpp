@@ -1,5 +1,6 @@
 // The control table of the simulator (see include/vrn_sim.h).
 
+#include "BaseboardFlasher.h"
 #include "BenchParser.h"
 #include "ErrorText.h"
 #include "Simulator.h"
@@ -97,6 +98,48 @@ uint64_t emissionTimeMs(const char* uuid)
     return uuid ? loaded().emissionTimeMs(uuid) : 0;
 }
 
+void usbPorts(const char* vendor, const char* product, VrnSimPortCallback each, void* user)
+{
+    if (!vendor || !product || !each)
+        return;
+    for (const std::string& port : loaded().usbPorts(vendor, product))
+        each(port.c_str(), user);
+}
+
+const char* activateBootloader(const char* port, const char* product)
+{
+    if (!port)
+        return ErrorText::set("The port is null");
+    std::string error;
+    const bool ok = BaseboardFlasher(loaded()).activate(port, product ? product : "", error);
+    return answer(ok, error);
+}
+
+const char* flashImage(const char* port, const uint8_t* image, uint64_t size, VrnSimFlashStatusCallback status,
+                       VrnSimFlashProgressCallback progress, void* user)
+{
+    if (!port)
+        return ErrorText::set("The port is null");
+    const auto report = [&](const std::string& text) {
+        if (status)
+            status(text.c_str(), user);
+    };
+    const auto advance = [&](uint64_t done, uint64_t total) {
+        if (progress)
+            progress(done, total, user);
+    };
+    std::string error;
+    const bool ok = BaseboardFlasher(loaded()).flash(port, image, size_t(size), report, advance, error);
+    return answer(ok, error);
+}
+
+const char* setFlashPace(const char* uuid, uint32_t stepMs, uint32_t switchMs)
+{
+    std::string error;
+    const bool ok = loaded().setFlashPace(uuid, FlashPace{stepMs, switchMs}, error);
+    return answer(ok, error);
+}
+
 }  // namespace
 
 }  // namespace vrnsim
@@ -117,6 +160,10 @@ extern "C" __attribute__((visibility("default"))) const VrnSimControl* vrnsim_co
         c.clear_faults = vrnsim::clearFaults;
         c.dropped_frames = vrnsim::droppedFrames;
         c.emission_time_ms = vrnsim::emissionTimeMs;
+        c.usb_ports = vrnsim::usbPorts;
+        c.activate_bootloader = vrnsim::activateBootloader;
+        c.flash_image = vrnsim::flashImage;
+        c.set_flash_pace = vrnsim::setFlashPace;
         return c;
     }();
     return &control;

@@ -182,6 +182,56 @@ bool parseFault(const QJsonValue& value, const QString& path, ScheduledFault& f,
     return r.ok();
 }
 
+bool parseFlashFault(const QJsonValue& value, const QString& path, FlashFault& f, std::string& error)
+{
+    if (!value.isObject()) {
+        error = (path + QStringLiteral(": must be an object")).toStdString();
+        return false;
+    }
+    Reader r(value.toObject(), path, error);
+    r.checkKeys({"kind", "at_percent", "count"});
+    if (r.ok() && !r.has("kind"))
+        r.fail(QStringLiteral("kind"), QStringLiteral("is missing"));
+    const QString kind = r.text("kind", QString());
+    if (kind == QLatin1String("activation_fails"))
+        f.kind = FlashFault::Kind::ActivationFails;
+    else if (kind == QLatin1String("no_bootloader"))
+        f.kind = FlashFault::Kind::NoBootloader;
+    else if (kind == QLatin1String("write_fails"))
+        f.kind = FlashFault::Kind::WriteFails;
+    else if (kind == QLatin1String("no_return"))
+        f.kind = FlashFault::Kind::NoReturn;
+    else if (r.ok())
+        r.fail(QStringLiteral("kind"),
+               QStringLiteral("\"%1\" is not one of \"activation_fails\", \"no_bootloader\", \"write_fails\", "
+                              "\"no_return\"")
+                   .arg(kind));
+    if (r.ok() && r.has("at_percent") && f.kind != FlashFault::Kind::WriteFails)
+        r.fail(QStringLiteral("at_percent"), QStringLiteral("belongs to \"write_fails\" only"));
+    f.atPercent = static_cast<uint32_t>(r.number("at_percent", 50, 0, 100));
+    f.count = static_cast<uint32_t>(r.number("count", 1, 0, 4e9));
+    return r.ok();
+}
+
+bool isUsbId(const QString& text)
+{
+    if (text.size() != 4)
+        return false;
+    for (const QChar c : text)
+        if (!((c >= QLatin1Char('0') && c <= QLatin1Char('9')) || (c >= QLatin1Char('A') && c <= QLatin1Char('F'))))
+            return false;
+    return true;
+}
+
+const char* defaultUsbProduct(int shield)
+{
+    switch (shield) {
+    case 512: return "0251";
+    case 513: return "0252";
+    default: return "0253";
+    }
+}
+
 bool parseFirmware(const QString& text, uint16_t out[3])
 {
     const QStringList parts = text.split(QLatin1Char('.'));
@@ -206,7 +256,8 @@ bool parseBoardObject(const QJsonValue& value, const QString& path, int index, B
     }
     Reader r(value.toObject(), path, error);
     r.checkKeys({"uuid", "shield", "chip", "firmware", "firmware_description", "port", "pacing", "noise", "seed",
-                 "fifo_frames", "ambient_c", "heating_c", "thermal_time_s", "scene", "faults"});
+                 "fifo_frames", "ambient_c", "heating_c", "thermal_time_s", "scene", "faults", "usb_vendor",
+                 "usb_product", "mode", "flash_step_ms", "usb_switch_ms", "flash_faults"});
     if (r.ok() && !r.has("uuid"))
         r.fail(QStringLiteral("uuid"), QStringLiteral("is missing"));
     const QString uuid = r.text("uuid", QString());
@@ -233,7 +284,28 @@ bool parseBoardObject(const QJsonValue& value, const QString& path, int index, B
         r.fail(QStringLiteral("firmware"), QStringLiteral("\"%1\" is not MAJOR.MINOR.BUILD").arg(firmware));
     b.firmwareDescription =
         r.text("firmware_description", QStringLiteral("Radar baseboard firmware for %1").arg(chip)).toStdString();
-    b.port = r.text("port", QStringLiteral("ttyVRN%1").arg(index)).toStdString();
+    // A hot-plugged board (index -1) without a port gets a free one when plugged.
+    b.port = r.text("port", index < 0 ? QString() : QStringLiteral("ttyVRN%1").arg(index)).toStdString();
+    if (r.ok() && r.has("port") && b.port.empty())
+        r.fail(QStringLiteral("port"), QStringLiteral("must not be empty"));
+
+    const QString vendor = r.text("usb_vendor", QStringLiteral("2F5A"));
+    const QString product = r.text("usb_product", QLatin1String(defaultUsbProduct(b.shield)));
+    if (r.ok() && !isUsbId(vendor))
+        r.fail(QStringLiteral("usb_vendor"), QStringLiteral("\"%1\" is not four upper-case hexadecimal digits").arg(vendor));
+    if (r.ok() && !isUsbId(product))
+        r.fail(QStringLiteral("usb_product"), QStringLiteral("\"%1\" is not four upper-case hexadecimal digits").arg(product));
+    if (r.ok() && vendor == QLatin1String("03EB") && product == QLatin1String("6124"))
+        r.fail(QStringLiteral("usb_product"), QStringLiteral("03EB/6124 is the bootloader's identity"));
+    b.usbVendor = vendor.toStdString();
+    b.usbProduct = product.toStdString();
+    const QString mode = r.text("mode", QStringLiteral("application"));
+    if (mode == QLatin1String("bootloader"))
+        b.startsInBootloader = true;
+    else if (mode != QLatin1String("application") && r.ok())
+        r.fail(QStringLiteral("mode"), QStringLiteral("\"%1\" is neither \"application\" nor \"bootloader\"").arg(mode));
+    b.flashPace.stepMs = static_cast<uint32_t>(r.number("flash_step_ms", 20, 0, 10000));
+    b.flashPace.switchMs = static_cast<uint32_t>(r.number("usb_switch_ms", 500, 0, 60000));
 
     const QString pacing = r.text("pacing", QStringLiteral("realtime"));
     if (pacing == QLatin1String("realtime"))
@@ -283,6 +355,13 @@ bool parseBoardObject(const QJsonValue& value, const QString& path, int index, B
             return false;
         b.faults.push_back(f);
     }
+    const QJsonArray flashFaults = r.array("flash_faults");
+    for (int i = 0; r.ok() && i < flashFaults.size(); ++i) {
+        FlashFault f;
+        if (!parseFlashFault(flashFaults[i], r.field(QStringLiteral("flash_faults[%1]").arg(i)), f, error))
+            return false;
+        b.flashFaults.push_back(f);
+    }
     return r.ok();
 }
 
@@ -321,13 +400,17 @@ bool BenchParser::parseBench(const std::string& json, const std::string& origin,
     if (ok && r.ok() && !doc.object().contains(QLatin1String("boards")))
         r.fail(QStringLiteral("boards"), QStringLiteral("is missing"));
     ok = r.ok();
-    std::set<std::string> uuids;
+    std::set<std::string> uuids, ports;
     Bench parsed;
     for (int i = 0; ok && i < boards.size(); ++i) {
         BoardSpec b;
         ok = parseBoardObject(boards[i], QStringLiteral("boards[%1]").arg(i), i, b, fieldError);
         if (ok && !uuids.insert(b.uuid).second) {
             fieldError = "boards[" + std::to_string(i) + "].uuid: \"" + b.uuid + "\" is used by another board";
+            ok = false;
+        }
+        if (ok && !ports.insert(b.port).second) {
+            fieldError = "boards[" + std::to_string(i) + "].port: \"" + b.port + "\" is used by another board";
             ok = false;
         }
         parsed.boards.push_back(b);
@@ -346,7 +429,7 @@ bool BenchParser::parseBoard(const std::string& json, BoardSpec& board, std::str
     if (!parseDocument(json, "Board", doc, error))
         return false;
     std::string fieldError;
-    if (!parseBoardObject(doc.object(), QString(), 0, board, fieldError)) {
+    if (!parseBoardObject(doc.object(), QString(), -1, board, fieldError)) {
         error = "Board: " + fieldError;
         return false;
     }

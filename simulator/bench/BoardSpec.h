@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ChipModel.h"
+#include "FlashFault.h"
 #include "ScheduledFault.h"
 #include "Scene.h"
 
@@ -27,6 +28,13 @@ struct BoardSpec {
     double thermalTimeS = 60.0;    // time constant of that rise
     Scene scene;
     std::vector<ScheduledFault> faults;
+
+    // The baseboard as a flashing library sees it on the USB bus.
+    std::string usbVendor = "2F5A";
+    std::string usbProduct;        // by shield: 512 "0251", 513 "0252", 514 and 768 "0253"
+    bool startsInBootloader = false;
+    FlashPace flashPace;
+    std::vector<FlashFault> flashFaults;
 };
 
 }  // namespace vrnsim

@@ -45,7 +45,7 @@ bool Simulator::loadBenchFile(const std::string& path, std::string& error)
             m_loaded = true;
             m_loadError = error;
         }
-        replaceBoards({});
+        replaceBoards({}, {});
         return false;
     }
     return loadBenchJson(json, "Bench file " + path, error);
@@ -56,30 +56,53 @@ bool Simulator::loadBenchJson(const std::string& json, const std::string& origin
     Bench bench;
     const bool ok = BenchParser::parseBench(json, origin, bench, error);
     std::vector<std::shared_ptr<Board>> boards;
-    if (ok)
-        for (BoardSpec& spec : bench.boards)
-            boards.push_back(std::make_shared<Board>(std::move(spec)));
+    std::vector<std::shared_ptr<Baseboard>> baseboards;
+    if (ok) {
+        for (BoardSpec& spec : bench.boards) {
+            if (!spec.startsInBootloader)
+                boards.push_back(std::make_shared<Board>(spec));
+            baseboards.push_back(std::make_shared<Baseboard>(std::move(spec)));
+        }
+    }
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_loaded = true;
         m_loadError = ok ? std::string() : error;
         m_listFault.clear();
     }
-    replaceBoards(std::move(boards));
+    replaceBoards(std::move(boards), std::move(baseboards));
     return ok;
 }
 
-void Simulator::replaceBoards(std::vector<std::shared_ptr<Board>> boards)
+void Simulator::replaceBoards(std::vector<std::shared_ptr<Board>> boards,
+                              std::vector<std::shared_ptr<Baseboard>> baseboards)
 {
     std::vector<std::shared_ptr<Board>> old;
+    std::vector<std::shared_ptr<Baseboard>> oldBaseboards;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         old.swap(m_boards);
+        oldBaseboards.swap(m_baseboards);
         m_boards = std::move(boards);
+        m_baseboards = std::move(baseboards);
     }
     for (auto& board : old)
         board->unplug();
+    for (auto& baseboard : oldBaseboards)
+        baseboard->unplug();
     notifyChange();
+}
+
+std::string Simulator::freePort() const
+{
+    for (size_t n = 0;; ++n) {
+        const std::string port = "ttyVRN" + std::to_string(n);
+        bool used = false;
+        for (const auto& baseboard : m_baseboards)
+            used = used || baseboard->port() == port;
+        if (!used)
+            return port;
+    }
 }
 
 bool Simulator::plug(const std::string& boardJson, std::string& error)
@@ -91,13 +114,22 @@ bool Simulator::plug(const std::string& boardJson, std::string& error)
         return false;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        for (const auto& board : m_boards) {
-            if (board->spec().uuid == spec.uuid) {
+        for (const auto& baseboard : m_baseboards) {
+            if (baseboard->uuid() == spec.uuid) {
                 error = "Board: uuid: \"" + spec.uuid + "\" is already plugged in";
                 return false;
             }
+            if (baseboard->port() == spec.port) {
+                error = "Board: port: \"" + spec.port + "\" is taken by board \"" + baseboard->uuid() + "\"";
+                return false;
+            }
         }
-        m_boards.push_back(std::make_shared<Board>(std::move(spec)));
+        // A board plugged without a port takes the first free one.
+        if (spec.port.empty())
+            spec.port = freePort();
+        if (!spec.startsInBootloader)
+            m_boards.push_back(std::make_shared<Board>(spec));
+        m_baseboards.push_back(std::make_shared<Baseboard>(std::move(spec)));
     }
     notifyChange();
     return true;
@@ -106,6 +138,7 @@ bool Simulator::plug(const std::string& boardJson, std::string& error)
 bool Simulator::unplug(const std::string& uuid, std::string& error)
 {
     std::shared_ptr<Board> gone;
+    std::shared_ptr<Baseboard> goneBaseboard;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         for (auto it = m_boards.begin(); it != m_boards.end(); ++it) {
@@ -115,12 +148,22 @@ bool Simulator::unplug(const std::string& uuid, std::string& error)
                 break;
             }
         }
+        for (auto it = m_baseboards.begin(); it != m_baseboards.end(); ++it) {
+            if ((*it)->uuid() == uuid) {
+                goneBaseboard = *it;
+                m_baseboards.erase(it);
+                break;
+            }
+        }
     }
-    if (!gone) {
+    if (!gone && !goneBaseboard) {
         error = "No board with uuid \"" + uuid + "\" is plugged in";
         return false;
     }
-    gone->unplug();
+    if (gone)
+        gone->unplug();
+    if (goneBaseboard)
+        goneBaseboard->unplug();
     notifyChange();
     return true;
 }
@@ -198,6 +241,92 @@ uint64_t Simulator::emissionTimeMs(const std::string& uuid)
 {
     std::shared_ptr<Board> board = find(uuid);
     return board ? board->emissionTimeMs() : 0;
+}
+
+std::vector<std::string> Simulator::usbPorts(const std::string& vendor, const std::string& product)
+{
+    std::vector<std::shared_ptr<Baseboard>> baseboards;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        baseboards = m_baseboards;
+    }
+    std::vector<std::string> ports;
+    for (const auto& baseboard : baseboards)
+        if (baseboard->answersAs(vendor, product))
+            ports.push_back(baseboard->port());
+    return ports;
+}
+
+std::shared_ptr<Baseboard> Simulator::baseboardOn(const std::string& port)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    for (const auto& baseboard : m_baseboards)
+        if (baseboard->port() == port)
+            return baseboard;
+    return nullptr;
+}
+
+void Simulator::leaveApplication(const std::shared_ptr<Baseboard>& baseboard)
+{
+    std::shared_ptr<Board> gone;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        for (auto it = m_boards.begin(); it != m_boards.end(); ++it) {
+            if ((*it)->spec().uuid == baseboard->uuid()) {
+                gone = *it;
+                m_boards.erase(it);
+                break;
+            }
+        }
+    }
+    // Handles open on the application lose it as on an unplugged board.
+    if (gone) {
+        gone->unplug();
+        notifyChange();
+    }
+}
+
+bool Simulator::startApplication(const std::shared_ptr<Baseboard>& baseboard)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        size_t position = 0;  // keeps the device list in bench order
+        bool onBench = false;
+        for (const auto& other : m_baseboards) {
+            if (other == baseboard) {
+                onBench = true;
+                break;
+            }
+            for (const auto& board : m_boards)
+                if (board->spec().uuid == other->uuid())
+                    ++position;
+        }
+        if (!onBench || !baseboard->isPlugged())
+            return false;
+        m_boards.insert(m_boards.begin() + long(position), std::make_shared<Board>(baseboard->spec()));
+        baseboard->setMode(Baseboard::Mode::Application);
+    }
+    notifyChange();
+    return true;
+}
+
+bool Simulator::setFlashPace(const char* uuid, const FlashPace& pace, std::string& error)
+{
+    std::vector<std::shared_ptr<Baseboard>> baseboards;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        baseboards = m_baseboards;
+    }
+    bool found = uuid == nullptr;
+    for (auto& baseboard : baseboards) {
+        if (!uuid || baseboard->uuid() == uuid) {
+            baseboard->setPace(pace);
+            found = true;
+        }
+    }
+    if (!found)
+        error = std::string("No board with uuid \"") + uuid + "\" is plugged in";
+    return found;
 }
 
 std::vector<vrn_Device_List_Entry_t> Simulator::availableBoards()

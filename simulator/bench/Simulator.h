@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Baseboard.h"
 #include "Board.h"
 #include "FaultCounter.h"
 
@@ -34,6 +35,17 @@ public:
     uint64_t droppedFrames(const std::string& uuid);
     uint64_t emissionTimeMs(const std::string& uuid);
 
+    // Ports of the baseboards answering with this USB identity, in bench order.
+    std::vector<std::string> usbPorts(const std::string& vendor, const std::string& product);
+    std::shared_ptr<Baseboard> baseboardOn(const std::string& port);
+    // The board's application leaves the bus, and the device list, for its bootloader.
+    void leaveApplication(const std::shared_ptr<Baseboard>& baseboard);
+    // The application starts again from the baseboard's spec; false when the
+    // board was unplugged meanwhile.
+    bool startApplication(const std::shared_ptr<Baseboard>& baseboard);
+    // uuid null: every baseboard on the bench.
+    bool setFlashPace(const char* uuid, const FlashPace& pace, std::string& error);
+
     // Boards plugged and not opened, in bench order.
     std::vector<vrn_Device_List_Entry_t> availableBoards();
     std::shared_ptr<Board> find(const std::string& uuid);
@@ -41,14 +53,17 @@ public:
 
 private:
     Simulator() = default;
-    void replaceBoards(std::vector<std::shared_ptr<Board>> boards);
+    void replaceBoards(std::vector<std::shared_ptr<Board>> boards,
+                       std::vector<std::shared_ptr<Baseboard>> baseboards);
+    std::string freePort() const;
     void notifyChange();
 
     std::mutex m_loadMutex;
     std::mutex m_mutex;
     bool m_loaded = false;
     std::string m_loadError;
-    std::vector<std::shared_ptr<Board>> m_boards;
+    std::vector<std::shared_ptr<Board>> m_boards;          // application running, as the SDK sees them
+    std::vector<std::shared_ptr<Baseboard>> m_baseboards;  // every board on the bus, in bench order
     std::recursive_mutex m_callbackMutex; // guards the callback and its calls
     VrnSimChangeCallback m_callback = nullptr;
     void* m_callbackUser = nullptr;

@@ -49,6 +49,14 @@ typedef struct VrnSimFault {
    called again, so its user data may be released. */
 typedef void (*VrnSimChangeCallback)(void* user);
 
+/* Baseboards on the USB bus, as a flashing library sees them. */
+typedef void (*VrnSimPortCallback)(const char* port, void* user);
+typedef void (*VrnSimFlashStatusCallback)(const char* text, void* user);
+typedef void (*VrnSimFlashProgressCallback)(uint64_t done, uint64_t total, void* user);
+
+#define VRNSIM_BOOTLOADER_VENDOR_ID "03EB"
+#define VRNSIM_BOOTLOADER_PRODUCT_ID "6124"
+
 typedef struct VrnSimControl {
     uint32_t version;       /* VRNSIM_CONTROL_VERSION */
     uint32_t struct_size;   /* sizeof(VrnSimControl) */
@@ -74,6 +82,24 @@ typedef struct VrnSimControl {
        the emission under way included; 0 for unknown boards. Lets a test see
        what a duty-cycle protector really did to the transmitter. */
     uint64_t (*emission_time_ms)(const char* uuid);
+
+    /* Calls `each` with the serial port of every baseboard answering with
+       this USB identity now (four upper-case hex digits, e.g. "2F5A"/"0251";
+       a board in its bootloader answers as "03EB"/"6124"), in bench order. */
+    void (*usb_ports)(const char* vendor_id, const char* product_id, VrnSimPortCallback each, void* user);
+    /* Switches the board on `port` into its bootloader: it leaves the device
+       list at once and answers as the bootloader after its switching time.
+       product_id NULL or "": any board. A board already there is left alone. */
+    const char* (*activate_bootloader)(const char* port, const char* product_id);
+    /* Erases, writes, verifies and restarts the board in bootloader mode on
+       `port` with an image (simulator/flash/FirmwareImage.h); the reports
+       arrive on the calling thread during the call, which returns once the
+       board runs the image's firmware (or has failed). */
+    const char* (*flash_image)(const char* port, const uint8_t* image, uint64_t size,
+                               VrnSimFlashStatusCallback status, VrnSimFlashProgressCallback progress, void* user);
+    /* Milliseconds per progress step and off the bus while switching modes;
+       uuid NULL: every board of the bench. */
+    const char* (*set_flash_pace)(const char* uuid, uint32_t step_ms, uint32_t switch_ms);
 } VrnSimControl;
 
 typedef const VrnSimControl* (*vrnsim_control_fn)(void);
