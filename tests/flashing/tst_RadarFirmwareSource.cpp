@@ -1,3 +1,5 @@
+#include "FirmwareImageBytes.h"
+
 #include "flashing/RadarFirmwareSource.h"
 #include "frame/RadarGeneralUserSettings.h"
 #include "core/JSONConfigurationFile.h"
@@ -6,37 +8,8 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QTemporaryDir>
-#include <QtEndian>
 #include <QtTest>
 
-namespace {
-
-quint32 crc32(const QByteArray& data)
-{
-    quint32 crc = 0xFFFFFFFFu;
-    for (const char byte : data) {
-        crc ^= quint8(byte);
-        for (int k = 0; k < 8; ++k)
-            crc = (crc & 1) ? 0xEDB88320u ^ (crc >> 1) : crc >> 1;
-    }
-    return ~crc;
-}
-
-QByteArray image(quint16 major, quint16 minor, quint16 build, const QByteArray& payload = "firmware bytes")
-{
-    QByteArray bytes("RBK4", 4);
-    bytes.resize(20);
-    auto* h = reinterpret_cast<uchar*>(bytes.data());
-    qToLittleEndian<quint16>(major, h + 4);
-    qToLittleEndian<quint16>(minor, h + 6);
-    qToLittleEndian<quint16>(build, h + 8);
-    qToLittleEndian<quint16>(0, h + 10);
-    qToLittleEndian<quint32>(quint32(payload.size()), h + 12);
-    qToLittleEndian<quint32>(crc32(payload), h + 16);
-    return bytes + payload;
-}
-
-} // namespace
 
 class TestRadarFirmwareSource : public QObject
 {
@@ -61,7 +34,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("error");
-        const QByteArray good = image(2, 6, 0);
+        const QByteArray good = firmwareImageBytes(2, 6, 0);
         QByteArray badMagic = good;
         badMagic[0] = 'X';
         QByteArray badCrc = good;
@@ -100,10 +73,10 @@ private slots:
     {
         QFETCH(QString, board);
         QFETCH(QString, offered);
-        write("RadarBaseboardKT4_v2.9.1.bin", image(2, 9, 1));
-        write("RadarBaseboardKT4_v2.10.0.bin", image(2, 10, 0));
+        write("RadarBaseboardKT4_v2.9.1.bin", firmwareImageBytes(2, 9, 1));
+        write("RadarBaseboardKT4_v2.10.0.bin", firmwareImageBytes(2, 10, 0));
         // Named as the newest, but damaged: never offered.
-        write("RadarBaseboardKT4_v9.0.0.bin", image(9, 0, 0).left(30));
+        write("RadarBaseboardKT4_v9.0.0.bin", firmwareImageBytes(9, 0, 0).left(30));
         RadarFirmwareSource source(m_app.path());
         QCOMPARE(QFileInfo(source.newerImageFor(board)).fileName(), offered);
         QCOMPARE(QFileInfo(source.firmwareImage()).fileName(), QStringLiteral("RadarBaseboardKT4_v2.10.0.bin"));
