@@ -108,7 +108,7 @@ void ZP7SDataProcessing::clear()
 
 bool ZP7SDataProcessing::acquisitionStep()
 {
-    IZP7SDataProvider* provider = m_provider;
+    IZP7SDataProvider* provider = m_provider.load();
     if (!provider || !m_config)
         return false;
     const ZP7SFrameResult result = provider->getNextFrame(*m_config->deviceConfig());
@@ -139,7 +139,7 @@ bool ZP7SDataProcessing::acquisitionStep()
 
 void ZP7SDataProcessing::startAcquisition()
 {
-    if (m_worker || !m_provider)
+    if (m_worker || !m_provider.load())
         return;
     const quint32 run = ++m_workerRun;
     // The end hook runs on the worker as its loop ends, after a stop() as
@@ -165,8 +165,8 @@ void ZP7SDataProcessing::stopAcquisition()
     stopRecording();
     m_worker->stop();
     m_worker.reset();
-    if (m_provider)
-        m_provider->stopAcquisition();
+    if (IZP7SDataProvider* provider = m_provider.load())
+        provider->stopAcquisition();
     qInfo() << "ZP7 acquisition stopped after" << frameNumber() << "frames";
 }
 

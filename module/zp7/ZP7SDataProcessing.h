@@ -26,8 +26,9 @@ class ZP7STimeDomainChartData;
 // to the recording, and asks for a chart update at most once per refresh
 // interval; the charts are computed from the newest frame on the owner's
 // thread. Shared between the two threads: the newest frame (frame mutex,
-// held only to swap the pointer), the frame numbering and the refresh
-// interval (atomic). Everything else belongs to the owner's thread.
+// held only to swap the pointer), the provider, the frame numbering and the
+// refresh interval (atomic). The running configuration is read by the
+// worker and changed only while it is stopped. Everything else belongs to the owner's thread.
 class ZP7SDataProcessing : public QObject
 {
     Q_OBJECT
@@ -38,8 +39,8 @@ public:
     ~ZP7SDataProcessing() override;
 
     // Not owned; null detaches (a board is attached again by its coordinator).
-    void setDataProvider(IZP7SDataProvider* provider) { m_provider = provider; }
-    IZP7SDataProvider* dataProvider() const { return m_provider; }
+    void setDataProvider(IZP7SDataProvider* provider) { m_provider.store(provider); }
+    IZP7SDataProvider* dataProvider() const { return m_provider.load(); }
 
     // Only with a provider; a running acquisition is left alone.
     void startAcquisition();
@@ -97,7 +98,8 @@ private:
 
     ZP7SConfig* m_config;
     CoreUserSettings* m_coreSettings;
-    IZP7SDataProvider* m_provider = nullptr;
+    // Read by the worker; changed by the owner while no worker runs.
+    std::atomic<IZP7SDataProvider*> m_provider { nullptr };
 
     mutable std::mutex m_frameMutex;
     ZP7SFrame m_latestFrame; // guarded by m_frameMutex
