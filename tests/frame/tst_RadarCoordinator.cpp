@@ -42,15 +42,6 @@ private slots:
         qRegisterMetaType<QSet<QString>>("QSet<QString>");
     }
 
-    void freshCoordinatorIsStandardWithoutModes()
-    {
-        RadarCoordinator coordinator;
-        QCOMPARE(coordinator.userMode(), standard);
-        QVERIFY(coordinator.userModes().isEmpty());
-        QVERIFY(!coordinator.isConnected());
-        QVERIFY(!coordinator.isAcquisitionActive());
-    }
-
     void userModesListsEachModeOnce()
     {
         Bench bench;
@@ -247,23 +238,6 @@ private slots:
         bench.coordinator.setUserMode(cw);
         QCOMPARE(bench.coordinator.userMode(), standard);
         QCOMPARE(changed.count(), 0);
-    }
-
-    void switchingModeReconnectsSameBoard()
-    {
-        Bench bench;
-        QVERIFY(bench.coordinator.connectDevice("uuid-7", fmcw));
-        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
-
-        bench.coordinator.setUserMode(cw);
-
-        QCOMPARE(bench.standardMode.calls, QStringList({ "connect uuid-7", "disconnect" }));
-        QCOMPARE(bench.cwMode.calls, QStringList { "connect uuid-7" });
-        QVERIFY(bench.cwMode.isConnected());
-        QVERIFY(!bench.standardMode.isConnected());
-        QVERIFY(bench.coordinator.isDeviceConnected("uuid-7"));
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(changed.first().first().toString(), cw);
     }
 
     void submoduleDisconnectionRescans()
