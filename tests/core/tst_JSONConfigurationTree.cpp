@@ -103,8 +103,6 @@ private slots:
         QTest::newRow("u8") << "quint8" << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
         QTest::newRow("u16") << "quint16" << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
         QTest::newRow("u32 max") << "quint32" << QByteArray("4294967295") << "" << QVariant::fromValue(quint32(4294967295u));
-        QTest::newRow("u64 2^53") << "quint64" << QByteArray("9007199254740992") << ""
-                                  << QVariant::fromValue(quint64(1) << 53);
         QTest::newRow("u64 2^63") << "quint64" << QByteArray("9223372036854775808") << ""
                                   << QVariant::fromValue(quint64(1) << 63);
         QTest::newRow("u64 1.5*2^63") << "quint64" << QByteArray("13835058055282163712") << ""
@@ -121,8 +119,6 @@ private slots:
         QTest::newRow("text") << "QString" << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
         QTest::newRow("number for text") << "QString" << QByteArray("5")
                                          << "Field radar.v type error: String expected" << QVariant();
-        QTest::newRow("null for text") << "QString" << QByteArray("null")
-                                       << "Field radar.v type error: String expected" << QVariant();
     }
 
     void leafConversion()
@@ -312,25 +308,6 @@ private slots:
         QCOMPARE(b, QString("two"));
     }
 
-    void jsonVersionCheck_data()
-    {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("both wrong: type first") << "KMR7B" << "2.0" << "Invalid json type";
-        QTest::newRow("type wrong") << "KMR7B" << "1.0" << "Invalid json type";
-        QTest::newRow("version wrong") << "KMR7A" << "2.0" << "Invalid json version";
-        QTest::newRow("match") << "KMR7A" << "1.0" << "";
-    }
-
-    void jsonVersionCheck()
-    {
-        QFETCH(QString, type);
-        QFETCH(QString, version);
-        QFETCH(QString, error);
-        QCOMPARE(JSONVersion("KMR7A", "1.0").check(type, version), error);
-    }
-
     void jsonVersionNodeReadsItsMembers()
     {
         JSONVersion stamp;
@@ -341,6 +318,9 @@ private slots:
         QCOMPARE(stamp.version(), QString("1.0"));
         QCOMPARE(loadFromText(root, R"({"json_version": {"type": "KMR7C"}})"),
                  QString("Mandatory field json_version.version is missing"));
+        // Both wrong: the type is named first. Each alone is checked through
+        // the configuration files' tests.
+        QCOMPARE(JSONVersion("KMR7A", "1.0").check("KMR7B", "2.0"), QString("Invalid json type"));
     }
 
     void fileRoundTripOmitsRootName()

@@ -15,7 +15,6 @@ class AgedLogging : public Logging
 public:
     QString directory;
     QMap<QString, qint64> ages;
-    QString applicationLogDirectory() const { return Logging::logDirectory(); }
 
 protected:
     QString logDirectory() const override { return directory; }
@@ -92,11 +91,6 @@ private slots:
         m_logging->setAutoClearLogs(true);
         QCOMPARE(autoChanged.count(), 1);
         QCOMPARE(remaining(), (QStringList { "README", "hour.log", "unknown.log" }));
-    }
-
-    void logDirectoryIsBelowApplicationDirectory()
-    {
-        QCOMPARE(m_logging->applicationLogDirectory(), QCoreApplication::applicationDirPath() + "/logs/");
     }
 
 private:
