@@ -22,6 +22,7 @@ private slots:
         settings->fftConfig()->setMeanRemoval(false);
         settings->fftConfig()->window()->setType("Hanning");
         settings->fftConfig()->window()->setScale(2.0f);
+        settings->fftConfig()->window()->setAttenuationDB(-60.0f);
 
         auto calculator = create();
         QVERIFY(calculator);
@@ -33,6 +34,9 @@ private slots:
         QCOMPARE(sent.fft_config.window_config.type, VRN_WINDOW_HANN);
         QCOMPARE(sent.fft_config.window_config.size, 300u);
         QCOMPARE(sent.fft_config.window_config.scale, 2.0f);
+        QCOMPARE(sent.fft_config.window_config.attenuation_dB, -60.0f);
+        QCOMPARE(sent.fft_config.is_normalized_window, uint8_t(1));
+        QCOMPARE(sent.output_scale_type, VRN_SCALE_TYPE_DECIBEL_20LOG);
         QCOMPARE(sent.num_of_chirps_per_frame, 32u);
         QCOMPARE(calculator->configuration().fft_config.fft_size, 512u);
     }
