@@ -58,7 +58,7 @@ void RadarFlasher::flash(const QString& imagePath)
         qWarning().noquote() << QStringLiteral("The previous job of %1 has not left the flashing library yet")
                                     .arg(QString::fromStdString(m_name));
 
-    qInfo().noquote() << QStringLiteral("Flashing %1 with %2").arg(QString::fromStdString(m_name), imagePath);
+    qDebug().noquote() << QStringLiteral("Flashing %1 with %2").arg(QString::fromStdString(m_name), imagePath);
     auto* worker = new RadarFlasherWorker(m_port, m_productId, imagePath, m_identity, m_timing, m_libraryFactory());
     setProgress(0);
     setStatus(FlasherStatus::STARTED);

@@ -96,7 +96,7 @@ void RadarFlasherMonitor::onScanned(const QMap<QString, QString>& normalPorts, c
             ++it;
             continue;
         }
-        qInfo().noquote() << QStringLiteral("Baseboard on %1 has gone").arg(it.key());
+        qDebug().noquote() << QStringLiteral("Baseboard on %1 has gone").arg(it.key());
         const std::string name = flasher->name();
         m_inBootloader.remove(it.key());
         it = m_flashers.erase(it);
@@ -108,7 +108,7 @@ void RadarFlasherMonitor::onScanned(const QMap<QString, QString>& normalPorts, c
         const bool inBootloader = bootloaderPorts.contains(port);
         auto known = m_flashers.find(port);
         if (known == m_flashers.end()) {
-            qInfo().noquote() << QStringLiteral("Baseboard found on %1 (product %2)").arg(port, it.value());
+            qDebug().noquote() << QStringLiteral("Baseboard found on %1 (product %2)").arg(port, it.value());
             auto flasher = std::make_shared<RadarFlasher>(port, it.value(), m_identity, m_firmwareSource,
                                                           m_jobLibraries, m_timing);
             // A board may have gone during its job; look again once it ends.

@@ -136,47 +136,50 @@ private slots:
     void eachFaultEndsInItsStatus_data()
     {
         QTest::addColumn<QString>("extra");
-        QTest::addColumn<bool>("damaged");
+        QTest::addColumn<QString>("image");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("firmware");
         QTest::newRow("bootloader activation fails")
-            << R"(, "flash_faults": [ { "kind": "activation_fails" } ])" << false
+            << R"(, "flash_faults": [ { "kind": "activation_fails" } ])" << "good"
             << int(FlasherStatus::BOOTLOADER_FAILURE) << "EXIT: failure" << "2.5.1";
         QTest::newRow("bootloader never shows")
-            << R"(, "flash_faults": [ { "kind": "no_bootloader" } ])" << false << int(FlasherStatus::NO_DEVICE)
+            << R"(, "flash_faults": [ { "kind": "no_bootloader" } ])" << "good" << int(FlasherStatus::NO_DEVICE)
             << "ERROR: DEVICE NOT FOUND" << "2.5.1";
         QTest::newRow("writing fails at 40 %")
-            << R"(, "flash_faults": [ { "kind": "write_fails", "at_percent": 40 } ])" << false
+            << R"(, "flash_faults": [ { "kind": "write_fails", "at_percent": 40 } ])" << "good"
             << int(FlasherStatus::FLASHING_FAILURE) << "EXIT: failure" << "<not listed>";
         QTest::newRow("damaged image fails verification")
-            << "" << true << int(FlasherStatus::FLASHING_FAILURE) << "EXIT: failure" << "<not listed>";
+            << "" << "damaged" << int(FlasherStatus::FLASHING_FAILURE) << "EXIT: failure" << "<not listed>";
+        QTest::newRow("missing image leaves the board alone")
+            << "" << "missing" << int(FlasherStatus::FINISHED_FAILURE) << "EXIT: failure" << "2.5.1";
         QTest::newRow("board never comes back")
-            << R"(, "flash_faults": [ { "kind": "no_return" } ])" << false << int(FlasherStatus::FINISHED_FAILURE)
+            << R"(, "flash_faults": [ { "kind": "no_return" } ])" << "good" << int(FlasherStatus::FINISHED_FAILURE)
             << "EXIT: failure" << "<not listed>";
         QTest::newRow("board starting in its bootloader is written at once")
-            << R"(, "mode": "bootloader")" << false << int(FlasherStatus::FINISHED_SUCCESS) << "EXIT: successful"
+            << R"(, "mode": "bootloader")" << "good" << int(FlasherStatus::FINISHED_SUCCESS) << "EXIT: successful"
             << "2.6.0";
     }
 
     void eachFaultEndsInItsStatus()
     {
         QFETCH(QString, extra);
-        QFETCH(bool, damaged);
+        QFETCH(QString, image);
         QFETCH(int, status);
         QFETCH(QString, message);
         QFETCH(QString, firmware);
         QCOMPARE(m_sdk.sim->load_bench_json(bench(extra).constData()), nullptr);
         startMonitor({ 20s, 0ms, 1s });
-        QByteArray image = firmwareImageBytes(2, 6, 0);
-        if (damaged)
-            image[30] = char(image[30] ^ 0x55);
+        QByteArray bytes = firmwareImageBytes(2, 6, 0);
+        if (image == "damaged")
+            bytes[30] = char(bytes[30] ^ 0x55);
         auto flasher = m_monitor->flasherOnPort("ttyVRN0");
         QVERIFY(flasher);
-        const Job job = run(*flasher, writeImage("image.bin", image));
+        const Job job = run(*flasher, image == "missing" ? m_app.filePath("none.bin") : writeImage("image.bin", bytes));
         QCOMPARE(int(flasher->status()), status);
         QCOMPARE(job.messages.last(), message);
-        QCOMPARE(job.messages.contains("BOOTLOADER: 0 Activating the bootloader"), !extra.contains("\"mode\""));
+        QCOMPARE(job.messages.contains("BOOTLOADER: 0 Activating the bootloader"),
+                 !extra.contains("\"mode\"") && image != "missing");
         QCOMPARE(firmwareOf("F2-A"), firmware);
         // Wherever the board ended, it stays offered for another attempt.
         detect();
@@ -198,6 +201,25 @@ private slots:
         QCOMPARE(flasher->status(), FlasherStatus::TIMEOUT);
     }
 
+    void secondRequestWhileFlashingIsIgnored()
+    {
+        QCOMPARE(m_sdk.sim->load_bench_json(bench({}).constData()), nullptr);
+        m_sdk.sim->set_flash_pace(nullptr, 5, 20);
+        startMonitor({ 20s, 0ms, 5s });
+        auto flasher = m_monitor->flasherOnPort("ttyVRN0");
+        QSignalSpy finished(flasher.get(), &IFlasher::finished);
+        QSignalSpy started(flasher.get(), &IFlasher::statusChanged);
+        flasher->flash(writeImage("RadarBaseboardKT4_v2.6.0.bin", firmwareImageBytes(2, 6, 0)));
+        QTRY_COMPARE_WITH_TIMEOUT(flasher->status(), FlasherStatus::FLASHING, 5000);
+        const int changes = started.count();
+        flasher->flash(m_app.filePath("none.bin"));
+        QCOMPARE(flasher->status(), FlasherStatus::FLASHING);
+        QCOMPARE(started.count(), changes);
+        QVERIFY(finished.wait(20000));
+        QCOMPARE(flasher->status(), FlasherStatus::FINISHED_SUCCESS);
+        QCOMPARE(firmwareOf("F2-A"), QStringLiteral("2.6.0"));
+    }
+
     void listFollowsHotPlug()
     {
         QCOMPARE(m_sdk.sim->load_bench_json(bench({}).constData()), nullptr);
@@ -210,6 +232,16 @@ private slots:
         QCOMPARE(m_sdk.sim->unplug_board("F2-A"), nullptr);
         detect();
         QCOMPARE(m_listed, QStringList { "ttyVRN7 (Radar)" });
+
+        // A board plugged in while in its bootloader is offered, and the user told.
+        QSignalSpy notices(m_monitor.get(), &RadarFlasherMonitor::triggerEvent);
+        QCOMPARE(m_sdk.sim->plug_board(R"({ "uuid": "F2-C", "shield": 512, "port": "ttyVRN9", "mode": "bootloader" })"),
+                 nullptr);
+        detect();
+        QCOMPARE(m_listed, (QStringList { "ttyVRN7 (Radar)", "ttyVRN9 (Radar)" }));
+        QCOMPARE(notices.count(), 1);
+        QCOMPARE(notices.first().at(1).toString(),
+                 QStringLiteral("The radar baseboard on ttyVRN9 is waiting in its bootloader"));
     }
 };
 
