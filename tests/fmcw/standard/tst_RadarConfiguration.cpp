@@ -17,7 +17,6 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -72,7 +71,6 @@ private slots:
         QTest::addColumn<float>("rangeResolution");
 
         QTest::newRow("None on KMR7A") << RadarConstants::None << "KMR7A" << 0.1f << QVector<int> { 3 } << 0.3f;
-        QTest::newRow("None on KMR7B") << RadarConstants::None << "KMR7B" << 0.1f << QVector<int> { 3 } << 0.3f;
         QTest::newRow("None on KMR7C") << RadarConstants::None << "KMR7C" << 0.1f << QVector<int> { 1 } << 0.3f;
         QTest::newRow("presence on KMR7A") << RadarConstants::PresenceSensing << "KMR7A" << 0.2f << QVector<int> { 3 }
                                            << 0.15f;
@@ -161,19 +159,6 @@ private slots:
             QCOMPARE(lastMessage(*m_events), message);
             QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), appliedFrameTime);
         }
-    }
-
-    void switchingApplicationLoadsItsDefault()
-    {
-        applyApplication(RadarConstants::None);
-        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-        QCOMPARE(edited.metrics()->frameRepetitionTimeS(), 0.1f);
-        edited.setApplication(RadarConstants::PresenceSensing);
-        QVERIFY(m_configuration->applyGuiConfiguration());
-        const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
-        QCOMPARE(applied.application(), RadarConstants::PresenceSensing);
-        QCOMPARE(applied.metrics()->frameRepetitionTimeS(), 0.2f);
-        QCOMPARE(applied.metrics()->rangeResolutionM(), 0.15f);
     }
 
     void applicationChosenAfterALoadedFileStartsFromItsDefaults_data()
@@ -414,14 +399,6 @@ private slots:
         broken.replace("KMR7C_Extended", "KMR7X_Extended");
         QVERIFY(!player.loadRecordingDocument(broken, error));
         QCOMPARE(error, QStringLiteral("Invalid json type"));
-    }
-
-    void fileNameProposalNamesChipAndTime()
-    {
-        describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7B"));
-        QVERIFY(QRegularExpression(QStringLiteral("^KMR7B_Settings_\\d{8}-\\d{6}\\.json$"))
-                    .match(m_configuration->suggestGeneralConfigFileName())
-                    .hasMatch());
     }
 
 private:

@@ -123,18 +123,6 @@ private slots:
         m_fake.reset();
     }
 
-    void servesTheThreeFmcwShields()
-    {
-        const QList<IRadarSubmoduleCoordinator::Mode> expected {
-            { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") },
-            { VRN_SHIELD_FMCW_513, QStringLiteral("Standard") },
-            { VRN_SHIELD_FMCW_514, QStringLiteral("Standard") }
-        };
-        QCOMPARE(m_coordinator->supportedModes(), expected);
-        QCOMPARE(m_coordinator->name(), QStringLiteral("RadarS"));
-        QVERIFY(!m_coordinator->isConnected());
-    }
-
     void eventTable_data()
     {
         QTest::addColumn<int>("code");
@@ -214,14 +202,6 @@ private slots:
         QCOMPARE(m_coordinator->isAcquisitionActive(), acquiring);
     }
 
-    void refusedFileDoesNotInterruptAcquisition()
-    {
-        m_coordinator->startAcquisition();
-        QVERIFY(!m_coordinator->applyConfiguration(QStringLiteral("/nonexistent/settings.json")));
-        QCOMPARE(m_processing->calls, QStringList { "start" });
-        QVERIFY(m_coordinator->isAcquisitionActive());
-    }
-
     void revertApplyFollowsEdits_data()
     {
         QTest::addColumn<QString>("edit");
@@ -230,7 +210,6 @@ private slots:
         QTest::newRow("frame time within tolerance") << "frameTolerance" << false;
         QTest::newRow("maximum range") << "range" << true;
         QTest::newRow("derived sample rate") << "sampleRate" << true;
-        QTest::newRow("application") << "application" << true;
     }
 
     void revertApplyFollowsEdits()
@@ -241,8 +220,7 @@ private slots:
         RadarView view(m_coordinator.get(), m_configuration.get(), m_processing.get(), nullptr, m_settings.get());
         QSignalSpy changes(&view, &RadarView::revertApplyAvailableChanged);
 
-        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-        Metrics& metrics = *edited.metrics();
+        Metrics& metrics = *m_configuration->editedConfiguration()->metrics();
         const float frameTime = metrics.frameRepetitionTimeS();
         const float maxRange = metrics.maxRangeM();
         const quint32 sampleRate = metrics.sampleRateHz();
@@ -253,10 +231,8 @@ private slots:
                 metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.0005f);
             else if (edit == QLatin1String("range"))
                 metrics.setMaxRangeM(undo ? maxRange : maxRange + 1.0f);
-            else if (edit == QLatin1String("sampleRate"))
-                metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
             else
-                edited.setApplication(undo ? RadarConstants::None : RadarConstants::PresenceSensing);
+                metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
         };
 
         change(false);
