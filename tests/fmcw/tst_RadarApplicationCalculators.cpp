@@ -61,6 +61,7 @@ private slots:
         QCOMPARE(sent.presence_confirm_count, 2u);
         QCOMPARE(sent.absence_confirm_count, 7u);
         QCOMPARE(sent.sensitivity_threshold, 0.25f); // the SDK's default stays
+        QCOMPARE(sent.range_resolution_m, 0.25f); // as the SDK computes it for the scene
         // The scene replaces the device record the defaults brought.
         QCOMPARE(sent.device_config.num_samples_per_chirp, 64u);
         QCOMPARE(sent.device_config.num_chirps_per_frame, 32u);

@@ -250,22 +250,6 @@ private slots:
         QCOMPARE(presence.rangeHysteresisPercentage(), 10.0f);
         QCOMPARE(presence.absenceConfirmCount(), 7u);
         QCOMPARE(presence.presenceConfirmCount(), 2u);
-
-        config->presenceSensing()->setMaxDetectionRange(3.0f);
-        vrn_PresenceSensing_Config_t record {};
-        utils->fillPresenceSensingRecord(*config, record);
-        QCOMPARE(record.max_detection_range_m, 3.0f);
-        QCOMPARE(record.sensitivity_threshold, 0.5f);
-        QCOMPARE(record.range_resolution_m, 0.25f);
-    }
-
-    void bandwidthIsUpperMinusLower()
-    {
-        RadarDeviceParameters parameters;
-        parameters.setLowerFrequencyHz(58000000000ull);
-        parameters.setUpperFrequencyHz(63000000000ull);
-        QCOMPARE(RadarConfigurationUtils::bandwidth(parameters), 5e9f);
-        QCOMPARE(RadarConfigurationUtils::activeAntennaCount(0xF5u), 2);
     }
 
 private:
