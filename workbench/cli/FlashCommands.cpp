@@ -129,6 +129,6 @@ int flashBoard(ModuleHost& host, const QString& name, const QString& image, QTex
         err << "The flasher did not start the job: " << FlashJob::statusName(status) << Qt::endl;
         return ExitCode::SessionFailed;
     }
-    err << "Flashing failed: " << FlashJob::statusName(status) << ": " << flasher->message() << Qt::endl;
+    err << "Flashing failed: " << FlashJob::statusName(status) << ": " << job.failure() << Qt::endl;
     return ExitCode::SessionFailed;
 }

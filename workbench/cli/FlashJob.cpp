@@ -5,6 +5,7 @@
 #include "host/IFlasher.h"
 
 #include <QEventLoop>
+#include <QRegularExpression>
 #include <QMetaEnum>
 #include <QTextStream>
 
@@ -70,12 +71,27 @@ void FlashJob::onMessage()
     const QString message = m_flasher->message();
     if (message.isEmpty())
         return;
-    // The messages read "PHASE: detail"; the phase labels the bar.
+    // The messages read "PHASE: detail"; the phase labels the bar. While
+    // writing and verifying, the flasher repeats its percentage as a
+    // message ("WRITE: 42"): the bar shows that already.
+    static const QRegularExpression progressEcho(QStringLiteral("^[A-Z]+: \\d+$"));
     const int colon = message.indexOf(QLatin1Char(':'));
     if (colon > 0 && colon < 16)
         m_phase = message.left(colon);
+    if (progressEcho.match(message).hasMatch()) {
+        drawBar();
+        return;
+    }
+    static const QString errorPrefix = QStringLiteral("ERROR: ");
+    if (message.startsWith(errorPrefix))
+        m_lastError = message.mid(errorPrefix.size());
     endBar();
     m_out << message << Qt::endl;
+}
+
+QString FlashJob::failure() const
+{
+    return m_lastError.isEmpty() ? m_flasher->message() : m_lastError;
 }
 
 void FlashJob::onStatus()

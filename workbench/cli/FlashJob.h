@@ -21,6 +21,9 @@ public:
     // interrupted; the flasher's own time limit bounds the wait.
     FlasherStatus::Status run(const QString& image);
     bool wasInterrupted() const { return m_interrupted; }
+    // What went wrong, as the flasher's last "ERROR: ..." message put it;
+    // its final message otherwise.
+    QString failure() const;
 
     static bool isFinal(FlasherStatus::Status status);
     static QString statusName(FlasherStatus::Status status);
@@ -41,6 +44,7 @@ private:
     std::shared_ptr<IFlasher> m_flasher;
     QTextStream& m_out;
     QString m_phase;
+    QString m_lastError;
     bool m_barShown = false;
     bool m_interrupted = false;
 };
