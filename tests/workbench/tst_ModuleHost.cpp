@@ -135,7 +135,7 @@ private slots:
         const QJsonObject saved = readJson(settings);
         QCOMPARE(saved.keys(), QStringList({ "radar", "workbench" }));
         const QJsonObject radar = saved.value("radar").toObject();
-        QCOMPARE(radar.keys(), QStringList({ "common", "cw_mode", "standard", "userMode" }));
+        QCOMPARE(radar.keys(), QStringList({ "common", "cw_mode", "flashing", "standard", "userMode" }));
         QCOMPARE(radar.value("userMode").toString(), QString("Standard"));
         QVERIFY(radar.value("common").toObject().contains("range_spectrum"));
         QVERIFY(radar.value("common").toObject().contains("time_domain"));
