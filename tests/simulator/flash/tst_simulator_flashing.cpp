@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <thread>
 
 namespace {
 
@@ -284,6 +285,23 @@ private slots:
         QVERIFY(clock.elapsed() >= 550);
         QCOMPARE(progress.size(), 110);
         QVERIFY(sdk.sim->set_flash_pace("nobody", 0, 0));
+    }
+
+    void boardUnpluggedWhileFlashingEndsTheFlashAtOnce()
+    {
+        QVERIFY(!sdk.sim->load_bench_json(bench(board("u-1", "KMR7A", R"(, "mode": "bootloader")"))));
+        QVERIFY(!sdk.sim->set_flash_pace("u-1", 1000, 0));
+        QElapsedTimer clock;
+        clock.start();
+        std::string message;
+        std::thread flashing([&] { library.flash("ttyVRN0", FIRMWARE_IMAGE, message); });
+        QTest::qWait(100);
+        QVERIFY(!sdk.sim->unplug_board("u-1"));
+        flashing.join();
+        // The first erase step alone would take a second.
+        QVERIFY(clock.elapsed() < 900);
+        QCOMPARE(QString::fromStdString(message), QStringLiteral("The baseboard on ttyVRN0 was unplugged while flashing"));
+        QCOMPARE(bootloaderPorts(), QStringList());
     }
 
     void imageLayout()
