@@ -92,9 +92,12 @@ QObject* WorkbenchWindow::activeView() const
 
 void WorkbenchWindow::followSource(QObject* sourceView, const QString& uuid)
 {
+    QObject* before = activeView();
     if (sourceView)
         m_status->setView(sourceView);
     m_status->restart(uuid);
+    if (activeView() != before)
+        emit activeViewChanged();
 }
 
 QObject* WorkbenchWindow::coordinator() const

@@ -37,6 +37,7 @@ class WorkbenchWindow : public QObject
     Q_PROPERTY(int maxRefreshMs READ maxRefreshMs CONSTANT)
     Q_PROPERTY(QString settingsPath READ settingsPath CONSTANT)
     Q_PROPERTY(QString closingReason READ closingReason NOTIFY closingReasonChanged)
+    Q_PROPERTY(QObject* activeView READ activeView NOTIFY activeViewChanged)
 public:
     // `logFile` may be null (no log file of the host's own).
     WorkbenchWindow(ModuleHost& host, LogFile* logFile, QObject* parent = nullptr);
@@ -85,6 +86,7 @@ public:
 
 signals:
     void closingReasonChanged();
+    void activeViewChanged();
 
 public slots:
     void onParsingActiveChanged();

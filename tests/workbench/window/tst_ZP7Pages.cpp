@@ -153,6 +153,7 @@ private slots:
     void dopplerChartShowsTheTargetsSpeed_data();
     void dopplerChartShowsTheTargetsSpeed();
     void pulseSettingsApplyAndRevert();
+    void chartSettingsReachTheDopplerChart();
     void savedConfigurationLoadsBackThroughTheDialogs();
     void typedFrameValueIsJudged_data();
     void typedFrameValueIsJudged();
@@ -248,6 +249,26 @@ void TestZP7Pages::pulseSettingsApplyAndRevert()
     QCOMPARE(edited->property("abbGain").toInt(), 384);
     QTRY_VERIFY(rig.item("zp7_channel_2")->property("checked").toBool());
     QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
+    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+}
+
+void TestZP7Pages::chartSettingsReachTheDopplerChart()
+{
+    WindowRig rig;
+    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+    QTRY_VERIFY_WITH_TIMEOUT(pointCount(rig, "zp7DopplerChart") > 0, 5000);
+    // In dB every bin lies below full scale.
+    QVERIFY(peak(rig, "zp7DopplerChart").value("y").toDouble() < 0);
+
+    // The window's settings switch the shared spectrum to linear magnitudes:
+    // the running ZP7 processing takes them over at once.
+    QVERIFY(rig.click("settingsButton"));
+    rig.key("rangeSpectrumScale", Qt::Key_Down);
+    QTRY_COMPARE(rig.item("rangeSpectrumScale")->property("currentIndex").toInt(), 1);
+    QVERIFY(rig.click("settingsButton"));
+    QTRY_VERIFY_WITH_TIMEOUT(peak(rig, "zp7DopplerChart").value("y").toDouble() > 0, 5000);
+    QCOMPARE(rig.item("zp7DopplerChart")->findChild<QQuickItem*>("chartYTitle")->property("text").toString(),
+             QString("Magnitude"));
     QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
 }
 

@@ -14,6 +14,15 @@ ScrollView {
     readonly property var logs: workbench.logs
     readonly property var chartSettings: typeof radarView !== "undefined" && radarView ? radarView.userSettings : null
 
+    // The spectrum settings are shared by the modes; the running one takes
+    // them over into its processing (the pulsed-Doppler mode's Doppler FFT
+    // while such a board runs).
+    function applySpectrumSettings() {
+        var view = workbench.activeView
+        if (view && typeof view.applyRangeSpectrumConfigurationRuntime === "function")
+            view.applyRangeSpectrumConfigurationRuntime()
+    }
+
     // A number typed into a field, applied when it parses and lies within
     // the field's limits; otherwise the field shows what is in force.
     component NumberField: TextField {
@@ -321,7 +330,7 @@ ScrollView {
                         displayText: page.chartSettings ? page.chartSettings.rangeSpectrum.fftSize : ""
                         onActivated: function (index) {
                             page.chartSettings.rangeSpectrum.fftSize = model[index]
-                            radarView.applyRangeSpectrumConfigurationRuntime()
+                            page.applySpectrumSettings()
                         }
                     }
                     Caption { text: qsTr("Y min") }
@@ -350,7 +359,7 @@ ScrollView {
                         currentIndex: page.chartSettings && page.chartSettings.rangeSpectrum.isLinearFftMagnitude ? 1 : 0
                         onActivated: function (index) {
                             page.chartSettings.rangeSpectrum.isLinearFftMagnitude = index === 1
-                            radarView.applyRangeSpectrumConfigurationRuntime()
+                            page.applySpectrumSettings()
                         }
                     }
                     Caption { text: qsTr("Y max") }
