@@ -136,6 +136,8 @@ bool RadarRecordingSession::start(std::shared_ptr<const IRadarRecordingSource> s
         m_source.reset();
         return false;
     }
+    if (m_startHook)
+        m_startHook(base);
     recorder->start();
     {
         std::lock_guard<std::mutex> lock(m_recorderMutex);

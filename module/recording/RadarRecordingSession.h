@@ -46,6 +46,10 @@ public:
     // owned; must outlive the session.
     void setRecordingSettings(RecordingUserSettings* settings) { m_settings = settings; }
     void setParts(Parts parts);
+    // Runs in start() once the recording's files exist and before its first
+    // frame is taken, with the base path: a mode starts the files of its
+    // own beside the frames there, so that they begin with the same frame.
+    void setStartHook(std::function<void(const QString& basePath)> hook) { m_startHook = std::move(hook); }
 
     // Starts recording under the settings' base path: refused (false, with
     // errorDetected) while the previous recording is still being written,
@@ -91,6 +95,7 @@ private:
 
     RecordingUserSettings* m_settings = nullptr;
     Parts m_parts;
+    std::function<void(const QString&)> m_startHook;
 
     mutable std::mutex m_recorderMutex; // guards the recorder pointer
     std::shared_ptr<RadarRecorder> m_recorder;

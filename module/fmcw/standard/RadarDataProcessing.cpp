@@ -534,15 +534,21 @@ void RadarDataProcessing::startRecording()
     RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
     RecordingUserSettings& settings = *m_coreSettings->recordingUserSettings();
     m_session->setRecordingSettings(&settings);
+    const bool presence = applied.application() == RadarConstants::PresenceSensing;
+    m_session->setStartHook([this, presence](const QString& base) {
+        if (presence)
+            startPresenceLog(base);
+    });
     const quint32 frameLimit = recordingFrameLimit(settings, applied.metrics()->frameRepetitionTimeS());
-    if (!m_session->start(std::make_shared<RadarRecordingSource>(applied, m_configuration->recordingDocument()),
-                         frameLimit))
-        return;
-    if (applied.application() != RadarConstants::PresenceSensing)
-        return;
+    m_session->start(std::make_shared<RadarRecordingSource>(applied, m_configuration->recordingDocument()),
+                     frameLimit);
+}
+
+void RadarDataProcessing::startPresenceLog(const QString& base)
+{
     // The presence log is the standard mode's own, beside the raw frames.
     std::shared_ptr<RadarPresenceSensingRecorder> presenceRecorder
-        = createPresenceRecorder(RadarPresenceSensingRecorder::filePathFor(m_session->basePath()));
+        = createPresenceRecorder(RadarPresenceSensingRecorder::filePathFor(base));
     if (!presenceRecorder)
         return;
     connect(presenceRecorder.get(), &RadarPresenceSensingRecorder::errorDetected, this,

@@ -100,7 +100,9 @@ private:
     // Tells the user that `step` is skipped because its calculator could not
     // be built; processing goes on without it.
     void reportMissingCalculator(const QString& step, const QString& calculator);
-    // Stops the presence log with the recording it belongs to.
+    // The presence log begins with the recording's first frame and ends
+    // with the recording.
+    void startPresenceLog(const QString& base);
     void onRecordingActiveChanged(bool active);
     void clearLatestFrame();
     // The worker of `run` left its loop; idles the pipeline when that run
