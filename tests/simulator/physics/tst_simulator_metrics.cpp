@@ -67,7 +67,6 @@ private slots:
         QTest::newRow("defaultConfigKMR7A") << "m-7a" << 0.3f << 0.1f << 4u << 64u << 64u;
         QTest::newRow("defaultConfigPS_KMR7A") << "m-7a" << 0.15f << 0.2f << 4u << 128u << 64u;
         QTest::newRow("defaultConfigSeg_KMR7A") << "m-7a" << 0.15f << 0.1f << 5u << 128u << 64u;
-        QTest::newRow("defaultConfigKMR7B") << "m-7b" << 0.3f << 0.1f << 4u << 64u << 64u;
         QTest::newRow("defaultConfigKMR7C") << "m-7c" << 0.3f << 0.1f << 1u << 64u << 64u;
         QTest::newRow("defaultConfigPS_KMR7C") << "m-7c" << 0.15f << 0.2f << 1u << 128u << 64u;
     }
