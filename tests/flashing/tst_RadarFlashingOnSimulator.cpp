@@ -220,6 +220,23 @@ private slots:
         QCOMPARE(firmwareOf("F2-A"), QStringLiteral("2.6.0"));
     }
 
+    void boardUnpluggedWhileWrittenFailsAndLeavesTheList()
+    {
+        QCOMPARE(m_sdk.sim->load_bench_json(bench({}).constData()), nullptr);
+        m_sdk.sim->set_flash_pace(nullptr, 5, 20);
+        startMonitor({ 20s, 0ms, 5s });
+        auto flasher = m_monitor->flasherOnPort("ttyVRN0");
+        QSignalSpy finished(flasher.get(), &IFlasher::finished);
+        flasher->flash(writeImage("RadarBaseboardKT4_v2.6.0.bin", firmwareImageBytes(2, 6, 0)));
+        QTRY_VERIFY_WITH_TIMEOUT(flasher->message().startsWith("WRITE"), 5000);
+        QCOMPARE(m_sdk.sim->unplug_board("F2-A"), nullptr);
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(flasher->status(), FlasherStatus::FLASHING_FAILURE);
+        QCOMPARE(flasher->message(), QStringLiteral("EXIT: failure"));
+        // The job's end brings a look of its own.
+        QTRY_COMPARE(m_listed, QStringList {});
+    }
+
     void listFollowsHotPlug()
     {
         QCOMPARE(m_sdk.sim->load_bench_json(bench({}).constData()), nullptr);
