@@ -4,6 +4,7 @@
 #include "common/MathAxis.h"
 #include "common/RangeSpectrumUserSettings.h"
 #include "common/TimeDomainUserSettings.h"
+#include "flashing/IRadarFirmwareSource.h"
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/RadarAntennas.h"
 #include "host/CoreUserSettings.h"
@@ -70,6 +71,7 @@ void ZP7S::initialise(ServiceRegistry& registry)
     m_coordinator = std::make_unique<ZP7SCoordinator>(m_device.get(), m_config.get(), m_processing.get(), coreSettings);
     m_playback = std::make_shared<ZP7SPlayback>(m_sdk, m_config.get(), m_processing.get());
     m_view = std::make_unique<ZP7SView>(m_coordinator.get(), m_config.get(), m_processing.get(), m_playback.get());
+    m_view->setFirmwareSource(lookupService<IRadarFirmwareSource>(registry));
     if (coreSettings)
         m_view->setRecordingSettings(coreSettings->recordingUserSettings());
 

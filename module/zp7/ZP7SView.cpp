@@ -1,5 +1,6 @@
 #include "zp7/ZP7SView.h"
 
+#include "flashing/RadarFirmwareNotice.h"
 #include "host/IPlayback.h"
 #include "host/RecordingUserSettings.h"
 #include "recording/RadarRecordingSession.h"
@@ -27,6 +28,13 @@ ZP7SView::ZP7SView(ZP7SCoordinator* coordinator, ZP7SConfig* config, ZP7SDataPro
     , m_processing(processing)
     , m_playback(playback)
 {
+    m_firmware = new RadarFirmwareNotice(this);
+    m_firmware->watch(deviceInfo());
+    connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &ZP7SView::newFirmwareImageChanged);
+    connect(m_firmware, &RadarFirmwareNotice::announce, this,
+            [this](const QString& message, const QString& details) {
+                emit enqueueUserMessage(Constants::Info, message, details);
+            });
     connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, this, &ZP7SView::isConnectedChanged);
     connect(m_coordinator, &IRadarSubmoduleCoordinator::isAcquisitionActiveChanged, this, &ZP7SView::isActiveChanged);
     connect(m_coordinator, &ZP7SCoordinator::enqueueUserMessage, this, &ZP7SView::enqueueUserMessage);
@@ -249,12 +257,19 @@ quint32 ZP7SView::recordingFrameLimit() const
     return RadarRecordingSession::recordingFrameLimit(*m_recordingSettings, rate > 0.0f ? 1.0f / rate : 0.0f);
 }
 
+void ZP7SView::setFirmwareSource(const IRadarFirmwareSource* source)
+{
+    m_firmware->setSource(source);
+}
+
+QString ZP7SView::newFirmwareImage() const
+{
+    return m_firmware->newerImage();
+}
+
 QString ZP7SView::checkIfNewFirmwareIsAvailable()
 {
-    // Firmware images are offered by the module's flasher monitor once a
-    // board is in its bootloader; the ZP7 mode has nothing to add.
-    qDebug() << "Firmware updates are offered through the flasher";
-    return QString();
+    return m_firmware->check();
 }
 
 double ZP7SView::radialSpeed(double frequencyHz) const

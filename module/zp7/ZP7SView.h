@@ -10,6 +10,8 @@
 
 class DeviceInfo;
 class IPlayback;
+class IRadarFirmwareSource;
+class RadarFirmwareNotice;
 class ISeriesChartData;
 class RecordingUserSettings;
 class ZP7SConfig;
@@ -33,6 +35,7 @@ class ZP7SView : public QObject
     Q_PROPERTY(ZP7SDeviceConfig* guiConfiguration READ guiConfiguration CONSTANT)
     Q_PROPERTY(ZP7SDeviceConfig* deviceConfiguration READ deviceConfiguration CONSTANT)
     Q_PROPERTY(DeviceInfo* deviceInfo READ deviceInfo CONSTANT)
+    Q_PROPERTY(QString newFirmwareImage READ newFirmwareImage NOTIFY newFirmwareImageChanged)
     Q_PROPERTY(bool revertApplyAvailable READ revertApplyAvailable WRITE setRevertApplyAvailable
                    NOTIFY revertApplyAvailableChanged)
     Q_PROPERTY(int frameNumber READ frameNumber NOTIFY frameNumberChanged)
@@ -58,6 +61,10 @@ public:
     ZP7SDeviceConfig* guiConfiguration() const;
     ZP7SDeviceConfig* deviceConfiguration() const;
     DeviceInfo* deviceInfo() const;
+    // Where newer firmware images are looked for; not owned, may be null.
+    void setFirmwareSource(const IRadarFirmwareSource* source);
+    // The image newer than the connected board's firmware, else empty.
+    QString newFirmwareImage() const;
     bool revertApplyAvailable() const { return m_revertApplyAvailable; }
     void setRevertApplyAvailable(bool available);
     int frameNumber() const { return m_frameNumber; }
@@ -102,6 +109,7 @@ public:
 
 signals:
     void isConnectedChanged();
+    void newFirmwareImageChanged();
     void isActiveChanged();
     void playbackActiveChanged(bool active);
     void revertApplyAvailableChanged();
@@ -136,4 +144,5 @@ private:
     QElapsedTimer m_rateClock;
     int m_lastFrameNumber = 0;
     double m_frameRate = 0.0;
+    RadarFirmwareNotice* m_firmware = nullptr;
 };

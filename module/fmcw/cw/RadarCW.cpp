@@ -6,6 +6,7 @@
 #include "common/TimeDomainUserSettings.h"
 #include "core/JSONConfigurationObject.h"
 #include "core/LoggingConfiguration.h"
+#include "flashing/IRadarFirmwareSource.h"
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/RadarAntennas.h"
 #include "fmcw/common/RadarDevice.h"
@@ -70,6 +71,7 @@ void RadarCW::initialise(ServiceRegistry& registry)
     m_coordinator = std::make_unique<RadarCWCoordinator>(m_device.get(), m_controller.get(), m_config.get(),
                                                          m_processing.get(), coreSettings);
     m_view = std::make_unique<RadarCWView>(m_coordinator.get(), m_config.get(), m_processing.get());
+    m_view->setFirmwareSource(lookupService<IRadarFirmwareSource>(registry));
 
     // The protector's and the monitors' events arrive queued on this thread.
     RadarCWCoordinator* coordinator = m_coordinator.get();

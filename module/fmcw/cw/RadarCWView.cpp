@@ -7,6 +7,7 @@
 #include "fmcw/cw/config/RadarCWConfig.h"
 #include "fmcw/cw/config/RadarCWParams.h"
 #include "fmcw/cw/config/RadarDeviceCWConfig.h"
+#include "flashing/RadarFirmwareNotice.h"
 
 #include <QDebug>
 
@@ -17,6 +18,13 @@ RadarCWView::RadarCWView(IRadarCWCoordinator* coordinator, RadarCWConfig* config
     , m_config(config)
     , m_processing(processing)
 {
+    m_firmware = new RadarFirmwareNotice(this);
+    m_firmware->watch(deviceInfo());
+    connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &RadarCWView::newFirmwareImageChanged);
+    connect(m_firmware, &RadarFirmwareNotice::announce, this,
+            [this](const QString& message, const QString& details) {
+                emit enqueueUserMessage(Constants::Info, message, details);
+            });
     connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, this, [this] {
         updateRadarType();
         emit isConnectedChanged();
@@ -169,10 +177,17 @@ void RadarCWView::applyRangeSpectrumConfigurationRuntime()
     m_processing->onRadarConfigurationRuntimeUpdated();
 }
 
+void RadarCWView::setFirmwareSource(const IRadarFirmwareSource* source)
+{
+    m_firmware->setSource(source);
+}
+
+QString RadarCWView::newFirmwareImage() const
+{
+    return m_firmware->newerImage();
+}
+
 QString RadarCWView::checkIfNewFirmwareIsAvailable()
 {
-    // Firmware images are offered by the module's flasher monitor once a
-    // board is in its bootloader; CW mode has nothing to add.
-    qDebug() << "Firmware updates are offered through the flasher";
-    return QString();
+    return m_firmware->check();
 }

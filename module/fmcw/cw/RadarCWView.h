@@ -8,6 +8,8 @@
 
 class DeviceInfo;
 class IRadarCWCoordinator;
+class IRadarFirmwareSource;
+class RadarFirmwareNotice;
 class ISeriesChartData;
 class RadarCWConfig;
 class RadarCWDataProcessing;
@@ -25,6 +27,7 @@ class RadarCWView : public QObject
     Q_PROPERTY(RadarDeviceCWConfig* guiConfig READ guiConfig CONSTANT)
     Q_PROPERTY(RadarDeviceCWConfig* deviceConfig READ deviceConfig CONSTANT)
     Q_PROPERTY(DeviceInfo* deviceInfo READ deviceInfo CONSTANT)
+    Q_PROPERTY(QString newFirmwareImage READ newFirmwareImage NOTIFY newFirmwareImageChanged)
     Q_PROPERTY(RadarConstants::RadarType radarType READ radarType NOTIFY radarTypeChanged)
     Q_PROPERTY(bool revertApplyAvailable READ revertApplyAvailable WRITE setRevertApplyAvailable
                    NOTIFY revertApplyAvailableChanged)
@@ -40,6 +43,10 @@ public:
     RadarDeviceCWConfig* guiConfig() const;
     RadarDeviceCWConfig* deviceConfig() const;
     DeviceInfo* deviceInfo() const;
+    // Where newer firmware images are looked for; not owned, may be null.
+    void setFirmwareSource(const IRadarFirmwareSource* source);
+    // The image newer than the connected board's firmware, else empty.
+    QString newFirmwareImage() const;
     RadarConstants::RadarType radarType() const { return m_radarType; }
     bool revertApplyAvailable() const { return m_revertApplyAvailable; }
     void setRevertApplyAvailable(bool available);
@@ -63,6 +70,7 @@ public:
 
 signals:
     void isConnectedChanged();
+    void newFirmwareImageChanged();
     void radarTypeChanged();
     void revertApplyAvailableChanged();
     void isEmissionActiveChanged();
@@ -84,4 +92,5 @@ private:
     RadarConstants::RadarType m_radarType = RadarConstants::Unknown;
     bool m_revertApplyAvailable = false;
     bool m_frameAvailable = false;
+    RadarFirmwareNotice* m_firmware = nullptr;
 };

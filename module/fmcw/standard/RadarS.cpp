@@ -5,6 +5,7 @@
 #include "common/TimeDomainUserSettings.h"
 #include "core/JSONConfigurationObject.h"
 #include "common/MathAxis.h"
+#include "flashing/IRadarFirmwareSource.h"
 #include "fmcw/common/DeviceInfo.h"
 #include "fmcw/common/Metrics.h"
 #include "fmcw/common/MetricsLimits.h"
@@ -83,6 +84,7 @@ void RadarS::initialise(ServiceRegistry& registry)
     m_playback = std::make_shared<RadarPlayback>(m_sdk, m_configuration.get(), m_processing.get());
     m_view = std::make_unique<RadarView>(m_coordinator.get(), m_configuration.get(), m_processing.get(),
                                          m_playback.get(), m_userSettings.get());
+    m_view->setFirmwareSource(lookupService<IRadarFirmwareSource>(registry));
     if (coreSettings)
         m_view->setRecordingSettings(coreSettings->recordingUserSettings());
 

@@ -9,6 +9,7 @@
 #include "fmcw/standard/IRadarSCoordinator.h"
 #include "fmcw/standard/RadarDataProcessing.h"
 #include "fmcw/standard/RadarPlayback.h"
+#include "flashing/RadarFirmwareNotice.h"
 #include "host/RecordingUserSettings.h"
 #include "recording/RecordingFiles.h"
 
@@ -28,6 +29,13 @@ RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* confi
     , m_playback(playback)
     , m_userSettings(userSettings)
 {
+    m_firmware = new RadarFirmwareNotice(this);
+    m_firmware->watch(deviceConfiguration()->deviceInfo());
+    connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &RadarView::newFirmwareImageChanged);
+    connect(m_firmware, &RadarFirmwareNotice::announce, this,
+            [this](const QString& message, const QString& details) {
+                emit enqueueUserMessage(Constants::Info, message, details);
+            });
     connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, this, [this] {
         updateRadarType();
         emit isConnectedChanged();
@@ -260,9 +268,17 @@ quint32 RadarView::recordingFrameLimit() const
                                                     deviceConfiguration()->metrics()->frameRepetitionTimeS());
 }
 
-void RadarView::checkIfNewFirmwareIsAvailable()
+void RadarView::setFirmwareSource(const IRadarFirmwareSource* source)
 {
-    // Firmware images are offered by the module's flasher monitor once a
-    // board is in its bootloader; the frame mode has nothing to add.
-    qDebug() << "Firmware updates are offered through the flasher";
+    m_firmware->setSource(source);
+}
+
+QString RadarView::newFirmwareImage() const
+{
+    return m_firmware->newerImage();
+}
+
+QString RadarView::checkIfNewFirmwareIsAvailable()
+{
+    return m_firmware->check();
 }

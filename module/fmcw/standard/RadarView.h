@@ -9,6 +9,8 @@
 #include <QTimer>
 
 class IRadarConfiguration;
+class IRadarFirmwareSource;
+class RadarFirmwareNotice;
 class IRadarDataProcessing;
 class IRadarSCoordinator;
 class IRadarUserSettings;
@@ -38,6 +40,7 @@ class RadarView : public QObject
     Q_PROPERTY(quint32 fifoOverflowCounter READ fifoOverflowCounter NOTIFY fifoOverflowCounterChanged)
     Q_PROPERTY(double frameRate READ frameRate NOTIFY frameRateChanged)
     Q_PROPERTY(RecordingUserSettings* recordingSettings READ recordingSettings CONSTANT)
+    Q_PROPERTY(QString newFirmwareImage READ newFirmwareImage NOTIFY newFirmwareImageChanged)
 public:
     RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* configuration, IRadarDataProcessing* processing,
               RadarPlayback* playback, IRadarUserSettings* userSettings, QObject* parent = nullptr);
@@ -61,6 +64,11 @@ public:
     // when the host has none. Set once, before the pages are loaded.
     RecordingUserSettings* recordingSettings() const { return m_recordingSettings; }
     void setRecordingSettings(RecordingUserSettings* settings) { m_recordingSettings = settings; }
+    // Where newer firmware images are looked for; not owned, may be null.
+    void setFirmwareSource(const IRadarFirmwareSource* source);
+    // The firmware image newer than the connected board's firmware; empty
+    // when there is none or no board.
+    QString newFirmwareImage() const;
 
     Q_INVOKABLE bool applyDefaultConfiguration();
     Q_INVOKABLE bool applyGuiConfiguration();
@@ -83,7 +91,7 @@ public:
     // The frames the next recording holds at most, from the settings' frame
     // count or their duration at the applied frame repetition time.
     Q_INVOKABLE quint32 recordingFrameLimit() const;
-    Q_INVOKABLE void checkIfNewFirmwareIsAvailable();
+    Q_INVOKABLE QString checkIfNewFirmwareIsAvailable();
 
 signals:
     void isActiveChanged();
@@ -96,6 +104,7 @@ signals:
     void radarTypeChanged();
     void fifoOverflowCounterChanged();
     void frameRateChanged();
+    void newFirmwareImageChanged();
     void radarConfigurationUpdated();
     void chartsDataUpdated();
     void frameNumberChanged(int frameNumber);
@@ -117,6 +126,7 @@ private:
     RadarPlayback* m_playback;
     IRadarUserSettings* m_userSettings;
     RecordingUserSettings* m_recordingSettings = nullptr;
+    RadarFirmwareNotice* m_firmware = nullptr;
     bool m_revertApplyAvailable = false;
     bool m_parsingActive = false;
     RadarConstants::RadarType m_radarType = RadarConstants::Unknown;
