@@ -1,4 +1,3 @@
-#include "common/MathAxis.h"
 #include "common/TimeDomainUserSettings.h"
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
@@ -34,19 +33,6 @@ private slots:
         QCOMPARE(maxSpy.count(), 1);
         settings.resetToDefault();
         QCOMPARE(minSpy.count(), 1);
-    }
-
-    void mathAxisAnnouncesOnlyChanges()
-    {
-        MathAxis axis;
-        QSignalSpy minSpy(&axis, &MathAxis::minChanged);
-        QSignalSpy stepSpy(&axis, &MathAxis::stepChanged);
-        axis.setSpec({ 0.0, 9.6, 0.0375 });
-        QCOMPARE(minSpy.count(), 0);
-        QCOMPARE(stepSpy.count(), 1);
-        const vrn_Math_Axis_Spec_s spec = axis.spec();
-        QCOMPARE(spec.max, 9.6);
-        QCOMPARE(spec.step, 0.0375);
     }
 };
 

@@ -99,7 +99,6 @@ private slots:
         QTest::addColumn<float>("marker");
 
         QTest::newRow("first antenna") << 3u << 0u << true << 10.0f;
-        QTest::newRow("third antenna") << 3u << 2u << true << 30.0f;
         QTest::newRow("index equal to the count") << 3u << 3u << false << 0.0f;
         QTest::newRow("far beyond") << 1u << 7u << false << 0.0f;
     }

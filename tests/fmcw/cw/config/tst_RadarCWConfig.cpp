@@ -1,6 +1,5 @@
 #include "FakeCWConfigurator.h"
 
-#include "core/JSONConfigurationObject.h"
 #include "fmcw/common/RadarAntennas.h"
 #include "fmcw/cw/config/RadarCWConfig.h"
 #include "fmcw/cw/config/RadarCWUserSettings.h"
@@ -274,16 +273,6 @@ private slots:
         QCOMPARE(events.count(), 1);
         QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot load default config for CW "));
         QCOMPARE(m_config->guiConfig()->params()->dac(), 7u);
-    }
-
-    void userSettingsLiveUnderCwMode()
-    {
-        RadarCWUserSettings settings(nullptr, nullptr);
-        QJsonObject document;
-        settings.configurationNode()->writeToJson(document);
-        const QJsonObject cwMode = document.value("radar").toObject().value("cw_mode").toObject();
-        QCOMPARE(cwMode.keys(), QStringList({ "loggingFileName", "loggingPath" }));
-        QCOMPARE(cwMode.value("loggingFileName").toString(), QStringLiteral("CWmode_datalog"));
     }
 
 private:
