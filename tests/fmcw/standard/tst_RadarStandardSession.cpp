@@ -99,9 +99,7 @@ private slots:
         QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
         QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
 
-        ISeriesChartData* spectrum = nullptr;
-        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, spectrum),
-                                          Q_ARG(int, int(Constants::Chart::FrequencyDomain))));
+        ISeriesChartData* spectrum = chartData(Constants::Chart::FrequencyDomain);
         QVERIFY(spectrum);
         QCOMPARE(spectrum->seriesCount(), 1u);
         auto points = spectrum->iterator(0);
@@ -118,14 +116,9 @@ private slots:
         QVERIFY(count > 16);
         QVERIFY2(qAbs(peak.x() - 3.0) <= 0.2, qPrintable(QStringLiteral("peak at %1 m").arg(peak.x())));
 
-        ISeriesChartData* timeDomain = nullptr;
-        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, timeDomain),
-                                          Q_ARG(int, int(Constants::Chart::TimeDomain))));
+        ISeriesChartData* timeDomain = chartData(Constants::Chart::TimeDomain);
         QVERIFY(timeDomain && timeDomain->iterator(0));
-        ISeriesChartData* none = reinterpret_cast<ISeriesChartData*>(1);
-        QVERIFY(QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, none),
-                                          Q_ARG(int, int(Constants::Chart::RangeDoppler))));
-        QVERIFY(!none);
+        QVERIFY(!chartData(Constants::Chart::RangeDoppler));
     }
 
     void recordingStopsAtItsLimit_data()
@@ -146,12 +139,9 @@ private slots:
         QFETCH(quint32, seconds);
         QFETCH(int, expected);
         connectBoard(QStringLiteral("unpaced"));
-        RecordingUserSettings& settings = *core().recordingUserSettings();
-        settings.setRecordingPath(m_dir.path());
         // A recording never overwrites another: each row records under its own name.
         const QString name = QStringLiteral("limit-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-');
-        settings.setFileName(name);
-        settings.setNumOfFrames(frames);
+        RecordingUserSettings& settings = recordingSettings(name, frames);
         settings.setTimeLimitOnRecording(timeLimit);
         settings.setDuration(0, 0, seconds, 0);
 
@@ -293,11 +283,7 @@ private slots:
     void unplugWhileRecordingKeepsEveryFrameBefore()
     {
         connectBoard(QStringLiteral("realtime"));
-        RecordingUserSettings& settings = *core().recordingUserSettings();
-        settings.setRecordingPath(m_dir.path());
-        settings.setFileName(QStringLiteral("unplugged"));
-        settings.setTimeLimitOnRecording(false);
-        settings.setNumOfFrames(1000);
+        recordingSettings(QStringLiteral("unplugged"), 1000);
         QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
         QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
@@ -334,9 +320,7 @@ private slots:
         connectBoard(QStringLiteral("realtime"));
         QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
         QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 10000);
-        auto* edited = view()->property("guiConfiguration").value<QObject*>();
-        QVERIFY(edited);
-        auto* metrics = edited->property("metrics").value<QObject*>();
+        QObject* metrics = metricsOf("guiConfiguration");
         QVERIFY(metrics && metrics->setProperty("frameRepetitionTimeS", 0.05f));
 
         numbers.clear();
@@ -347,9 +331,7 @@ private slots:
         QVERIFY(!numbers.isEmpty());
         QCOMPARE(numbers.first().at(0).toInt(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(numbers.last().at(0).toInt() >= 3, 10000);
-        auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
-        auto* appliedMetrics = deviceConfiguration->property("metrics").value<QObject*>();
-        QCOMPARE(appliedMetrics->property("frameRepetitionTimeS").toFloat(), 0.05f);
+        QCOMPARE(metricsOf("deviceConfiguration")->property("frameRepetitionTimeS").toFloat(), 0.05f);
         QVERIFY(!view()->property("revertApplyAvailable").toBool());
     }
 
@@ -359,19 +341,19 @@ private slots:
         const QString path = m_dir.filePath(QStringLiteral("bad.json"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(R"({"device_config": {"fmcw_scene": {"rx_antennas": [3]}}, "json_version": {"type": "KMR7A", "version": "1.0"}})");
+        file.write(
+            R"({"device_config": {"fmcw_scene": {"rx_antennas": [3]}}, "json_version": {"type": "KMR7A", "version": "1.0"}})");
         file.close();
         QSignalSpy messages(view(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
         bool applied = true;
-        QVERIFY(QMetaObject::invokeMethod(view(), "applyConfiguration", Q_RETURN_ARG(bool, applied), Q_ARG(QString, path)));
+        QVERIFY(
+            QMetaObject::invokeMethod(view(), "applyConfiguration", Q_RETURN_ARG(bool, applied), Q_ARG(QString, path)));
         QVERIFY(!applied);
         QTRY_COMPARE(messages.count(), 1);
         QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("Cannot load configuration"));
         QVERIFY(messages.at(0).at(2).toString().startsWith(QStringLiteral("Mandatory field")));
-        auto* deviceConfiguration = view()->property("deviceConfiguration").value<QObject*>();
-        auto* metrics = deviceConfiguration->property("metrics").value<QObject*>();
-        QCOMPARE(metrics->property("frameRepetitionTimeS").toFloat(), 0.1f);
+        QCOMPARE(metricsOf("deviceConfiguration")->property("frameRepetitionTimeS").toFloat(), 0.1f);
         QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 2, 10000);
         QVERIFY(view()->property("isActive").toBool());
     }
@@ -407,20 +389,39 @@ private:
         QVERIFY(view()->property("isConnected").toBool());
     }
 
-    QObject* view() const
-    {
-        return m_sim->view();
-    }
+    QObject* view() const { return m_sim->view(); }
 
     CoreUserSettings& core() { return m_sim->core(); }
 
-    void record(const QString& name, quint32 frames)
+    // Recording settings for `frames` frames into `name` below the test's directory.
+    RecordingUserSettings& recordingSettings(const QString& name, quint32 frames)
     {
         RecordingUserSettings& settings = *core().recordingUserSettings();
         settings.setRecordingPath(m_dir.path());
         settings.setFileName(name);
         settings.setTimeLimitOnRecording(false);
         settings.setNumOfFrames(frames);
+        return settings;
+    }
+
+    ISeriesChartData* chartData(Constants::Chart chart)
+    {
+        ISeriesChartData* data = nullptr;
+        QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, data),
+                                  Q_ARG(int, int(chart)));
+        return data;
+    }
+
+    // The metrics of the view's "guiConfiguration" or "deviceConfiguration".
+    QObject* metricsOf(const char* configuration)
+    {
+        QObject* owner = view()->property(configuration).value<QObject*>();
+        return owner ? owner->property("metrics").value<QObject*>() : nullptr;
+    }
+
+    void record(const QString& name, quint32 frames)
+    {
+        recordingSettings(name, frames);
         QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
         QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
         QCOMPARE(active.count(), 1);
