@@ -169,18 +169,6 @@ private slots:
         QCOMPARE(readLines(earlier), earlierLines);
     }
 
-    void unwritableFileIsReported()
-    {
-        // A directory where the file should be cannot be opened as a file.
-        m_target.setLoggingFileName(QStringLiteral("blocked"));
-        QVERIFY(QDir(m_dir.path()).mkdir(QStringLiteral("blocked.csv")));
-        auto logging = makeLogging(makeFrame(2, 8));
-        QSignalSpy errors(logging.get(), &CSVFileLogging::errorDetected);
-        QVERIFY(!logging->write(m_target));
-        QCOMPARE(errors.count(), 1);
-        QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Cannot open file for csv logging!"));
-    }
-
 private:
     std::unique_ptr<RadarCWFileLogging> makeLogging(SharedFrame frame);
 
