@@ -22,8 +22,6 @@ struct FakeCw {
     // Errors by entry-point name (e.g. "cw_set_dac_value").
     QHash<QByteArray, const char*> errors;
     vrn_Status_t captureStatus = VRN_STATUS_OK;
-    vrn_Status_t temperatureStatus = VRN_STATUS_OK;
-    float temperature = 41.5f;
     bool emitting = false;
     // Every call, by entry-point name, in call order.
     QList<QByteArray> calls;
