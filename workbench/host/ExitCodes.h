@@ -12,8 +12,8 @@ constexpr int SettingsError = 2;
 // The module or the SDK could not be loaded, or boards could not be listed,
 // or the window cannot open: no display, or its QML failed to load.
 constexpr int StartError = 3;
-// A headless session or a window screenshot ran into an error; the reason
-// is on standard error.
+// A headless session, a window screenshot or a flashing job ran into an
+// error; the reason is on standard error.
 constexpr int SessionFailed = 4;
 // A headless session ended early by a signal: 128 + the signal's number, as
 // a shell reports a process killed by it, but after a clean finish.
