@@ -122,27 +122,6 @@ private slots:
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_OK);
     }
 
-    void injectedOpenFaults_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::newRow("communication error") << int(VRN_STATUS_COMMUNICATION_ERROR);
-        QTest::newRow("success with null handle") << int(VRN_STATUS_OK);
-    }
-
-    void injectedOpenFaults()
-    {
-        QFETCH(int, status);
-        const VrnSimFault fault{VRNSIM_FAULT_OPEN, status, 1, 0};
-        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
-        vrn_Device_Handle handle = reinterpret_cast<vrn_Device_Handle>(this);
-        QCOMPARE(int(sdk.vrn->device_create_by_uuid("f-fast", &handle)), status);
-        if (status == VRN_STATUS_OK)
-            QCOMPARE(handle, nullptr);
-        // The fault was for one open only, and nothing stayed open.
-        device = sdk.open("f-fast");
-        QVERIFY(device);
-    }
-
     void injectedListEntryFault()
     {
         const VrnSimFault fault{VRNSIM_FAULT_LIST_ENTRY, 0, 1, 1};
@@ -157,31 +136,25 @@ private slots:
         QCOMPARE(sdk.listedUuids().size(), 4);
     }
 
-    void injectedReadoutFaults_data()
+    // The transmit power fault is exercised through the monitor in
+    // tst_RadarDeviceSimulator.
+    void injectedTemperatureFaults_data()
     {
-        QTest::addColumn<int>("kind");
         QTest::addColumn<int>("status");
-        QTest::newRow("temperature lost") << int(VRNSIM_FAULT_TEMPERATURE) << int(VRN_STATUS_COMMUNICATION_LOST);
-        QTest::newRow("temperature not supported") << int(VRNSIM_FAULT_TEMPERATURE) << int(VRN_STATUS_NOT_SUPPORTED);
-        QTest::newRow("tx power") << int(VRNSIM_FAULT_TX_POWER) << int(VRN_STATUS_COMMUNICATION_ERROR);
+        QTest::newRow("lost") << int(VRN_STATUS_COMMUNICATION_LOST);
+        QTest::newRow("not supported") << int(VRN_STATUS_NOT_SUPPORTED);
     }
 
-    void injectedReadoutFaults()
+    void injectedTemperatureFaults()
     {
-        QFETCH(int, kind);
         QFETCH(int, status);
         device = sdk.open("f-fast");
         QVERIFY(device);
-        const VrnSimFault fault{VrnSimFaultKind(kind), status, 1, 0};
+        const VrnSimFault fault{VRNSIM_FAULT_TEMPERATURE, status, 1, 0};
         QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
         float value = 0;
-        if (kind == VRNSIM_FAULT_TEMPERATURE) {
-            QCOMPARE(int(sdk.vrn->device_get_temperature(device, &value)), status);
-            QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
-        } else {
-            QVERIFY(sdk.vrn->device_get_tx_power(device, 0, &value) != nullptr);
-            QVERIFY(!sdk.vrn->device_get_tx_power(device, 0, &value));
-        }
+        QCOMPARE(int(sdk.vrn->device_get_temperature(device, &value)), status);
+        QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
     }
 
     void benchScheduleFailsByFrameNumber()
