@@ -53,7 +53,8 @@ bool succeeded(const char* error, std::string& errorMessage)
 FlashRadarBaseboardKT4::FlashRadarBaseboardKT4() = default;
 FlashRadarBaseboardKT4::~FlashRadarBaseboardKT4() = default;
 
-std::vector<std::string> FlashRadarBaseboardKT4::findComPorts(const std::string& vendorId, const std::string& productId)
+std::vector<std::string> FlashRadarBaseboardKT4::findComPorts(const std::string& vendorId,
+                                                              const std::string& productId)
 {
     std::vector<std::string> ports;
     vrnsim_control()->usb_ports(vendorId.c_str(), productId.c_str(), collectPort, &ports);
@@ -73,7 +74,8 @@ bool FlashRadarBaseboardKT4::activateBootloaderFF(const std::string& port, std::
     return activateBootloader(std::string(), port, errorMessage);
 }
 
-bool FlashRadarBaseboardKT4::activateBootloaderRadarBaseboardKT4(const std::string& port, std::string& errorMessage, int)
+bool FlashRadarBaseboardKT4::activateBootloaderRadarBaseboardKT4(const std::string& port, std::string& errorMessage,
+                                                                 int)
 {
     return activateBootloader(std::string(), port, errorMessage);
 }

@@ -38,7 +38,7 @@ public:
     bool isPlugged();
     void unplug();
 
-    // The spec a board coming back to its application starts from.
+    // The description (BoardSpec) a board coming back to its application starts from.
     BoardSpec spec();
     void setFirmware(const uint16_t version[3]);
     FlashPace pace();

@@ -291,10 +291,11 @@ bool parseBoardObject(const QJsonValue& value, const QString& path, int index, B
 
     const QString vendor = r.text("usb_vendor", QStringLiteral("2F5A"));
     const QString product = r.text("usb_product", QLatin1String(defaultUsbProduct(b.shield)));
+    const QString notAnId = QStringLiteral("\"%1\" is not four upper-case hexadecimal digits");
     if (r.ok() && !isUsbId(vendor))
-        r.fail(QStringLiteral("usb_vendor"), QStringLiteral("\"%1\" is not four upper-case hexadecimal digits").arg(vendor));
+        r.fail(QStringLiteral("usb_vendor"), notAnId.arg(vendor));
     if (r.ok() && !isUsbId(product))
-        r.fail(QStringLiteral("usb_product"), QStringLiteral("\"%1\" is not four upper-case hexadecimal digits").arg(product));
+        r.fail(QStringLiteral("usb_product"), notAnId.arg(product));
     if (r.ok() && vendor == QLatin1String("03EB") && product == QLatin1String("6124"))
         r.fail(QStringLiteral("usb_product"), QStringLiteral("03EB/6124 is the bootloader's identity"));
     b.usbVendor = vendor.toStdString();
@@ -303,7 +304,8 @@ bool parseBoardObject(const QJsonValue& value, const QString& path, int index, B
     if (mode == QLatin1String("bootloader"))
         b.startsInBootloader = true;
     else if (mode != QLatin1String("application") && r.ok())
-        r.fail(QStringLiteral("mode"), QStringLiteral("\"%1\" is neither \"application\" nor \"bootloader\"").arg(mode));
+        r.fail(QStringLiteral("mode"),
+               QStringLiteral("\"%1\" is neither \"application\" nor \"bootloader\"").arg(mode));
     b.flashPace.stepMs = static_cast<uint32_t>(r.number("flash_step_ms", 20, 0, 10000));
     b.flashPace.switchMs = static_cast<uint32_t>(r.number("usb_switch_ms", 500, 0, 60000));
 

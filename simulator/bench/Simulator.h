@@ -40,7 +40,7 @@ public:
     std::shared_ptr<Baseboard> baseboardOn(const std::string& port);
     // The board's application leaves the bus, and the device list, for its bootloader.
     void leaveApplication(const std::shared_ptr<Baseboard>& baseboard);
-    // The application starts again from the baseboard's spec; false when the
+    // The application starts again as the baseboard now describes it; false when the
     // board was unplugged meanwhile.
     bool startApplication(const std::shared_ptr<Baseboard>& baseboard);
     // uuid null: every baseboard on the bench.

@@ -108,8 +108,9 @@ bool BaseboardFlasher::flash(const std::string& port, const uint8_t* image, size
     for (uint32_t block = 1; block <= kBlocks; ++block) {
         const uint32_t percent = block * 100 / kBlocks;
         if (failsWriting && percent >= writeFault.atPercent) {
-            error = "Write failed at " + std::to_string(writeFault.atPercent) + " %: the bootloader did not acknowledge block " +
-                    std::to_string(block) + " of " + std::to_string(kBlocks);
+            error = "Write failed at " + std::to_string(writeFault.atPercent) +
+                    " %: the bootloader did not acknowledge block " + std::to_string(block) + " of " +
+                    std::to_string(kBlocks);
             return false;
         }
         if (!board->pause(pace.stepMs)) {

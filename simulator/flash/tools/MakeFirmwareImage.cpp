@@ -18,8 +18,9 @@ namespace {
 
 int usage(const std::string& problem)
 {
-    std::fprintf(stderr, "vrn_firmware_image: %s\n"
-                         "usage: vrn_firmware_image --version MAJOR.MINOR.BUILD [--size BYTES | --payload FILE] OUTPUT\n",
+    std::fprintf(stderr,
+                 "vrn_firmware_image: %s\n"
+                 "usage: vrn_firmware_image --version MAJOR.MINOR.BUILD [--size BYTES | --payload FILE] OUTPUT\n",
                  problem.c_str());
     return 2;
 }

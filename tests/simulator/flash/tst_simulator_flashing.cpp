@@ -300,7 +300,7 @@ private slots:
         flashing.join();
         // The first erase step alone would take a second.
         QVERIFY(clock.elapsed() < 900);
-        QCOMPARE(QString::fromStdString(message), QStringLiteral("The baseboard on ttyVRN0 was unplugged while flashing"));
+        QCOMPARE(QString::fromStdString(message), "The baseboard on ttyVRN0 was unplugged while flashing");
         QCOMPARE(bootloaderPorts(), QStringList());
     }
 
