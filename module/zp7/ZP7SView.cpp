@@ -1,5 +1,6 @@
 #include "zp7/ZP7SView.h"
 
+#include "common/FrameRateMeter.h"
 #include "flashing/RadarFirmwareNotice.h"
 #include "host/IPlayback.h"
 #include "host/RecordingUserSettings.h"
@@ -15,10 +16,6 @@
 #include "zp7/recording/ZP7SPlayback.h"
 
 #include <QDebug>
-
-namespace {
-constexpr int kFrameRateWindowMs = 1000;
-}
 
 ZP7SView::ZP7SView(ZP7SCoordinator* coordinator, ZP7SConfig* config, ZP7SDataProcessing* processing,
                    IPlayback* playback, QObject* parent)
@@ -68,10 +65,8 @@ ZP7SView::ZP7SView(ZP7SCoordinator* coordinator, ZP7SConfig* config, ZP7SDataPro
         }
     }
 
-    m_rateTimer.setInterval(kFrameRateWindowMs);
-    connect(&m_rateTimer, &QTimer::timeout, this, &ZP7SView::measureFrameRate);
-    m_rateTimer.start();
-    m_rateClock.start();
+    m_frameRate = new FrameRateMeter([this] { return quint64(qMax(m_frameNumber, 0)); }, this);
+    connect(m_frameRate, &FrameRateMeter::rateChanged, this, &ZP7SView::frameRateChanged);
 }
 
 ZP7SView::~ZP7SView() = default;
@@ -150,19 +145,9 @@ void ZP7SView::onFrameNumberChanged(int frameNumber)
     emit frameNumberChanged(frameNumber);
 }
 
-void ZP7SView::measureFrameRate()
+double ZP7SView::frameRate() const
 {
-    // The counter restarts at 0 with each acquisition: a smaller value
-    // means the frames since that restart.
-    const int number = m_frameNumber;
-    const int frames = number >= m_lastFrameNumber ? number - m_lastFrameNumber : number;
-    m_lastFrameNumber = number;
-    const qint64 elapsed = m_rateClock.restart();
-    const double rate = elapsed > 0 ? double(frames) * 1000.0 / double(elapsed) : 0.0;
-    if (rate != m_frameRate) {
-        m_frameRate = rate;
-        emit frameRateChanged();
-    }
+    return m_frameRate->rate();
 }
 
 bool ZP7SView::applyDefaultConfiguration()

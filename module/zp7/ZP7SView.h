@@ -2,13 +2,12 @@
 
 #include "host/Constants.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 
 class DeviceInfo;
+class FrameRateMeter;
 class IPlayback;
 class IRadarFirmwareSource;
 class RadarFirmwareNotice;
@@ -73,7 +72,7 @@ public:
     bool isParsingActive() const;
     quint32 fifoOverflowCounter() const { return 0; }
     // Frames per second over the last second.
-    double frameRate() const { return m_frameRate; }
+    double frameRate() const;
     // The host's recording settings; null when the host has none. Set once,
     // before the pages are loaded.
     RecordingUserSettings* recordingSettings() const { return m_recordingSettings; }
@@ -130,7 +129,6 @@ public slots:
     void changeRevertApplyAvailability();
 
 private:
-    void measureFrameRate();
     void onFrameNumberChanged(int frameNumber);
 
     ZP7SCoordinator* m_coordinator;
@@ -140,9 +138,6 @@ private:
     RecordingUserSettings* m_recordingSettings = nullptr;
     bool m_revertApplyAvailable = false;
     int m_frameNumber = 0;
-    QTimer m_rateTimer;
-    QElapsedTimer m_rateClock;
-    int m_lastFrameNumber = 0;
-    double m_frameRate = 0.0;
+    FrameRateMeter* m_frameRate = nullptr;
     RadarFirmwareNotice* m_firmware = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "fmcw/standard/RadarView.h"
 
+#include "common/FrameRateMeter.h"
 #include "fmcw/common/Metrics.h"
 #include "fmcw/common/PresenceSensingConfig.h"
 #include "fmcw/common/RadarDeviceConfiguration.h"
@@ -14,10 +15,6 @@
 #include "recording/RecordingFiles.h"
 
 #include <QDebug>
-
-namespace {
-constexpr int kFrameRateWindowMs = 1000;
-}
 
 RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* configuration,
                      IRadarDataProcessing* processing, RadarPlayback* playback, IRadarUserSettings* userSettings,
@@ -88,10 +85,8 @@ RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* confi
                 });
     }
 
-    m_rateTimer.setInterval(kFrameRateWindowMs);
-    connect(&m_rateTimer, &QTimer::timeout, this, &RadarView::measureFrameRate);
-    m_rateTimer.start();
-    m_rateClock.start();
+    m_frameRate = new FrameRateMeter([processing] { return quint64(processing->frameNumber()); }, this);
+    connect(m_frameRate, &FrameRateMeter::rateChanged, this, &RadarView::frameRateChanged);
 }
 
 RadarView::~RadarView() = default;
@@ -136,19 +131,9 @@ quint32 RadarView::fifoOverflowCounter() const
     return m_coordinator->fifoOverflowCounter();
 }
 
-void RadarView::measureFrameRate()
+double RadarView::frameRate() const
 {
-    // The pipeline's counter restarts at 0 with each configuration: a
-    // smaller value means the frames since that restart.
-    const quint32 number = m_processing->frameNumber();
-    const quint32 frames = number >= m_lastFrameNumber ? number - m_lastFrameNumber : number;
-    m_lastFrameNumber = number;
-    const qint64 elapsed = m_rateClock.restart();
-    const double rate = elapsed > 0 ? double(frames) * 1000.0 / double(elapsed) : 0.0;
-    if (rate != m_frameRate) {
-        m_frameRate = rate;
-        emit frameRateChanged();
-    }
+    return m_frameRate->rate();
 }
 
 void RadarView::updateRadarType()

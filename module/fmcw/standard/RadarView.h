@@ -4,10 +4,9 @@
 #include "fmcw/standard/items/PolarChart.h"
 #include "host/Constants.h"
 
-#include <QElapsedTimer>
 #include <QObject>
-#include <QTimer>
 
+class FrameRateMeter;
 class IRadarConfiguration;
 class IRadarFirmwareSource;
 class RadarFirmwareNotice;
@@ -59,7 +58,7 @@ public:
     RadarConstants::RadarType radarType() const { return m_radarType; }
     quint32 fifoOverflowCounter() const;
     // Frames per second over the last second.
-    double frameRate() const { return m_frameRate; }
+    double frameRate() const;
     // The host's recording settings, which the recordings follow; null
     // when the host has none. Set once, before the pages are loaded.
     RecordingUserSettings* recordingSettings() const { return m_recordingSettings; }
@@ -117,7 +116,6 @@ public slots:
     void changeRevertApplyAvailability();
 
 private:
-    void measureFrameRate();
     void updateRadarType();
 
     IRadarSCoordinator* m_coordinator;
@@ -130,9 +128,5 @@ private:
     bool m_revertApplyAvailable = false;
     bool m_parsingActive = false;
     RadarConstants::RadarType m_radarType = RadarConstants::Unknown;
-    QTimer m_rateTimer;
-    QElapsedTimer m_rateClock;
-    quint64 m_framesSeen = 0;
-    quint32 m_lastFrameNumber = 0;
-    double m_frameRate = 0.0;
+    FrameRateMeter* m_frameRate = nullptr;
 };
