@@ -1,21 +1,16 @@
 #include "FlashCommands.h"
 
 #include "ExitCodes.h"
+#include "FirmwareImages.h"
 #include "FlashJob.h"
 #include "InterruptWatcher.h"
 #include "ModuleHost.h"
 
 #include "host/IFlasher.h"
 
-#include <QCollator>
-#include <QDir>
 #include <QEventLoop>
-#include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
-#include <QUrl>
-
-#include <algorithm>
 
 namespace {
 
@@ -38,26 +33,6 @@ void awaitFlashers(ModuleHost& host)
     loop.exec();
 }
 
-QString localPath(const QString& folder)
-{
-    const QUrl url(folder);
-    return url.isLocalFile() ? url.toLocalFile() : folder;
-}
-
-// The image with the highest version in its name, comparing the numbers in
-// it as numbers (v2.10.0 after v2.9.1).
-QString newestImage(const IFlasher& flasher)
-{
-    QDir dir(localPath(flasher.firmwareDir()));
-    QStringList names = dir.entryList({ flasher.filenamePattern() }, QDir::Files | QDir::Readable);
-    if (names.isEmpty())
-        return {};
-    QCollator collator;
-    collator.setNumericMode(true);
-    std::sort(names.begin(), names.end(), collator);
-    return dir.filePath(names.last());
-}
-
 QString flasherNames(ModuleHost& host)
 {
     QStringList names;
@@ -77,9 +52,9 @@ int listFlashers(ModuleHost& host, QTextStream& out, QTextStream& err)
         return ExitCode::Success;
     }
     for (const auto& flasher : flashers) {
-        const QString image = newestImage(*flasher);
+        const QString image = FirmwareImages::newest(*flasher);
         out << QString::fromStdString(flasher->name()) << '\t' << FlashJob::statusName(flasher->status()) << '\t'
-            << (image.isEmpty() ? QStringLiteral("no image in %1").arg(localPath(flasher->firmwareDir())) : image)
+            << (image.isEmpty() ? QStringLiteral("no image in %1").arg(FirmwareImages::localFolder(flasher->firmwareDir())) : image)
             << Qt::endl;
     }
     return ExitCode::Success;
@@ -95,10 +70,10 @@ int flashBoard(ModuleHost& host, const QString& name, const QString& image, QTex
         err << "No flasher is named \"" << name << "\"; the flashers are: " << flasherNames(host) << Qt::endl;
         return ExitCode::UsageError;
     }
-    QString path = image.isEmpty() ? newestImage(*flasher) : QFileInfo(image).absoluteFilePath();
+    QString path = image.isEmpty() ? FirmwareImages::newest(*flasher) : FirmwareImages::userPath(image);
     if (path.isEmpty()) {
         err << "No firmware image matching " << flasher->filenamePattern() << " in "
-            << localPath(flasher->firmwareDir()) << "; give one with --image FILE." << Qt::endl;
+            << FirmwareImages::localFolder(flasher->firmwareDir()) << "; give one with --image FILE." << Qt::endl;
         return ExitCode::UsageError;
     }
     out << "Flashing " << QString::fromStdString(flasher->name()) << " with " << path << Qt::endl;

@@ -1,6 +1,7 @@
 #include "WorkbenchWindow.h"
 
 #include "BoardList.h"
+#include "FlasherControl.h"
 #include "HostSettings.h"
 #include "LogCleanup.h"
 #include "MessageLog.h"
@@ -112,6 +113,7 @@ QObject* WorkbenchWindow::messages() const { return m_messages.get(); }
 QObject* WorkbenchWindow::status() const { return m_status.get(); }
 QObject* WorkbenchWindow::playback() const { return m_playback.get(); }
 QObject* WorkbenchWindow::pages() const { return m_pages.get(); }
+QObject* WorkbenchWindow::flashers() const { return m_flashers.get(); }
 QObject* WorkbenchWindow::logs() const { return m_logs.get(); }
 int WorkbenchWindow::minRefreshMs() const { return HostSettings::kMinRefreshMs; }
 int WorkbenchWindow::maxRefreshMs() const { return HostSettings::kMaxRefreshMs; }
@@ -162,6 +164,7 @@ QString WorkbenchWindow::open()
         [this](const IPlayback& playback) { return view(ModeViews::viewNameForPlayback(playback.name())); },
         *m_messages);
     m_pages = std::make_unique<ModulePages>();
+    m_flashers = std::make_unique<FlasherControl>(m_host.flasherRegister(), *m_boards, *m_messages);
     m_logs = std::make_unique<LogCleanup>(m_host.hostSettings().logging(), m_logFile);
 
     // Each new source starts the status counts again, on its mode's view.

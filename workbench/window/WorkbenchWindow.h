@@ -8,6 +8,7 @@
 #include <memory>
 
 class BoardList;
+class FlasherControl;
 class LogCleanup;
 class LogFile;
 class MessageLog;
@@ -19,7 +20,8 @@ class SettingsAutosave;
 
 // The desktop window of the host: the module's pages in the engine the
 // module set up, around them the boards, the mode, the playback, the
-// messages, the status line and the host's settings. It drives the module
+// messages, the status line, the baseboards' flashers and the host's
+// settings. It drives the module
 // through the same host services as a headless session. Published to its
 // QML as the context property "workbench".
 class WorkbenchWindow : public QObject
@@ -30,6 +32,7 @@ class WorkbenchWindow : public QObject
     Q_PROPERTY(QObject* status READ status CONSTANT)
     Q_PROPERTY(QObject* playback READ playback CONSTANT)
     Q_PROPERTY(QObject* pages READ pages CONSTANT)
+    Q_PROPERTY(QObject* flashers READ flashers CONSTANT)
     Q_PROPERTY(QObject* logs READ logs CONSTANT)
     Q_PROPERTY(QObject* coreSettings READ coreSettings CONSTANT)
     Q_PROPERTY(QObject* recordingSettings READ recordingSettings CONSTANT)
@@ -53,6 +56,7 @@ public:
     QObject* status() const;
     QObject* playback() const;
     QObject* pages() const;
+    QObject* flashers() const;
     QObject* logs() const;
     QObject* coreSettings() const;
     QObject* recordingSettings() const;
@@ -71,6 +75,7 @@ public:
     MessageLog& messageLog() { return *m_messages; }
     SessionStatus& sessionStatus() { return *m_status; }
     PlaybackControl& playbackControl() { return *m_playback; }
+    FlasherControl& flasherControl() { return *m_flashers; }
 
     // Called when the user closes the window: ends a recording (every frame
     // taken goes into the file), a playback and the board's acquisition,
@@ -109,6 +114,7 @@ private:
     std::unique_ptr<SessionStatus> m_status;
     std::unique_ptr<PlaybackControl> m_playback;
     std::unique_ptr<ModulePages> m_pages;
+    std::unique_ptr<FlasherControl> m_flashers;
     std::unique_ptr<LogCleanup> m_logs;
     std::unique_ptr<SettingsAutosave> m_autosave;
     QPointer<QQuickWindow> m_window;

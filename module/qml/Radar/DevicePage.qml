@@ -9,6 +9,8 @@ Item {
     id: page
     readonly property QtObject info: radarView.deviceConfiguration.deviceInfo
     readonly property bool connected: radarView.isConnected
+    // An image in the firmware folder newer than the board runs, or empty.
+    readonly property string newerImage: radarView.newFirmwareImage || ""
 
     function txPowerText(powers) {
         if (!powers || powers.length === 0)
@@ -46,6 +48,16 @@ Item {
                     valueObjectName: "deviceFirmware"
                     text: page.info.deviceFirmwareName || page.info.deviceFirmwareNumber
                           ? (page.info.deviceFirmwareName + " " + page.info.deviceFirmwareNumber).trim() : "–"
+                }
+                Label {
+                    objectName: "deviceFirmwareNotice"
+                    visible: page.newerImage !== ""
+                    Layout.leftMargin: 186
+                    Layout.fillWidth: true
+                    text: qsTr("Newer firmware available: %1. Flash it from the Flashers panel.")
+                          .arg(page.newerImage.split("/").pop())
+                    wrapMode: Text.Wrap
+                    color: "#a36b00"
                 }
                 ValueRow {
                     label: qsTr("Antennas")

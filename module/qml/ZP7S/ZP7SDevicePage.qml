@@ -11,6 +11,8 @@ Item {
     property QtObject view: null
     readonly property QtObject info: view ? view.deviceInfo : null
     readonly property bool connected: view ? view.isConnected : false
+    // An image in the firmware folder newer than the board runs, or empty.
+    readonly property string newerImage: view && view.newFirmwareImage ? view.newFirmwareImage : ""
 
     ColumnLayout {
         anchors.fill: parent
@@ -39,6 +41,16 @@ Item {
                     valueObjectName: "zp7DeviceFirmware"
                     text: page.info && (page.info.deviceFirmwareName || page.info.deviceFirmwareNumber)
                           ? (page.info.deviceFirmwareName + " " + page.info.deviceFirmwareNumber).trim() : "–"
+                }
+                Label {
+                    objectName: "zp7DeviceFirmwareNotice"
+                    visible: page.newerImage !== ""
+                    Layout.leftMargin: 186
+                    Layout.fillWidth: true
+                    text: qsTr("Newer firmware available: %1. Flash it from the Flashers panel.")
+                          .arg(page.newerImage.split("/").pop())
+                    wrapMode: Text.Wrap
+                    color: "#a36b00"
                 }
                 ZP7ValueRow {
                     label: qsTr("Antennas")

@@ -4,8 +4,8 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 
 // The workbench's main window: boards and playback on the left, the active
-// mode's page (or the host's settings) in the middle, the messages below it
-// and the status line at the bottom.
+// mode's page (or the host's settings, or the baseboards' flashers) in the
+// middle, the messages below it and the status line at the bottom.
 ApplicationWindow {
     id: window
     objectName: "workbenchWindow"
@@ -17,6 +17,7 @@ ApplicationWindow {
     visible: true
 
     property bool showSettings: false
+    property bool showFlashers: false
     readonly property bool boardConnected: workbench.boards.connectedBoard !== ""
     // The board whose family picks the page: the connected one, or none.
     readonly property int activeShieldType: boardConnected ? workbench.boards.connectedShieldType : 0
@@ -75,11 +76,28 @@ ApplicationWindow {
                 Layout.fillWidth: true
             }
             ToolButton {
+                objectName: "flashersButton"
+                text: window.showFlashers ? qsTr("Back to the radar") : qsTr("Flashers")
+                checkable: true
+                checked: window.showFlashers
+                onClicked: {
+                    window.showFlashers = checked
+                    if (checked)
+                        window.showSettings = false
+                }
+                ToolTip.visible: hovered
+                ToolTip.text: qsTr("Update the firmware of the radar baseboards")
+            }
+            ToolButton {
                 objectName: "settingsButton"
                 text: window.showSettings ? qsTr("Back to the radar") : qsTr("Settings")
                 checkable: true
                 checked: window.showSettings
-                onClicked: window.showSettings = checked
+                onClicked: {
+                    window.showSettings = checked
+                    if (checked)
+                        window.showFlashers = false
+                }
             }
         }
     }
@@ -130,7 +148,7 @@ ApplicationWindow {
             StackLayout {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                currentIndex: window.showSettings ? 1 : 0
+                currentIndex: window.showSettings ? 1 : window.showFlashers ? 2 : 0
 
                 Loader {
                     id: modulePage
@@ -148,6 +166,9 @@ ApplicationWindow {
                 }
                 SettingsPage {
                     objectName: "settingsPage"
+                }
+                FlasherPage {
+                    objectName: "flasherPage"
                 }
             }
 
