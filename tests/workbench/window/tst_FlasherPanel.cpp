@@ -86,7 +86,7 @@ void TestFlasherPanel::listFollowsBaseboards()
 void TestFlasherPanel::flashWritesTheNewerImage()
 {
     WindowRig rig;
-    QCOMPARE(rig.start(bench()), QString());
+    QCOMPARE(rig.start(bench(QString(), true)), QString());
     QTRY_VERIFY(rig.item("board_Radar"));
     QVERIFY(rig.click("connectButton"));
     QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString("Radar"));
@@ -94,6 +94,7 @@ void TestFlasherPanel::flashWritesTheNewerImage()
     QTRY_VERIFY(rig.item("deviceFirmwareNotice")->isVisible());
     QVERIFY2(rig.text("deviceFirmwareNotice").contains("RadarBaseboardKT4_v2.6.0.bin"),
              qPrintable(rig.text("deviceFirmwareNotice")));
+    keepPicture(rig, "device-notice");
 
     QVERIFY(rig.click("flashersButton"));
     QTRY_VERIFY_WITH_TIMEOUT(rig.item(kFlasher), 10000);

@@ -78,7 +78,7 @@ Pane {
 
         // The flashers.
         ColumnLayout {
-            Layout.preferredWidth: 330
+            Layout.preferredWidth: 280
             Layout.fillHeight: true
             spacing: 6
 
@@ -222,14 +222,6 @@ Pane {
                         }
                     }
                 }
-                Button {
-                    objectName: "flashButton"
-                    text: qsTr("Flash")
-                    highlighted: enabled
-                    // One job per board at a time.
-                    enabled: page.current !== null && !page.running && imageField.text.trim() !== ""
-                    onClicked: page.control.flash(page.current.flasherName, imageField.text)
-                }
             }
 
             Label {
@@ -243,10 +235,19 @@ Pane {
                 color: "#a36b00"
             }
 
-            // Progress of the job, with its phase.
+            // Flash, and the job's progress with its phase.
             RowLayout {
                 Layout.fillWidth: true
                 spacing: 10
+                Button {
+                    Layout.preferredWidth: 110
+                    objectName: "flashButton"
+                    text: qsTr("Flash")
+                    highlighted: enabled
+                    // One job per board at a time.
+                    enabled: page.current !== null && !page.running && imageField.text.trim() !== ""
+                    onClicked: page.control.flash(page.current.flasherName, imageField.text)
+                }
                 ProgressBar {
                     objectName: "flasherProgress"
                     Layout.fillWidth: true
