@@ -80,12 +80,7 @@ void ZP7SCoordinator::stopTemperatureMonitor(MonitorRelease release)
     if (!m_temperatureMonitor)
         return;
     m_temperatureMonitor->stop();
-    // A monitor whose own reading reported the event is still inside its
-    // update call: it goes once that call has returned.
-    if (release == MonitorRelease::Deferred)
-        m_temperatureMonitor.release()->deleteLater();
-    else
-        m_temperatureMonitor.reset();
+    releaseMonitor(m_temperatureMonitor, release);
 }
 
 void ZP7SCoordinator::disconnectDevice()

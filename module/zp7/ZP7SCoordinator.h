@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fmcw/common/MonitorRelease.h"
 #include "frame/IRadarSubmoduleCoordinator.h"
 #include "host/Constants.h"
 
@@ -57,7 +58,6 @@ public slots:
     void onPlaybackActiveChanged(bool active);
 
 private:
-    enum class MonitorRelease { Now, Deferred };
     // Stops acquisition around `operation` and starts it again when it ran.
     bool aroundAcquisition(const std::function<bool()>& operation);
     void stopTemperatureMonitor(MonitorRelease release);

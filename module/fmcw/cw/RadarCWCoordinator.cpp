@@ -104,12 +104,7 @@ void RadarCWCoordinator::restartTxPowerMonitor()
 void RadarCWCoordinator::stopTxPowerMonitor(MonitorRelease release)
 {
     m_txPowerTimer.stop();
-    if (!m_txPowerMonitor)
-        return;
-    if (release == MonitorRelease::Deferred)
-        m_txPowerMonitor.release()->deleteLater();
-    else
-        m_txPowerMonitor.reset();
+    releaseMonitor(m_txPowerMonitor, release);
 }
 
 void RadarCWCoordinator::stopTemperatureMonitor(MonitorRelease release)
@@ -117,12 +112,7 @@ void RadarCWCoordinator::stopTemperatureMonitor(MonitorRelease release)
     if (!m_temperatureMonitor)
         return;
     m_temperatureMonitor->stop();
-    // A monitor whose own reading reported the event is still inside its
-    // update call: it goes once that call has returned.
-    if (release == MonitorRelease::Deferred)
-        m_temperatureMonitor.release()->deleteLater();
-    else
-        m_temperatureMonitor.reset();
+    releaseMonitor(m_temperatureMonitor, release);
 }
 
 void RadarCWCoordinator::disconnectDevice()

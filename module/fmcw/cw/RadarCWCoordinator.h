@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fmcw/common/MonitorRelease.h"
 #include "fmcw/cw/IRadarCWCoordinator.h"
 
 #include <QTimer>
@@ -60,7 +61,6 @@ public slots:
     void onDeviceConfigUpdated(RadarDeviceCWConfig* config);
 
 private:
-    enum class MonitorRelease { Now, Deferred };
     bool monitorsSupported() const;
     void startMonitors();
     void stopTemperatureMonitor(MonitorRelease release);

@@ -86,13 +86,7 @@ void RadarSCoordinator::stopTemperatureMonitor(MonitorRelease release)
     if (!m_temperatureMonitor)
         return;
     m_temperatureMonitor->stop();
-    if (release == MonitorRelease::Deferred) {
-        // The monitor's own reading reported it: it is still inside its
-        // update call, so it goes once that call has returned.
-        m_temperatureMonitor.release()->deleteLater();
-        return;
-    }
-    m_temperatureMonitor.reset();
+    releaseMonitor(m_temperatureMonitor, release);
 }
 
 void RadarSCoordinator::disconnectDevice()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fmcw/common/MonitorRelease.h"
 #include "fmcw/standard/IRadarSCoordinator.h"
 
 #include <functional>
@@ -56,7 +57,6 @@ public slots:
 private:
     // Stops acquisition around `operation` and restarts it when it ran.
     bool aroundAcquisition(const std::function<bool()>& operation);
-    enum class MonitorRelease { Now, Deferred };
     void stopTemperatureMonitor(MonitorRelease release = MonitorRelease::Now);
     void releaseDevice(MonitorRelease monitorRelease);
     void setChartSeriesCount(int count);
