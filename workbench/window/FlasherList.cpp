@@ -64,8 +64,6 @@ QVariant FlasherList::data(const QModelIndex& index, int role) const
         return FirmwareImages::newest(flasher);
     case FolderRole:
         return FirmwareImages::localFolder(flasher.firmwareDir());
-    case PatternRole:
-        return flasher.filenamePattern();
     default:
         return {};
     }
@@ -76,7 +74,7 @@ QHash<int, QByteArray> FlasherList::roleNames() const
     return { { NameRole, "name" },         { StatusRole, "status" },     { StatusNameRole, "statusName" },
              { OutcomeRole, "outcome" },   { ProgressRole, "progress" }, { PhaseRole, "phase" },
              { MessageRole, "message" },   { MessagesRole, "messages" }, { ImageRole, "image" },
-             { FolderRole, "folder" },     { PatternRole, "pattern" } };
+             { FolderRole, "folder" } };
 }
 
 int FlasherList::indexOf(const QString& name) const

@@ -28,8 +28,7 @@ public:
         MessageRole,
         MessagesRole,
         ImageRole,
-        FolderRole,
-        PatternRole
+        FolderRole
     };
 
     explicit FlasherList(HostFlasherRegister& flashers, QObject* parent = nullptr);

@@ -343,15 +343,19 @@ Item {
                         elide: Text.ElideRight
                         text: root.txPowerText(root.info.deviceTxPower)
                     }
-                    // An image in the firmware folder newer than the board runs.
-                    Label {
-                        objectName: "cwFirmwareNotice"
-                        visible: text !== ""
-                        color: "#a36b00"
-                        text: root.view.newFirmwareImage
-                              ? qsTr("Newer firmware available: %1. Flash it from the Flashers panel.")
-                                .arg(root.view.newFirmwareImage.split("/").pop()) : ""
-                    }
+                }
+                // An image in the firmware folder newer than the board runs;
+                // it takes the width it is given, never widening the page.
+                Label {
+                    objectName: "cwFirmwareNotice"
+                    visible: text !== ""
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 1
+                    wrapMode: Text.Wrap
+                    color: "#a36b00"
+                    text: root.view.newFirmwareImage
+                          ? qsTr("Newer firmware available: %1. Flash it from the Flashers panel.")
+                            .arg(root.view.newFirmwareImage.split("/").pop()) : ""
                 }
             }
         }

@@ -61,6 +61,8 @@ private slots:
     void flashWritesTheNewerImage();
     void failedJobShowsItsStatus_data();
     void failedJobShowsItsStatus();
+    void otherModesNameTheNewerImage_data();
+    void otherModesNameTheNewerImage();
 };
 
 void TestFlasherPanel::listFollowsBaseboards()
@@ -166,6 +168,38 @@ void TestFlasherPanel::failedJobShowsItsStatus()
     // The board stays listed and may be flashed again.
     QVERIFY(rig.item("flashButton")->isEnabled());
     keepPicture(rig, "flasher-" + QString(QTest::currentDataTag()).replace(' ', '-'));
+}
+
+void TestFlasherPanel::otherModesNameTheNewerImage_data()
+{
+    QTest::addColumn<QString>("chip");
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("notice");
+    QTest::newRow("pulsed Doppler") << "ZP7" << QString() << "zp7DeviceTab" << "zp7DeviceFirmwareNotice";
+    QTest::newRow("CW") << "KMR7A" << "CW" << QString() << "cwFirmwareNotice";
+}
+
+void TestFlasherPanel::otherModesNameTheNewerImage()
+{
+    QFETCH(QString, chip);
+    QFETCH(QString, mode);
+    QFETCH(QString, tab);
+    QFETCH(QString, notice);
+
+    WindowRig rig;
+    QCOMPARE(rig.start(QStringLiteral(R"({ "boards": [ { "uuid": "5e5e-0005", "chip": "%1" } ] })").arg(chip)),
+             QString());
+    QTRY_VERIFY(rig.item("board_Radar"));
+    QVERIFY(rig.click("connectButton"));
+    QTRY_COMPARE(rig.workbench().boardList().connectedBoard(), QString("Radar"));
+    if (!mode.isEmpty())
+        rig.workbench().boardList().selectMode(mode);
+    if (!tab.isEmpty())
+        QTRY_VERIFY(rig.click(tab));
+    QTRY_VERIFY_WITH_TIMEOUT(rig.item(notice) && rig.item(notice)->isVisible(), 10000);
+    QVERIFY2(rig.text(notice).contains("RadarBaseboardKT4_v2.6.0.bin"), qPrintable(rig.text(notice)));
+    keepPicture(rig, "notice-" + QString(QTest::currentDataTag()).replace(' ', '-'));
 }
 
 QTEST_MAIN(TestFlasherPanel)
