@@ -9,6 +9,8 @@
 #include <QDebug>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace {
 
 // While writing and verifying the flasher repeats its percentage as a
@@ -136,6 +138,18 @@ void FlasherList::reload()
     m_rows = rows;
     endResetModel();
     emit countChanged();
+    updateBusy();
+}
+
+void FlasherList::updateBusy()
+{
+    const bool busy = std::any_of(m_rows.cbegin(), m_rows.cend(), [](const Row& row) {
+        return outcome(row.flasher->status()) == QLatin1String("running");
+    });
+    if (busy == m_busy)
+        return;
+    m_busy = busy;
+    emit busyChanged();
 }
 
 void FlasherList::watch(IFlasher* flasher)
@@ -175,6 +189,7 @@ void FlasherList::onStatus(IFlasher* flasher)
         changed(index, { PhaseRole });
         emit jobEnded(row.name, status, data(this->index(index), MessageRole).toString());
     }
+    updateBusy();
 }
 
 void FlasherList::onMessage(IFlasher* flasher)

@@ -17,6 +17,9 @@ class FlasherList : public QAbstractListModel
 {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
+    // Some job runs: its board may be left in its bootloader if the window
+    // closes now.
+    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 public:
     enum Role {
         NameRole = Qt::UserRole + 1,
@@ -38,6 +41,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     int count() const { return int(m_rows.size()); }
+    bool busy() const { return m_busy; }
     // The row of the flasher of that name, -1 when there is none.
     Q_INVOKABLE int indexOf(const QString& name) const;
 
@@ -48,6 +52,7 @@ public:
 
 signals:
     void countChanged();
+    void busyChanged();
     // A job reached its final status.
     void jobEnded(const QString& name, FlasherStatus::Status status, const QString& message);
 
@@ -67,7 +72,9 @@ private:
     void onStatus(IFlasher* flasher);
     void onMessage(IFlasher* flasher);
     void changed(int row, const QVector<int>& roles);
+    void updateBusy();
 
     HostFlasherRegister& m_register;
     QVector<Row> m_rows;
+    bool m_busy = false;
 };

@@ -2,6 +2,7 @@
 
 #include "BoardList.h"
 #include "FlasherControl.h"
+#include "FlasherList.h"
 #include "HostSettings.h"
 #include "LogCleanup.h"
 #include "MessageLog.h"
@@ -165,6 +166,7 @@ QString WorkbenchWindow::open()
         *m_messages);
     m_pages = std::make_unique<ModulePages>();
     m_flashers = std::make_unique<FlasherControl>(m_host.flasherRegister(), *m_boards, *m_messages);
+    connect(&m_flashers->flasherList(), &FlasherList::busyChanged, this, &WorkbenchWindow::closeWhenDone);
     m_logs = std::make_unique<LogCleanup>(m_host.hostSettings().logging(), m_logFile);
 
     // Each new source starts the status counts again, on its mode's view.
@@ -251,6 +253,16 @@ bool WorkbenchWindow::finishSession()
         qInfo() << "Closing: disconnecting" << m_boards->connectedBoard();
         m_boards->disconnectBoard();
     }
+    // A board left half-written stays in its bootloader; the job ends
+    // within the flasher's own time limit.
+    if (isFlashing() && !m_leaveFlashing) {
+        m_closeWhenDone = true;
+        m_waitsForFlashing = true;
+        setClosingReason(QStringLiteral("A baseboard is being flashed; the window closes when the job has ended. "
+                                        "Closing now may leave the board in its bootloader."));
+        return false;
+    }
+    m_waitsForFlashing = false;
     if (isParsing()) {
         m_closeWhenDone = true;
         setClosingReason(QStringLiteral("Writing the text copy of the recording; the window closes when it is done."));
@@ -279,11 +291,38 @@ void WorkbenchWindow::abandonTextCopy()
 
 void WorkbenchWindow::onParsingActiveChanged()
 {
-    if (!m_closeWhenDone || isParsing())
+    closeWhenDone();
+}
+
+bool WorkbenchWindow::isFlashing() const
+{
+    return m_flashers && m_flashers->flasherList().busy();
+}
+
+void WorkbenchWindow::closeWhenDone()
+{
+    if (!m_closeWhenDone || isParsing() || (isFlashing() && !m_leaveFlashing))
         return;
     m_closeWhenDone = false;
     if (m_window)
         m_window->close();
+}
+
+void WorkbenchWindow::closeWithoutFlashing()
+{
+    qWarning() << "Closing while a baseboard is being flashed; it may stay in its bootloader";
+    m_leaveFlashing = true;
+    m_closeWhenDone = false;
+    setClosingReason(QString());
+    if (m_window)
+        m_window->close();
+}
+
+void WorkbenchWindow::cancelClosing()
+{
+    m_closeWhenDone = false;
+    m_waitsForFlashing = false;
+    setClosingReason(QString());
 }
 
 QVariantList WorkbenchWindow::recordingDuration() const

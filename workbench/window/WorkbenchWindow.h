@@ -40,6 +40,8 @@ class WorkbenchWindow : public QObject
     Q_PROPERTY(int maxRefreshMs READ maxRefreshMs CONSTANT)
     Q_PROPERTY(QString settingsPath READ settingsPath CONSTANT)
     Q_PROPERTY(QString closingReason READ closingReason NOTIFY closingReasonChanged)
+    // The window waits for a flashing job rather than for a text copy.
+    Q_PROPERTY(bool closingWaitsForFlashing READ closingWaitsForFlashing NOTIFY closingReasonChanged)
     Q_PROPERTY(QObject* activeView READ activeView NOTIFY activeViewChanged)
 public:
     // `logFile` may be null (no log file of the host's own).
@@ -65,6 +67,7 @@ public:
     QString settingsPath() const;
     // Set while the window waits for work to finish before it can close.
     QString closingReason() const { return m_closingReason; }
+    bool closingWaitsForFlashing() const { return m_closeWhenDone && m_waitsForFlashing; }
 
     // The view of the source that runs or ran last: the connected board's
     // mode ("zp7sView" for a pulsed-Doppler board, else "radarView"), or
@@ -79,11 +82,16 @@ public:
 
     // Called when the user closes the window: ends a recording (every frame
     // taken goes into the file), a playback and the board's acquisition,
-    // and saves the settings. False while a text copy is still being
-    // written; the window then closes by itself once it is done.
+    // and saves the settings. False while a baseboard is being flashed or a
+    // text copy is still being written; the window then closes by itself
+    // once that is done.
     Q_INVOKABLE bool finishSession();
     // Gives up the text copy the window waits for.
     Q_INVOKABLE void abandonTextCopy();
+    // Closes without waiting for the flashing job (its board may stay in its
+    // bootloader, where it can be flashed again), or stays open.
+    Q_INVOKABLE void closeWithoutFlashing();
+    Q_INVOKABLE void cancelClosing();
     // The recording duration limit as [hours, minutes, seconds]; the host's
     // settings hold it as one value, not as properties.
     Q_INVOKABLE QVariantList recordingDuration() const;
@@ -102,6 +110,9 @@ private:
     QList<QObject*> views() const;
     // Whether any mode still writes a text copy.
     bool isParsing() const;
+    bool isFlashing() const;
+    // Closes the window once nothing it waits for runs any more.
+    void closeWhenDone();
     // The status line turns to the view of the source that just started.
     void followSource(QObject* view, const QString& uuid);
     QObject* coordinator() const;
@@ -120,4 +131,6 @@ private:
     QPointer<QQuickWindow> m_window;
     QString m_closingReason;
     bool m_closeWhenDone = false;
+    bool m_waitsForFlashing = false;
+    bool m_leaveFlashing = false;
 };

@@ -109,6 +109,12 @@ void TestFlasherPanel::flashWritesTheNewerImage()
     QCOMPARE(state(rig, kFlasher), QString("FLASHING"));
     QVERIFY(!rig.item("flashButton")->isEnabled());
     keepPicture(rig, "flasher-running");
+    // Closing waits for the job; the user may also keep the window open.
+    QVERIFY(!rig.workbench().finishSession());
+    QTRY_VERIFY(rig.item("keepOpenButton") && rig.item("keepOpenButton")->isVisible());
+    keepPicture(rig, "flasher-closing");
+    QVERIFY(rig.click("keepOpenButton"));
+    QCOMPARE(rig.workbench().closingReason(), QString());
 
     QTRY_COMPARE_WITH_TIMEOUT(state(rig, kFlasher), QString("FINISHED_SUCCESS"), 30000);
     QCOMPARE(rig.item("flasherProgress")->property("value").toDouble(), 100.0);
@@ -160,14 +166,17 @@ void TestFlasherPanel::failedJobShowsItsStatus()
         QVERIFY(rig.type("flasherImage", path));
     }
     QVERIFY(rig.click("flashButton"));
+    // Closing waits for the job, then happens by itself.
+    QVERIFY(!rig.workbench().finishSession());
+    QVERIFY(rig.workbench().closingWaitsForFlashing());
     QTRY_COMPARE_WITH_TIMEOUT(state(rig, kFlasher), status, 30000);
+    QTRY_VERIFY(!rig.window()->isVisible());
     QVERIFY2(rig.text("flasherStatus").startsWith(status + ": "), qPrintable(rig.text("flasherStatus")));
     QVERIFY2(rig.text("flasherMessage").contains(message), qPrintable(rig.text("flasherMessage")));
     QCOMPARE(rig.item("flasherResult")->property("outcome").toString(), QString("failure"));
     QVERIFY(logHas(rig.workbench().messageLog(), "Flashing ttyVRN0 (Radar) failed: " + status));
     // The board stays listed and may be flashed again.
     QVERIFY(rig.item("flashButton")->isEnabled());
-    keepPicture(rig, "flasher-" + QString(QTest::currentDataTag()).replace(' ', '-'));
 }
 
 void TestFlasherPanel::otherModesNameTheNewerImage_data()

@@ -196,9 +196,25 @@ ApplicationWindow {
                 Layout.maximumWidth: 420
             }
             Button {
+                visible: !workbench.closingWaitsForFlashing
                 text: qsTr("Stop the text copy and close")
                 Layout.alignment: Qt.AlignRight
                 onClicked: workbench.abandonTextCopy()
+            }
+            RowLayout {
+                visible: workbench.closingWaitsForFlashing
+                Layout.alignment: Qt.AlignRight
+                spacing: 8
+                Button {
+                    objectName: "keepOpenButton"
+                    text: qsTr("Keep the window open")
+                    onClicked: workbench.cancelClosing()
+                }
+                Button {
+                    objectName: "closeWhileFlashingButton"
+                    text: qsTr("Close without waiting")
+                    onClicked: workbench.closeWithoutFlashing()
+                }
             }
         }
     }
