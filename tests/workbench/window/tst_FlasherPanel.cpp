@@ -8,7 +8,10 @@
 #include "BoardList.h"
 #include "MessageLog.h"
 
+#include <QApplication>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 
 namespace {
 
@@ -40,6 +43,28 @@ QString state(WindowRig& rig, const QString& flasher)
     QQuickItem* row = rig.item(flasher);
     QQuickItem* label = row ? row->findChild<QQuickItem*>(QStringLiteral("flasherState")) : nullptr;
     return label ? label->property("text").toString() : QString();
+}
+
+// Types the path into the file dialog the panel opened and confirms it.
+bool chooseFile(WindowRig& rig, const QString& path)
+{
+    QFileDialog* dialog = nullptr;
+    QTest::qWaitFor([&dialog] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
+                dialog = candidate;
+        }
+        return dialog != nullptr;
+    });
+    auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
+    if (!name)
+        return false;
+    name->setText(path);
+    QTest::keyClick(name, Qt::Key_Return);
+    if (!QTest::qWaitFor([dialog] { return !dialog->isVisible(); }))
+        return false;
+    rig.window()->requestActivate();
+    return QTest::qWaitForWindowActive(rig.window());
 }
 
 bool logHas(MessageLog& log, const QString& text)
@@ -142,7 +167,8 @@ void TestFlasherPanel::failedJobShowsItsStatus_data()
     QTest::addColumn<QString>("message");
     QTest::newRow("bootloader refused") << R"([ { "kind": "activation_fails", "count": 0 } ])" << QByteArray()
                                         << "BOOTLOADER_FAILURE" << "did not acknowledge the bootloader command";
-    // The user's own image, typed in, is written; a damaged one is refused.
+    // The user's own image, picked in the file dialog, is written; a damaged
+    // one is refused.
     QTest::newRow("damaged image") << QString() << QByteArray("RBK4").append(60, '\x07') << "FLASHING_FAILURE"
                                    << "Image check failed";
 }
@@ -163,7 +189,9 @@ void TestFlasherPanel::failedJobShowsItsStatus()
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(image) == image.size());
         file.close();
-        QVERIFY(rig.type("flasherImage", path));
+        QVERIFY(rig.click("flasherChooseImage"));
+        QVERIFY(chooseFile(rig, path));
+        QCOMPARE(rig.text("flasherImage"), path);
     }
     QVERIFY(rig.click("flashButton"));
     // Closing waits for the job, then happens by itself.

@@ -77,7 +77,9 @@ ApplicationWindow {
             }
             ToolButton {
                 objectName: "flashersButton"
-                text: window.showFlashers ? qsTr("Back to the radar") : qsTr("Flashers")
+                // A job running out of sight is still shown.
+                text: window.showFlashers ? qsTr("Back to the radar")
+                      : workbench.flashers.list.busy ? qsTr("Flashers: flashing…") : qsTr("Flashers")
                 checkable: true
                 checked: window.showFlashers
                 onClicked: {
