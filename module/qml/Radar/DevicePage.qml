@@ -9,8 +9,9 @@ Item {
     id: page
     readonly property QtObject info: radarView.deviceConfiguration.deviceInfo
     readonly property bool connected: radarView.isConnected
-    // An image in the firmware folder newer than the board runs, or empty.
-    readonly property string newerImage: radarView.newFirmwareImage || ""
+    // An image in the firmware folder newer than the connected board runs, or
+    // empty (also while no board is connected).
+    readonly property string newerImage: connected && radarView.newFirmwareImage ? radarView.newFirmwareImage : ""
 
     function txPowerText(powers) {
         if (!powers || powers.length === 0)

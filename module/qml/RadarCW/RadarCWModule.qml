@@ -353,7 +353,7 @@ Item {
                     Layout.preferredWidth: 1
                     wrapMode: Text.Wrap
                     color: "#a36b00"
-                    text: root.view.newFirmwareImage
+                    text: root.connected && root.view.newFirmwareImage
                           ? qsTr("Newer firmware available: %1. Flash it from the Flashers panel.")
                             .arg(root.view.newFirmwareImage.split("/").pop()) : ""
                 }

@@ -11,8 +11,9 @@ Item {
     property QtObject view: null
     readonly property QtObject info: view ? view.deviceInfo : null
     readonly property bool connected: view ? view.isConnected : false
-    // An image in the firmware folder newer than the board runs, or empty.
-    readonly property string newerImage: view && view.newFirmwareImage ? view.newFirmwareImage : ""
+    // An image in the firmware folder newer than the connected board runs, or
+    // empty (also while no board is connected).
+    readonly property string newerImage: connected && view.newFirmwareImage ? view.newFirmwareImage : ""
 
     ColumnLayout {
         anchors.fill: parent

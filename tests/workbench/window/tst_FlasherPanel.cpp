@@ -140,6 +140,13 @@ void TestFlasherPanel::flashWritesTheNewerImage()
     keepPicture(rig, "flasher-closing");
     QVERIFY(rig.click("keepOpenButton"));
     QCOMPARE(rig.workbench().closingReason(), QString());
+    // Out of sight the job is still shown in the tool bar.
+    QVERIFY(rig.click("flashersButton"));
+    QCOMPARE(rig.text("flashersButton"), QString::fromUtf8("Flashers: flashing…"));
+    // The board that ran 2.5.1 has gone: no notice for it.
+    QVERIFY(!rig.item("deviceFirmwareNotice")->isVisible());
+    keepPicture(rig, "flasher-out-of-sight");
+    QVERIFY(rig.click("flashersButton"));
 
     QTRY_COMPARE_WITH_TIMEOUT(state(rig, kFlasher), QString("FINISHED_SUCCESS"), 30000);
     QCOMPARE(rig.item("flasherProgress")->property("value").toDouble(), 100.0);
