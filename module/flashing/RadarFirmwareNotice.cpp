@@ -27,9 +27,17 @@ void RadarFirmwareNotice::watch(DeviceInfo* deviceInfo)
     check();
 }
 
+void RadarFirmwareNotice::setConnected(bool connected)
+{
+    m_connected = connected;
+    // Reading the firmware folder is not part of connecting a board: look
+    // once the connection (and whatever the caller does next) is done.
+    QMetaObject::invokeMethod(this, &RadarFirmwareNotice::check, Qt::QueuedConnection);
+}
+
 QString RadarFirmwareNotice::check()
 {
-    const QString version = m_deviceInfo ? m_deviceInfo->deviceFirmwareNumber() : QString();
+    const QString version = (m_connected && m_deviceInfo) ? m_deviceInfo->deviceFirmwareNumber() : QString();
     const QString image = (m_source && !version.isEmpty()) ? m_source->newerImageFor(version) : QString();
     if (image != m_newerImage) {
         m_newerImage = image;

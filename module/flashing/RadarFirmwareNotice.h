@@ -19,9 +19,12 @@ public:
     // Neither is owned; either may be null (then there is never an image).
     void setSource(const IRadarFirmwareSource* source);
     void watch(DeviceInfo* deviceInfo);
+    // Only the mode that has the board open speaks of it: the device
+    // information of another mode may still describe the same board.
+    void setConnected(bool connected);
 
     // Looks again: the newer image's path, empty when the board is up to
-    // date, not connected, or there is no image.
+    // date, not connected to this mode, or there is no image.
     QString check();
     QString newerImage() const { return m_newerImage; }
 
@@ -33,6 +36,7 @@ signals:
 private:
     const IRadarFirmwareSource* m_source = nullptr;
     DeviceInfo* m_deviceInfo = nullptr;
+    bool m_connected = false;
     QString m_newerImage;
     QString m_announcedFor;
 };

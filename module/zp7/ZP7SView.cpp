@@ -27,6 +27,8 @@ ZP7SView::ZP7SView(ZP7SCoordinator* coordinator, ZP7SConfig* config, ZP7SDataPro
 {
     m_firmware = new RadarFirmwareNotice(this);
     m_firmware->watch(deviceInfo());
+    connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, m_firmware,
+            &RadarFirmwareNotice::setConnected);
     connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &ZP7SView::newFirmwareImageChanged);
     connect(m_firmware, &RadarFirmwareNotice::announce, this,
             [this](const QString& message, const QString& details) {

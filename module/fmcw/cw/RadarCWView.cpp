@@ -20,6 +20,8 @@ RadarCWView::RadarCWView(IRadarCWCoordinator* coordinator, RadarCWConfig* config
 {
     m_firmware = new RadarFirmwareNotice(this);
     m_firmware->watch(deviceInfo());
+    connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, m_firmware,
+            &RadarFirmwareNotice::setConnected);
     connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &RadarCWView::newFirmwareImageChanged);
     connect(m_firmware, &RadarFirmwareNotice::announce, this,
             [this](const QString& message, const QString& details) {

@@ -28,6 +28,8 @@ RadarView::RadarView(IRadarSCoordinator* coordinator, IRadarConfiguration* confi
 {
     m_firmware = new RadarFirmwareNotice(this);
     m_firmware->watch(deviceConfiguration()->deviceInfo());
+    connect(m_coordinator, &IRadarSubmoduleCoordinator::isConnectedChanged, m_firmware,
+            &RadarFirmwareNotice::setConnected);
     connect(m_firmware, &RadarFirmwareNotice::newerImageChanged, this, &RadarView::newFirmwareImageChanged);
     connect(m_firmware, &RadarFirmwareNotice::announce, this,
             [this](const QString& message, const QString& details) {
