@@ -43,11 +43,15 @@ QString target(double speed)
 }
 
 // The messages the view told the user, as "text|details".
+// What the user was told, but for the notice of a newer firmware image that
+// follows every connection of a board running older firmware.
 QStringList messages(const QSignalSpy& spy)
 {
     QStringList texts;
-    for (const QList<QVariant>& call : spy)
-        texts.append(call.at(1).toString());
+    for (const QList<QVariant>& call : spy) {
+        if (call.at(1).toString() != QLatin1String("A newer firmware image is available"))
+            texts.append(call.at(1).toString());
+    }
     return texts;
 }
 
