@@ -44,10 +44,11 @@ void RecordingCycle::inject(const QString& uuid, const Fault& fault)
         qWarning() << "Soak: fault not injected:" << error;
 }
 
-QString RecordingCycle::record(const QString& uuid, QObject* view, const QString& base, CycleResult& result)
+QString RecordingCycle::record(const QString& uuid, QObject* view, const QString& base, bool paced,
+                               CycleResult& result)
 {
     RecordingUserSettings& settings = *m_bench.host().coreConfiguration().coreUserSettings()->recordingUserSettings();
-    const int frames = m_plan.uniform(10, 60);
+    const int frames = paced ? m_plan.uniform(4, 12) : m_plan.uniform(10, 60);
     settings.setRecordingPath(m_directory);
     settings.setFileName(QFileInfo(base).fileName());
     settings.setTxtFile(false);
@@ -94,6 +95,14 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
     result.framesLost = audit.lost;
     if (!audit.error.isEmpty())
         return audit.error;
+    // A failed fetch is the FMCW module's sign of a FIFO overflow: it must
+    // show, or the fault went unnoticed.
+    // On an unpaced board the view's count trails the board, so the fetch
+    // may fail only now; the board still acquires, so it does fail.
+    const auto overflowCounted = [view] { return view->property("fifoOverflowCounter").toUInt() > 0; };
+    wait.watch(view, "fifoOverflowCounterChanged()");
+    if (fault.kind == Fault::FifoOverflow && injected && m_countsOverflows && !wait.until(overflowCounted, kStateMs))
+        return QStringLiteral("a failed fetch was injected but the view counted no FIFO overflow");
     if (result.framesLost > 0)
         return QStringLiteral("%1 of %2 counted frames are not in %3 (fault: %4 at frame %5)")
             .arg(result.framesLost).arg(tally.recorded().size()).arg(RecordingFiles::binPath(base))
@@ -101,12 +110,14 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
     return {};
 }
 
-CycleResult RecordingCycle::run(int index, const QString& chip, const char* viewName)
+CycleResult RecordingCycle::run(int index, const QString& chip, const char* viewName, bool paced)
 {
     CycleResult result;
+    // The pulsed-Doppler mode ends acquisition on a failed fetch instead.
+    m_countsOverflows = qstrcmp(viewName, "radarView") == 0;
     const QString uuid = QStringLiteral("50a7-%1").arg(chip.toLower());
     std::shared_ptr<IDevice> device;
-    result.failure = m_bench.plug(uuid, SoakBench::boardJson(uuid, chip, QStringLiteral("unpaced"), quint32(index)), device);
+    result.failure = m_bench.plug(uuid, SoakBench::boardJson(uuid, chip, paced ? QStringLiteral("realtime") : QStringLiteral("unpaced"), quint32(index)), device);
     QObject* view = m_bench.view(viewName);
     if (result.failure.isEmpty() && !view)
         result.failure = QStringLiteral("the module has no view \"%1\"").arg(QLatin1String(viewName));
@@ -120,7 +131,7 @@ CycleResult RecordingCycle::run(int index, const QString& chip, const char* view
     }
     const QString base = QDir(m_directory).filePath(QStringLiteral("cycle-%1").arg(index));
     if (result.failure.isEmpty())
-        result.failure = record(uuid, view, base, result);
+        result.failure = record(uuid, view, base, paced, result);
     if (device)
         device->disconnectDevice();
     device.reset();

@@ -66,7 +66,10 @@ bool SoakRun::run(int cycles)
     QElapsedTimer clock;
     clock.start();
     for (int i = 0; i < cycles; ++i) {
-        switch (i % 5) {
+        // Now and then a board in real time, for faults that need a clock.
+        if (i % 50 == 49) {
+            add(recording.run(i, QStringLiteral("KMR7A"), "radarView", true));
+        } else switch (i % 5) {
         case 0: add(recording.run(i, QStringLiteral("KMR7A"), "radarView")); break;
         case 1: add(recording.run(i, QStringLiteral("ZP7"), "zp7sView")); break;
         case 2: add(cw.run(i, QStringLiteral("KMR7B"))); break;
