@@ -82,6 +82,10 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
         return !tally.recordingActive() || !view->property("isActive").toBool()
             || !view->property("isConnected").toBool();
     }, kStateMs);
+    // A recording that ended by itself while the board still ran reached
+    // its limit; the view hears of its last frame only after that end, so
+    // the limit is checked against the file instead.
+    const bool atLimit = ended && !tally.recordingActive() && view->property("isActive").toBool();
     QMetaObject::invokeMethod(view, "stopRecording", Qt::DirectConnection);
     if (!wait.until([&] { return !tally.recordingActive(); }, kStateMs))
         return QStringLiteral("the recording did not end when stopped");
@@ -95,6 +99,11 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
     result.framesLost = audit.lost;
     if (!audit.error.isEmpty())
         return audit.error;
+    if (atLimit && audit.fileFrames != frames) {
+        result.framesLost += qMax<qint64>(0, frames - audit.fileFrames);
+        return QStringLiteral("the recording ended at its limit of %1 frames but %2 holds %3")
+            .arg(frames).arg(RecordingFiles::binPath(base)).arg(audit.fileFrames);
+    }
     // A failed fetch is the FMCW module's sign of a FIFO overflow: it must
     // show, or the fault went unnoticed.
     // On an unpaced board the view's count trails the board, so the fetch
