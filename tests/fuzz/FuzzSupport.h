@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtGlobal>
 #include <cstddef>
+#include <cstdlib>
 #include <cstdint>
 
 // What every fuzz target shares: a quiet log (a rejected input is the
@@ -30,15 +31,18 @@ inline QByteArray bytesOf(const uint8_t* data, size_t size)
 
 // A per-process folder, on tmpfs when there is one, since every input is
 // written once per execution.
+// Removed when the process exits normally; a crashing input leaves it.
+// Held on the heap so it is still there when the exit handler runs.
 inline QString scratchDir()
 {
-    static const QString dir = [] {
+    static const QString* const dir = [] {
         const QString root = QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm") : QDir::tempPath();
-        const QString path = QStringLiteral("%1/radar-fuzz-%2").arg(root).arg(qint64(QCoreApplication::applicationPid()));
-        QDir().mkpath(path);
+        auto* path = new QString(QStringLiteral("%1/radar-fuzz-%2").arg(root).arg(qint64(QCoreApplication::applicationPid())));
+        QDir().mkpath(*path);
+        std::atexit([] { QDir(scratchDir()).removeRecursively(); });
         return path;
     }();
-    return dir;
+    return *dir;
 }
 
 inline QString writeScratch(const QString& name, const uint8_t* data, size_t size)
