@@ -2,6 +2,7 @@
 // would on a simulated board: switched to CW, a setting typed and applied,
 // the carrier switched on, a frame captured and logged to CSV, the carrier
 // switched off. Any warning while the page lives fails the test.
+#include "PageTestSupport.h"
 #include "WindowRig.h"
 
 #include "MessageLog.h"
@@ -18,19 +19,6 @@
 #include <limits>
 
 namespace {
-
-QStringList g_warnings;
-QtMessageHandler g_previousHandler = nullptr;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    // The offscreen platform says this whenever a dialog window shows.
-    if (type != QtDebugMsg && type != QtInfoMsg
-        && message != QLatin1String("This plugin does not support propagateSizeHints()"))
-        g_warnings.append(message);
-    if (g_previousHandler)
-        g_previousHandler(type, context, message);
-}
 
 constexpr const char* kUuid = "1f3c-00c1";
 
@@ -98,35 +86,6 @@ double peakX(WindowRig& rig, const char* chart)
     return bestX;
 }
 
-// The file dialog the page opened, once it shows.
-QFileDialog* shownFileDialog()
-{
-    QFileDialog* dialog = nullptr;
-    QTest::qWaitFor([&dialog] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
-                dialog = candidate;
-        }
-        return dialog != nullptr;
-    });
-    return dialog;
-}
-
-// Types the path into the dialog, confirms it and gives the window the
-// keyboard back.
-bool chooseFile(WindowRig& rig, QFileDialog* dialog, const QString& path)
-{
-    auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
-    if (!name)
-        return false;
-    name->setText(path);
-    QTest::keyClick(name, Qt::Key_Return);
-    if (!QTest::qWaitFor([dialog] { return !dialog->isVisible(); }))
-        return false;
-    rig.window()->requestActivate();
-    return QTest::qWaitForWindowActive(rig.window());
-}
-
 } // namespace
 
 class TestCWPages : public QObject
@@ -154,17 +113,17 @@ private slots:
 
 void TestCWPages::initTestCase()
 {
-    g_previousHandler = qInstallMessageHandler(collectWarnings);
+    PageWarnings::install();
 }
 
 void TestCWPages::init()
 {
-    g_warnings.clear();
+    PageWarnings::collected().clear();
 }
 
 void TestCWPages::cleanup()
 {
-    QVERIFY2(g_warnings.isEmpty(), qPrintable(g_warnings.join(QLatin1Char('\n'))));
+    QVERIFY2(PageWarnings::collected().isEmpty(), qPrintable(PageWarnings::collected().join(QLatin1Char('\n'))));
 }
 
 void TestCWPages::emitCaptureLogAndStop()
@@ -476,9 +435,7 @@ void TestCWPages::unpluggedBoardEndsEmissionOnThePage()
     QTRY_VERIFY(rig.workbench().messageLog().count() > 0);
     keepPicture(rig, "cw-unplugged");
     // The module tells of the loss in its log; the page itself may not warn.
-    g_warnings.erase(std::remove_if(g_warnings.begin(), g_warnings.end(),
-                                    [](const QString& warning) { return !warning.startsWith("qrc:"); }),
-                     g_warnings.end());
+    PageWarnings::keepPageWarnings();
 }
 
 QTEST_MAIN(TestCWPages)

@@ -3,6 +3,7 @@
 // they are plugged and unplugged, Flash writes the shipped image with the
 // progress and messages shown, a failing job ends in its status, and the
 // device tab points at the newer image until the board runs it.
+#include "PageTestSupport.h"
 #include "WindowRig.h"
 
 #include "BoardList.h"
@@ -43,28 +44,6 @@ QString state(WindowRig& rig, const QString& flasher)
     QQuickItem* row = rig.item(flasher);
     QQuickItem* label = row ? row->findChild<QQuickItem*>(QStringLiteral("flasherState")) : nullptr;
     return label ? label->property("text").toString() : QString();
-}
-
-// Types the path into the file dialog the panel opened and confirms it.
-bool chooseFile(WindowRig& rig, const QString& path)
-{
-    QFileDialog* dialog = nullptr;
-    QTest::qWaitFor([&dialog] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
-                dialog = candidate;
-        }
-        return dialog != nullptr;
-    });
-    auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
-    if (!name)
-        return false;
-    name->setText(path);
-    QTest::keyClick(name, Qt::Key_Return);
-    if (!QTest::qWaitFor([dialog] { return !dialog->isVisible(); }))
-        return false;
-    rig.window()->requestActivate();
-    return QTest::qWaitForWindowActive(rig.window());
 }
 
 bool logHas(MessageLog& log, const QString& text)

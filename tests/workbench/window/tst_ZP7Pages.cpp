@@ -4,6 +4,7 @@
 // judged, a few frames recorded and played back on the same page, and a
 // failing board's message shown. Any warning while the page lives fails the
 // test.
+#include "PageTestSupport.h"
 #include "WindowRig.h"
 
 #include "BoardList.h"
@@ -24,19 +25,6 @@
 #include <limits>
 
 namespace {
-
-QStringList g_warnings;
-QtMessageHandler g_previousHandler = nullptr;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    // The offscreen platform says this whenever a dialog window shows.
-    if (type != QtDebugMsg && type != QtInfoMsg
-        && message != QLatin1String("This plugin does not support propagateSizeHints()"))
-        g_warnings.append(message);
-    if (g_previousHandler)
-        g_previousHandler(type, context, message);
-}
 
 constexpr const char* kUuid = "7d50-0007";
 // The carrier's wavelength: a target's range rate v leaves its tone at
@@ -117,38 +105,15 @@ QVariantMap peak(WindowRig& rig, const char* chart)
     return best;
 }
 
-// Types the path into the file dialog the page opened, confirms it and
-// gives the window the keyboard back.
-bool chooseFile(WindowRig& rig, const QString& path)
-{
-    QFileDialog* dialog = nullptr;
-    QTest::qWaitFor([&dialog] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
-                dialog = candidate;
-        }
-        return dialog != nullptr;
-    });
-    auto* name = dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")) : nullptr;
-    if (!name)
-        return false;
-    name->setText(path);
-    QTest::keyClick(name, Qt::Key_Return);
-    if (!QTest::qWaitFor([dialog] { return !dialog->isVisible(); }))
-        return false;
-    rig.window()->requestActivate();
-    return QTest::qWaitForWindowActive(rig.window());
-}
-
 } // namespace
 
 class TestZP7Pages : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { g_previousHandler = qInstallMessageHandler(collectWarnings); }
-    void init() { g_warnings.clear(); }
-    void cleanup() { QVERIFY2(g_warnings.isEmpty(), qPrintable(g_warnings.join(QLatin1Char('\n')))); }
+    void initTestCase() { PageWarnings::install(); }
+    void init() { PageWarnings::collected().clear(); }
+    void cleanup() { QVERIFY2(PageWarnings::collected().isEmpty(), qPrintable(PageWarnings::collected().join(QLatin1Char('\n')))); }
 
     void dopplerChartShowsTheTargetsSpeed_data();
     void dopplerChartShowsTheTargetsSpeed();
@@ -418,9 +383,7 @@ void TestZP7Pages::failingBoardIsToldOnThePage()
     QVERIFY(rig.click("zp7NoticeClose"));
     QTRY_VERIFY(!rig.item("zp7Notice")->isVisible());
     // The module logs the failure itself; the page may not warn.
-    g_warnings.erase(std::remove_if(g_warnings.begin(), g_warnings.end(),
-                                    [](const QString& warning) { return !warning.startsWith("qrc:"); }),
-                     g_warnings.end());
+    PageWarnings::keepPageWarnings();
 }
 
 QTEST_MAIN(TestZP7Pages)
