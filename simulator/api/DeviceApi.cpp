@@ -220,6 +220,7 @@ vrn_Status_t nextFrame(vrn_Device_Handle device, vrn_Frame_R_t* frame, uint16_t 
     pacing.frameTimeS = config.frame_repetition_time_s;
     pacing.burstS = config.num_chirps_per_frame * double(config.chirp_repetition_time_s);
     pacing.duty = pacing.burstS / pacing.frameTimeS;
+    pacing.reportsOverflow = true;
     FrameTicket ticket;
     const vrn_Status_t status = device->board->awaitFrame(pacing, timeoutMs, ticket);
     if (ticket.unplugNow)

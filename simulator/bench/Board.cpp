@@ -81,6 +81,7 @@ void Board::injectFault(const VrnSimFault& fault)
     case VRNSIM_FAULT_OPEN: m_openFault.arm(fault.status, fault.count); break;
     case VRNSIM_FAULT_TEMPERATURE: m_temperatureFault.arm(fault.status, fault.count); break;
     case VRNSIM_FAULT_TX_POWER: m_txPowerFault.arm(fault.status, fault.count); break;
+    case VRNSIM_FAULT_STALL: m_stallFault.arm(int32_t(fault.stall_ms), fault.count); break;
     default: break;
     }
 }
@@ -92,6 +93,7 @@ void Board::clearFaults()
     m_fetchFault.clear();
     m_temperatureFault.clear();
     m_txPowerFault.clear();
+    m_stallFault.clear();
 }
 
 bool Board::takeTemperatureFault(int32_t& status)
@@ -138,6 +140,12 @@ vrn_Status_t Board::awaitFrame(const Pacing& pacing, uint16_t timeoutMs, FrameTi
     std::unique_lock<std::mutex> lock(m_mutex);
     if (!m_plugged)
         return VRN_STATUS_COMMUNICATION_LOST;
+    int32_t stallMs = 0;
+    if (m_stallFault.take(stallMs)) {
+        m_wake.wait_for(lock, std::chrono::milliseconds(stallMs), [this] { return !m_plugged; });
+        if (!m_plugged)
+            return VRN_STATUS_COMMUNICATION_LOST;
+    }
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
 
     int32_t faultStatus = 0;
@@ -178,6 +186,8 @@ vrn_Status_t Board::awaitFrame(const Pacing& pacing, uint16_t timeoutMs, FrameTi
                 const uint64_t skip = produced - m_spec.fifoFrames - m_nextIndex;
                 m_dropped += skip;
                 m_nextIndex += skip;
+                if (m_pacing.reportsOverflow)
+                    return VRN_STATUS_FRAME_FETCH_FAILED;
             }
             if (produced > m_nextIndex)
                 break;

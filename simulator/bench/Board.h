@@ -69,6 +69,7 @@ private:
     bool m_plugged = true;
     bool m_open = false;
     FaultCounter m_openFault, m_fetchFault, m_temperatureFault, m_txPowerFault;
+    FaultCounter m_stallFault; // holds the stall in milliseconds as its status
     std::vector<bool> m_scheduledDone;
 
     ThermalModel m_thermal;

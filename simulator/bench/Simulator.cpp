@@ -194,11 +194,15 @@ bool Simulator::injectFault(const char* uuid, const VrnSimFault& fault, std::str
         m_listFaultIndex = fault.index;
         return true;
     }
-    if (fault.kind < VRNSIM_FAULT_FETCH || fault.kind > VRNSIM_FAULT_TX_POWER) {
+    if (fault.kind < VRNSIM_FAULT_FETCH || fault.kind > VRNSIM_FAULT_STALL) {
         error = "Unknown fault kind " + std::to_string(int(fault.kind));
         return false;
     }
-    if (fault.kind != VRNSIM_FAULT_OPEN && fault.status == 0) {
+    if (fault.kind == VRNSIM_FAULT_STALL && fault.stall_ms == 0) {
+        error = "A stall needs a non-zero stall_ms";
+        return false;
+    }
+    if (fault.kind != VRNSIM_FAULT_OPEN && fault.kind != VRNSIM_FAULT_STALL && fault.status == 0) {
         error = "A fault needs a non-zero status";
         return false;
     }

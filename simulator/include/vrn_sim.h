@@ -34,6 +34,10 @@ typedef enum VrnSimFaultKind {
     VRNSIM_FAULT_TEMPERATURE = 4,
     /* the next `count` Tx power reads fail with `status` */
     VRNSIM_FAULT_TX_POWER = 5,
+    /* the next `count` frame fetches first hold off for `stall_ms`, as a host
+       that falls behind does (a busy bus, a paused process); a board in real
+       time goes on producing meanwhile, and frames beyond its FIFO are lost */
+    VRNSIM_FAULT_STALL = 6,
     VRNSIM_FAULT_FORCE_32BIT = 0x7fffffff
 } VrnSimFaultKind;
 
@@ -42,6 +46,7 @@ typedef struct VrnSimFault {
     int32_t status;
     uint32_t count;  /* 0 = until the faults are cleared */
     uint32_t index;  /* list entry, VRNSIM_FAULT_LIST_ENTRY only */
+    uint32_t stall_ms; /* VRNSIM_FAULT_STALL only */
 } VrnSimFault;
 
 /* Fired from the thread that changed the board set (any thread). Once

@@ -79,9 +79,9 @@ private slots:
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
     }
 
-    void lateHostLosesTheOldestFrames()
+    void lateHostLosesTheOldestFramesAndIsTold()
     {
-        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fifo", "pacing": "realtime", "fifo_frames": 1 })"));
+        QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fifo", "pacing": "realtime", "fifo_frames": 2 })"));
         device = sdk.open("f-fifo");
         QVERIFY(device);
         // One chirp per frame and a frame every millisecond.
@@ -92,10 +92,17 @@ private slots:
         QVERIFY(!sdk.vrn->device_set_config(device, &config));
         QVERIFY(!sdk.vrn->frame_r_create(1, 1, 64, &frame));
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
+        QCOMPARE(sdk.sim->dropped_frames("f-fifo"), uint64_t(0));
+        // The host stalls for 50 frame times: the FIFO overflows, the next
+        // fetch says so, and the one after gets the oldest frame kept.
+        const VrnSimFault stall{VRNSIM_FAULT_STALL, 0, 1, 0, 50};
+        QVERIFY(!sdk.sim->inject_fault("f-fifo", &stall));
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_FRAME_FETCH_FAILED);
+        QVERIFY(sdk.sim->dropped_frames("f-fifo") >= 40);
+        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
         QCOMPARE(sdk.sim->dropped_frames("nope"), uint64_t(0));
-        QTRY_VERIFY_WITH_TIMEOUT((sdk.vrn->device_get_next_frame(device, frame, 0),
-                                  sdk.sim->dropped_frames("f-fifo") > 0),
-                                 5000);
+        const VrnSimFault noStall{VRNSIM_FAULT_STALL, 0, 1, 0, 0};
+        QVERIFY(sdk.sim->inject_fault("f-fifo", &noStall));
     }
 
     void injectedFetchFaultsAnswerTheirStatus_data()
