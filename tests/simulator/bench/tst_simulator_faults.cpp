@@ -120,7 +120,7 @@ private slots:
         QFETCH(int, status);
         QFETCH(int, count);
         QVERIFY(openWithFrame("f-fast"));
-        const VrnSimFault fault{VRNSIM_FAULT_FETCH, status, uint32_t(count), 0};
+        const VrnSimFault fault{VRNSIM_FAULT_FETCH, status, uint32_t(count), 0, 0};
         QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
         for (int i = 0; i < (count ? count : 5); ++i)
             QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 20)), status);
@@ -131,7 +131,7 @@ private slots:
 
     void injectedListEntryFault()
     {
-        const VrnSimFault fault{VRNSIM_FAULT_LIST_ENTRY, 0, 1, 1};
+        const VrnSimFault fault{VRNSIM_FAULT_LIST_ENTRY, 0, 1, 1, 0};
         QVERIFY(!sdk.sim->inject_fault(nullptr, &fault));
         vrn_Device_List_Handle list = nullptr;
         QVERIFY(!sdk.vrn->device_list_get(&list));
@@ -157,7 +157,7 @@ private slots:
         QFETCH(int, status);
         device = sdk.open("f-fast");
         QVERIFY(device);
-        const VrnSimFault fault{VRNSIM_FAULT_TEMPERATURE, status, 1, 0};
+        const VrnSimFault fault{VRNSIM_FAULT_TEMPERATURE, status, 1, 0, 0};
         QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
         float value = 0;
         QCOMPARE(int(sdk.vrn->device_get_temperature(device, &value)), status);
@@ -302,7 +302,7 @@ private slots:
         QCOMPARE(sdk.vrn->corvix_create_by_uuid("f-zp7", &zp7), VRN_STATUS_OK);
         vrn_Corvix_Frame_C_t* iq = nullptr;
         QVERIFY(!sdk.vrn->corvix_frame_c_create(1, 128, &iq));
-        const VrnSimFault fault{VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1, 0};
+        const VrnSimFault fault{VRNSIM_FAULT_FETCH, VRN_STATUS_FRAME_FETCH_FAILED, 1, 0, 0};
         QVERIFY(!sdk.sim->inject_fault("f-zp7", &fault));
         QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 20), VRN_STATUS_FRAME_FETCH_FAILED);
         QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 20), VRN_STATUS_OK);
