@@ -230,7 +230,7 @@ private slots:
     void communicationLossEndsTheSession()
     {
         QVERIFY(call("startEmission"));
-        const VrnSimFault fault { VRNSIM_FAULT_FETCH, VRN_STATUS_COMMUNICATION_LOST, 1, 0 };
+        const VrnSimFault fault { VRNSIM_FAULT_FETCH, VRN_STATUS_COMMUNICATION_LOST, 1, 0, 0 };
         QVERIFY(!m_sim->host().sdkLibrary().control()->inject_fault(kBoard, &fault));
         QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QVERIFY(!call("captureFrame"));
