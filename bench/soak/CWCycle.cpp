@@ -51,7 +51,7 @@ QString CWCycle::emitAndCapture(const QString& uuid, QObject* view, CycleResult&
         if (i == fault.atFrame && fault.kind == Fault::Unplug) {
             m_bench.control().unplug_board(id.constData());
         } else if (i == fault.atFrame && fault.kind != Fault::None) {
-            const VrnSimFault sdkFault { VRNSIM_FAULT_FETCH, fault.status, quint32(fault.count), 0 };
+            const VrnSimFault sdkFault { VRNSIM_FAULT_FETCH, fault.status, quint32(fault.count), 0, 0 };
             m_bench.control().inject_fault(id.constData(), &sdkFault);
         }
         const bool captured = call(view, "captureFrame");

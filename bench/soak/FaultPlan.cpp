@@ -11,6 +11,7 @@ QString Fault::name(Kind kind)
     case StuckTimeout: return QStringLiteral("persistent time-out");
     case FifoOverflow: return QStringLiteral("FIFO overflow");
     case Unplug: return QStringLiteral("unplug");
+    case HostStall: return QStringLiteral("host stall (real FIFO overflow)");
     default: return QStringLiteral("?");
     }
 }
@@ -23,7 +24,7 @@ int FaultPlan::uniform(int low, int high)
 Fault FaultPlan::next(int frames)
 {
     Fault fault;
-    fault.kind = Fault::Kind(uniform(0, Fault::KindCount - 1));
+    fault.kind = Fault::Kind(uniform(0, Fault::HostStall - 1));
     fault.atFrame = uniform(1, qMax(1, frames - 1));
     switch (fault.kind) {
     case Fault::FetchFailure:
@@ -46,5 +47,14 @@ Fault FaultPlan::next(int frames)
     default:
         break;
     }
+    return fault;
+}
+
+Fault FaultPlan::stall(int frames, int fifoFrames, int frameMs)
+{
+    Fault fault;
+    fault.kind = Fault::HostStall;
+    fault.atFrame = uniform(1, qMax(1, frames - 2));
+    fault.stallMs = (fifoFrames + uniform(2, 4)) * frameMs;
     return fault;
 }

@@ -22,6 +22,10 @@
 namespace {
 
 constexpr int kStateMs = 10000;
+// The stalled cycles' board: the default configurations' frame time and a
+// FIFO small enough that a stall of a few frames overflows it.
+constexpr int kFrameMs = 100;
+constexpr int kStalledFifoFrames = 2;
 
 } // namespace
 
@@ -39,23 +43,25 @@ void RecordingCycle::inject(const QString& uuid, const Fault& fault)
         m_bench.control().unplug_board(id.constData());
         return;
     }
-    const VrnSimFault sdkFault { VRNSIM_FAULT_FETCH, fault.status, quint32(fault.count), 0 };
+    const VrnSimFault sdkFault = fault.kind == Fault::HostStall
+        ? VrnSimFault { VRNSIM_FAULT_STALL, 0, 1, 0, quint32(fault.stallMs) }
+        : VrnSimFault { VRNSIM_FAULT_FETCH, fault.status, quint32(fault.count), 0, 0 };
     if (const char* error = m_bench.control().inject_fault(id.constData(), &sdkFault))
         qWarning() << "Soak: fault not injected:" << error;
 }
 
-QString RecordingCycle::record(const QString& uuid, QObject* view, const QString& base, bool paced,
+QString RecordingCycle::record(const QString& uuid, QObject* view, const QString& base, Pace pace,
                                CycleResult& result)
 {
     RecordingUserSettings& settings = *m_bench.host().coreConfiguration().coreUserSettings()->recordingUserSettings();
-    const int frames = paced ? m_plan.uniform(4, 12) : m_plan.uniform(10, 60);
+    const int frames = pace == Pace::Unpaced ? m_plan.uniform(10, 60) : m_plan.uniform(4, 12);
     settings.setRecordingPath(m_directory);
     settings.setFileName(QFileInfo(base).fileName());
     settings.setTxtFile(false);
     settings.setTimeLimitOnRecording(false);
     settings.setNumOfFrames(quint32(frames));
 
-    const Fault fault = m_plan.next(frames);
+    const Fault fault = pace == Pace::Stalled ? m_plan.stall(frames, kStalledFifoFrames, kFrameMs) : m_plan.next(frames);
     result.faultKind = fault.kind;
     FrameTally tally(view);
     if (!tally.isConnected())
@@ -104,14 +110,8 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
         return QStringLiteral("the recording ended at its limit of %1 frames but %2 holds %3")
             .arg(frames).arg(RecordingFiles::binPath(base)).arg(audit.fileFrames);
     }
-    // A failed fetch is the FMCW module's sign of a FIFO overflow: it must
-    // show, or the fault went unnoticed.
-    // On an unpaced board the view's count trails the board, so the fetch
-    // may fail only now; the board still acquires, so it does fail.
-    const auto overflowCounted = [view] { return view->property("fifoOverflowCounter").toUInt() > 0; };
-    wait.watch(view, "fifoOverflowCounterChanged()");
-    if (fault.kind == Fault::FifoOverflow && injected && m_countsOverflows && !wait.until(overflowCounted, kStateMs))
-        return QStringLiteral("a failed fetch was injected but the view counted no FIFO overflow");
+    if (const QString overflow = checkOverflow(view, fault, injected, uuid); !overflow.isEmpty())
+        return overflow;
     if (result.framesLost > 0)
         return QStringLiteral("%1 of %2 counted frames are not in %3 (fault: %4 at frame %5)")
             .arg(result.framesLost).arg(tally.recorded().size()).arg(RecordingFiles::binPath(base))
@@ -119,14 +119,37 @@ QString RecordingCycle::record(const QString& uuid, QObject* view, const QString
     return {};
 }
 
-CycleResult RecordingCycle::run(int index, const QString& chip, const char* viewName, bool paced)
+QString RecordingCycle::checkOverflow(QObject* view, const Fault& fault, bool injected, const QString& uuid)
+{
+    const bool overflows = fault.kind == Fault::FifoOverflow || fault.kind == Fault::HostStall;
+    if (!overflows || !injected || !m_countsOverflows)
+        return {};
+    // A failed fetch is the FMCW module's sign of a FIFO overflow: it must
+    // show, or the fault went unnoticed.
+    // On an unpaced board the view's count trails the board, so the fetch
+    // may fail only now; the board still acquires, so it does fail.
+    EventWait wait;
+    wait.watch(view, "fifoOverflowCounterChanged()");
+    const auto overflowCounted = [view] { return view->property("fifoOverflowCounter").toUInt() > 0; };
+    if (!wait.until(overflowCounted, kStateMs))
+        return QStringLiteral("%1 but the view counted no FIFO overflow")
+            .arg(fault.kind == Fault::HostStall ? QStringLiteral("the host stalled %1 ms").arg(fault.stallMs)
+                                                : QStringLiteral("a failed fetch was injected"));
+    if (fault.kind == Fault::HostStall && m_bench.control().dropped_frames(uuid.toUtf8().constData()) == 0)
+        return QStringLiteral("the host stalled %1 ms but the board's FIFO did not overflow").arg(fault.stallMs);
+    return {};
+}
+
+CycleResult RecordingCycle::run(int index, const QString& chip, const char* viewName, Pace pace)
 {
     CycleResult result;
     // The pulsed-Doppler mode ends acquisition on a failed fetch instead.
     m_countsOverflows = qstrcmp(viewName, "radarView") == 0;
     const QString uuid = QStringLiteral("50a7-%1").arg(chip.toLower());
     std::shared_ptr<IDevice> device;
-    result.failure = m_bench.plug(uuid, SoakBench::boardJson(uuid, chip, paced ? QStringLiteral("realtime") : QStringLiteral("unpaced"), quint32(index)), device);
+    const QString pacing = pace == Pace::Unpaced ? QStringLiteral("unpaced") : QStringLiteral("realtime");
+    const int fifoFrames = pace == Pace::Stalled ? kStalledFifoFrames : 4;
+    result.failure = m_bench.plug(uuid, SoakBench::boardJson(uuid, chip, pacing, quint32(index), fifoFrames), device);
     QObject* view = m_bench.view(viewName);
     if (result.failure.isEmpty() && !view)
         result.failure = QStringLiteral("the module has no view \"%1\"").arg(QLatin1String(viewName));
@@ -140,7 +163,7 @@ CycleResult RecordingCycle::run(int index, const QString& chip, const char* view
     }
     const QString base = QDir(m_directory).filePath(QStringLiteral("cycle-%1").arg(index));
     if (result.failure.isEmpty())
-        result.failure = record(uuid, view, base, paced, result);
+        result.failure = record(uuid, view, base, pace, result);
     if (device)
         device->disconnectDevice();
     device.reset();

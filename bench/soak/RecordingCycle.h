@@ -17,14 +17,19 @@ class RecordingCycle
 public:
     RecordingCycle(SoakBench& bench, FaultPlan& plan, QString directory);
 
-    // `paced`: the board runs in real time (0.1 s frames) instead of
-    // delivering frames at once, so time-outs and the board's FIFO meet a
-    // real clock; such a cycle records fewer frames to stay short.
-    CycleResult run(int index, const QString& chip, const char* viewName, bool paced = false);
+    enum class Pace {
+        Unpaced,   // frames at once, as fast as the host fetches
+        RealTime,  // 0.1 s frames, so time-outs and the board's FIFO meet a real clock
+        Stalled,   // real time, and the host stops fetching for longer than the FIFO holds
+    };
+
+    // A board in real time records fewer frames to keep the cycle short.
+    CycleResult run(int index, const QString& chip, const char* viewName, Pace pace = Pace::Unpaced);
 
 private:
     void inject(const QString& uuid, const Fault& fault);
-    QString record(const QString& uuid, QObject* view, const QString& base, bool paced, CycleResult& result);
+    QString record(const QString& uuid, QObject* view, const QString& base, Pace pace, CycleResult& result);
+    QString checkOverflow(QObject* view, const Fault& fault, bool injected, const QString& uuid);
 
     SoakBench& m_bench;
     FaultPlan& m_plan;

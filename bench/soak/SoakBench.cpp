@@ -31,11 +31,13 @@ SoakBench::SoakBench(ModuleHost& host)
 {
 }
 
-QString SoakBench::boardJson(const QString& uuid, const QString& chip, const QString& pacing, quint32 seed)
+QString SoakBench::boardJson(const QString& uuid, const QString& chip, const QString& pacing, quint32 seed,
+                             int fifoFrames)
 {
-    return QStringLiteral(R"({ "uuid": "%1", "chip": "%2", "pacing": "%3", "noise": 0.001, "seed": %4 })")
+    return QStringLiteral(R"({ "uuid": "%1", "chip": "%2", "pacing": "%3", "noise": 0.001, "seed": %4, "fifo_frames": %5 })")
         .arg(uuid, chip, pacing)
-        .arg(seed);
+        .arg(seed)
+        .arg(fifoFrames);
 }
 
 QString SoakBench::plug(const QString& uuid, const QString& json, std::shared_ptr<IDevice>& device)

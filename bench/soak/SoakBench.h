@@ -16,7 +16,8 @@ class SoakBench
 public:
     explicit SoakBench(ModuleHost& host);
 
-    static QString boardJson(const QString& uuid, const QString& chip, const QString& pacing, quint32 seed);
+    static QString boardJson(const QString& uuid, const QString& chip, const QString& pacing, quint32 seed,
+                             int fifoFrames = 4);
     // Plugs the board and waits until the module has registered it.
     QString plug(const QString& uuid, const QString& json, std::shared_ptr<IDevice>& device);
     // Unplugs it (if still there) and waits until the module let it go.

@@ -66,9 +66,12 @@ bool SoakRun::run(int cycles)
     QElapsedTimer clock;
     clock.start();
     for (int i = 0; i < cycles; ++i) {
-        // Now and then a board in real time, for faults that need a clock.
+        // Now and then a board in real time, for faults that need a clock,
+        // and one whose FIFO overflows because the host falls behind.
         if (i % 50 == 49) {
-            add(recording.run(i, QStringLiteral("KMR7A"), "radarView", true));
+            add(recording.run(i, QStringLiteral("KMR7A"), "radarView", RecordingCycle::Pace::RealTime));
+        } else if (i % 50 == 24) {
+            add(recording.run(i, QStringLiteral("KMR7A"), "radarView", RecordingCycle::Pace::Stalled));
         } else switch (i % 5) {
         case 0: add(recording.run(i, QStringLiteral("KMR7A"), "radarView")); break;
         case 1: add(recording.run(i, QStringLiteral("ZP7"), "zp7sView")); break;
