@@ -57,7 +57,7 @@ inline void keepPageWarnings()
 inline QFileDialog* shownFileDialog()
 {
     QFileDialog* dialog = nullptr;
-    QTest::qWaitFor([&dialog] {
+    (void)QTest::qWaitFor([&dialog] {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
                 dialog = candidate;

@@ -11,10 +11,14 @@
 #include "ModuleHost.h"
 #include "vrn_sim.h"
 
+#include <QDir>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <limits>
 #include <memory>
 
 class WindowRig
@@ -108,6 +112,52 @@ public:
 
     // The window's next frame as it reached the screen.
     QImage picture() { return renderedWindow(*window()); }
+
+    // With WORKBENCH_WINDOW_PICTURES set, the window as the test left it, for
+    // a person to look at.
+    void keepPicture(QString name)
+    {
+        const QString folder = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
+        if (!folder.isEmpty())
+            QVERIFY(picture().save(QDir(folder).filePath(name.replace(QLatin1Char(' '), QLatin1Char('-')) + ".png")));
+    }
+
+    // An object the module put into the pages' context ("radarCWView", ...).
+    QObject* contextObject(const char* name)
+    {
+        return m_host.host().engine()->rootContext()->contextProperty(QLatin1String(name)).value<QObject*>();
+    }
+
+    // The series chart inside a chart view, and how many points it shows
+    // (-1 without the chart).
+    QQuickItem* seriesChart(const QString& chart) const
+    {
+        QQuickItem* view = item(chart);
+        return view ? view->findChild<QQuickItem*>(QStringLiteral("seriesChart")) : nullptr;
+    }
+    int pointCount(const QString& chart) const
+    {
+        QQuickItem* series = seriesChart(chart);
+        return series ? series->property("pointCount").toInt() : -1;
+    }
+
+    // The highest point a chart draws, found pixel by pixel as a mouse
+    // would: {x, y, itemX, ...}; empty when it draws nothing.
+    QVariantMap peak(const QString& chart) const
+    {
+        QQuickItem* series = seriesChart(chart);
+        QVariantMap best;
+        double bestY = -std::numeric_limits<double>::infinity();
+        for (int x = 0; series && x < int(series->width()); ++x) {
+            QVariantMap point;
+            QMetaObject::invokeMethod(series, "nearest", Q_RETURN_ARG(QVariantMap, point), Q_ARG(qreal, x));
+            if (!point.isEmpty() && point.value("y").toDouble() > bestY) {
+                bestY = point.value("y").toDouble();
+                best = point;
+            }
+        }
+        return best;
+    }
 
 private:
     static QQuickItem* find(QQuickItem* parent, const QString& name)

@@ -15,14 +15,7 @@
 #include "recording/RecordingFiles.h"
 #include "host/CoreUserSettings.h"
 
-#include <QApplication>
-#include <QFileDialog>
 #include <QFileInfo>
-#include <QLineEdit>
-#include <QQmlContext>
-#include <QQmlEngine>
-
-#include <limits>
 
 namespace {
 
@@ -43,17 +36,9 @@ QString zp7Bench(double speed, const QString& faults = QString())
         .arg(faults.isEmpty() ? QString() : QStringLiteral(", \"faults\": ") + faults);
 }
 
-// With WORKBENCH_WINDOW_PICTURES set, the window as a test left it.
-void keepPicture(WindowRig& rig, const QString& name)
-{
-    const QString folder = qEnvironmentVariable("WORKBENCH_WINDOW_PICTURES");
-    if (!folder.isEmpty())
-        QVERIFY(rig.picture().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
-}
-
 QObject* zp7View(WindowRig& rig)
 {
-    return rig.host().host().engine()->rootContext()->contextProperty(QStringLiteral("zp7sView")).value<QObject*>();
+    return rig.contextObject("zp7sView");
 }
 
 // The pulse or frame group ("pulseConfigParams", "frameParams") of the
@@ -75,36 +60,6 @@ bool openZp7Page(WindowRig& rig, const QString& bench)
         && QTest::qWaitFor([&] { return !rig.text("zp7_numOfSamples").isEmpty(); }, 10000);
 }
 
-QQuickItem* series(WindowRig& rig, const char* chart)
-{
-    QQuickItem* view = rig.item(chart);
-    return view ? view->findChild<QQuickItem*>("seriesChart") : nullptr;
-}
-
-int pointCount(WindowRig& rig, const char* chart)
-{
-    QQuickItem* plot = series(rig, chart);
-    return plot ? plot->property("pointCount").toInt() : -1;
-}
-
-// The highest point the chart draws, found pixel by pixel as a mouse would:
-// {x, y, itemX}; empty when it draws nothing.
-QVariantMap peak(WindowRig& rig, const char* chart)
-{
-    QQuickItem* plot = series(rig, chart);
-    QVariantMap best;
-    double bestY = -std::numeric_limits<double>::infinity();
-    for (int x = 0; plot && x < int(plot->width()); ++x) {
-        QVariantMap point;
-        QMetaObject::invokeMethod(plot, "nearest", Q_RETURN_ARG(QVariantMap, point), Q_ARG(qreal, x));
-        if (!point.isEmpty() && point.value("y").toDouble() > bestY) {
-            bestY = point.value("y").toDouble();
-            best = point;
-        }
-    }
-    return best;
-}
-
 } // namespace
 
 class TestZP7Pages : public QObject
@@ -115,276 +70,265 @@ private slots:
     void init() { PageWarnings::collected().clear(); }
     void cleanup() { QVERIFY2(PageWarnings::collected().isEmpty(), qPrintable(PageWarnings::collected().join(QLatin1Char('\n')))); }
 
-    void dopplerChartShowsTheTargetsSpeed_data();
-    void dopplerChartShowsTheTargetsSpeed();
-    void pulseSettingsApplyAndRevert();
-    void chartSettingsReachTheDopplerChart();
-    void savedConfigurationLoadsBackThroughTheDialogs();
-    void typedFrameValueIsJudged_data();
-    void typedFrameValueIsJudged();
-    void recordedFramesPlayBackOnThePage();
-    void closingEndsTheRecordingAndWaitsForItsTextCopy();
-    void failingBoardIsToldOnThePage();
-};
-
-void TestZP7Pages::dopplerChartShowsTheTargetsSpeed_data()
-{
-    QTest::addColumn<double>("speed");
-    QTest::addColumn<QString>("direction");
-    QTest::newRow("approaching") << -1.2 << "(approaching)";
-    QTest::newRow("receding") << 1.2 << "(receding)";
-}
-
-void TestZP7Pages::dopplerChartShowsTheTargetsSpeed()
-{
-    QFETCH(double, speed);
-    QFETCH(QString, direction);
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(speed)));
-    // The window follows the board's own view: its frames and temperature.
-    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 3, 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(pointCount(rig, "zp7TimeDomainChart") > 0, 5000);
-    QTRY_VERIFY_WITH_TIMEOUT(pointCount(rig, "zp7DopplerChart") > 0, 5000);
-    QCOMPARE(rig.text("zp7ShownChannel"), QString("Tx1Rx1"));
-
-    // The echo stands out at its Doppler frequency, within two bins.
-    QObject* frame = group(rig, "deviceConfiguration", "frameParams");
-    const double prt = frame->property("pulseRepetitionTime").toDouble();
-    const double bin = 1.0 / (prt * frame->property("numOfSamples").toDouble());
-    const double expected = -2.0 * speed / kWavelengthM;
-    const QVariantMap top = peak(rig, "zp7DopplerChart");
-    QVERIFY2(qAbs(top.value("x").toDouble() - expected) < 2 * bin,
-             qPrintable(QString("peak at %1 Hz, expected %2 Hz").arg(top.value("x").toDouble()).arg(expected)));
-
-    // Under the mouse the peak reads as frequency and as the target's speed.
-    QQuickItem* plot = series(rig, "zp7DopplerChart");
-    const QPointF at = plot->mapToScene(QPointF(top.value("itemX").toDouble(), plot->height() / 2));
-    QTest::mouseMove(rig.window(), at.toPoint());
-    QQuickItem* readout = rig.item("zp7DopplerChart")->findChild<QQuickItem*>("hoverReadoutText");
-    QTRY_VERIFY(readout && readout->property("text").toString().contains(direction));
-    const QString text = readout->property("text").toString();
-    const double shownSpeed = text.section(QStringLiteral(" Hz"), 1).trimmed().section(' ', 0, 0).toDouble();
-    QVERIFY2(text.contains(" Hz") && qAbs(shownSpeed - speed) < 2 * bin * kWavelengthM / 2, qPrintable(text));
-    QTRY_VERIFY_WITH_TIMEOUT(rig.text("statusTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
-    keepPicture(rig, QStringLiteral("zp7-charts-") + QTest::currentDataTag());
-    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
-}
-
-void TestZP7Pages::pulseSettingsApplyAndRevert()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    QVERIFY(rig.click("zp7ConfigurationTab"));
-    QObject* edited = group(rig, "guiConfiguration", "pulseConfigParams");
-    QObject* running = group(rig, "deviceConfiguration", "pulseConfigParams");
-    QTRY_VERIFY(rig.item("zp7_channel_1")->property("checked").toBool());
-
-    // The drop-down offers the board's gain steps, as the board names them.
-    const QStringList steps { "3 / 10dB", "6 / 16dB", "12 / 22dB", "24 / 28dB", "48 / 34dB", "96 / 40dB",
-                              "192 / 46dB", "384 / 52dB" };
-    QCOMPARE(rig.item("zp7_abbGain")->property("model").toStringList(), steps);
-
-    // One pair at a time: the second button takes antenna 2 in both sets.
-    QVERIFY(rig.click("zp7_channel_2"));
-    QTRY_COMPARE(edited->property("channel").toInt(), 1);
-    QVERIFY(!rig.item("zp7_channel_1")->property("checked").toBool());
-    QVERIFY(rig.item("zp7_channel_2")->property("checked").toBool());
-    rig.key("zp7_abbGain", Qt::Key_End);
-    QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
-    QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
-    const int power = edited->property("txPowerLevel").toInt();
-    rig.key("zp7_txPowerLevel", Qt::Key_Down);
-    QTRY_COMPARE(edited->property("txPowerLevel").toInt(), power - 1);
-    QVERIFY(rig.item("zp7RevertButton")->isEnabled());
-
-    QVERIFY(rig.click("zp7ApplyButton"));
-    QTRY_COMPARE(running->property("channel").toInt(), 1);
-    QCOMPARE(running->property("abbGain").toInt(), 384);
-    QCOMPARE(running->property("txPowerLevel").toInt(), power - 1);
-    QTRY_VERIFY(!rig.item("zp7RevertButton")->isEnabled());
-    QCOMPARE(rig.text("zp7ShownChannel"), QString("Tx2Rx2"));
-    keepPicture(rig, "zp7-configuration");
-
-    // An edit not applied goes back to what the board runs.
-    QVERIFY(rig.click("zp7_channel_1"));
-    rig.key("zp7_abbGain", Qt::Key_Up);
-    QTRY_COMPARE(edited->property("abbGain").toInt(), 192);
-    QVERIFY(rig.click("zp7RevertButton"));
-    QTRY_COMPARE(edited->property("channel").toInt(), 1);
-    QCOMPARE(edited->property("abbGain").toInt(), 384);
-    QTRY_VERIFY(rig.item("zp7_channel_2")->property("checked").toBool());
-    QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
-    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
-}
-
-void TestZP7Pages::chartSettingsReachTheDopplerChart()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    QTRY_VERIFY_WITH_TIMEOUT(pointCount(rig, "zp7DopplerChart") > 0, 5000);
-    // In dB every bin lies below full scale.
-    QVERIFY(peak(rig, "zp7DopplerChart").value("y").toDouble() < 0);
-
-    // The window's settings switch the shared spectrum to linear magnitudes:
-    // the running ZP7 processing takes them over at once.
-    QVERIFY(rig.click("settingsButton"));
-    rig.key("rangeSpectrumScale", Qt::Key_Down);
-    QTRY_COMPARE(rig.item("rangeSpectrumScale")->property("currentIndex").toInt(), 1);
-    QVERIFY(rig.click("settingsButton"));
-    QTRY_VERIFY_WITH_TIMEOUT(peak(rig, "zp7DopplerChart").value("y").toDouble() > 0, 5000);
-    QCOMPARE(rig.item("zp7DopplerChart")->findChild<QQuickItem*>("chartYTitle")->property("text").toString(),
-             QString("Magnitude"));
-    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
-}
-
-void TestZP7Pages::savedConfigurationLoadsBackThroughTheDialogs()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    QVERIFY(rig.click("zp7ConfigurationTab"));
-    QObject* edited = group(rig, "guiConfiguration", "pulseConfigParams");
-    rig.key("zp7_abbGain", Qt::Key_End);
-    QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
-    const QString path = rig.directory() + "/zp7-saved.json";
-    QVERIFY(rig.click("zp7SaveButton"));
-    QVERIFY(chooseFile(rig, path));
-    QTRY_VERIFY(QFile::exists(path));
-
-    // Another gain, as a loaded file would bring one.
-    QVERIFY(edited->setProperty("abbGain", 192));
-    QTRY_COMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("192 / 46dB"));
-    QVERIFY(rig.click("zp7LoadButton"));
-    QVERIFY(chooseFile(rig, path));
-    QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
-    QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
-    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
-}
-
-void TestZP7Pages::typedFrameValueIsJudged_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("message");
-    // Stored when accepted; never stored when refused.
-    QTest::addColumn<double>("stored");
-    QTest::newRow("too few samples") << "zp7_numOfSamples" << "8" << "not in expected range" << 8.0;
-    QTest::newRow("half a sample") << "zp7_numOfSamples" << "64.5" << "whole number" << 64.5;
-    QTest::newRow("pulses too close") << "zp7_pulseRepetitionTime" << "20" << "µs" << 20e-6;
-    QTest::newRow("rate not a number") << "zp7_frameRepetitionRate" << "1o" << "valid number" << 0.0;
-    QTest::newRow("samples accepted") << "zp7_numOfSamples" << "160" << "" << 160.0;
-    QTest::newRow("PRT typed in µs") << "zp7_pulseRepetitionTime" << "250" << "" << 250e-6;
-    QTest::newRow("rate accepted") << "zp7_frameRepetitionRate" << "5.5" << "" << 5.5;
-}
-
-void TestZP7Pages::typedFrameValueIsJudged()
-{
-    QFETCH(QString, field);
-    QFETCH(QString, typed);
-    QFETCH(QString, message);
-    QFETCH(double, stored);
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    QVERIFY(rig.click("zp7ConfigurationTab"));
-    QObject* edited = group(rig, "guiConfiguration", "frameParams");
-    QVERIFY(rig.type(field, typed));
-
-    const QString shown = rig.text(field + "_message");
-    if (message.isEmpty()) {
-        QCOMPARE(shown, QString());
-        QCOMPARE(float(edited->property(qPrintable(field.mid(4))).toDouble()), float(stored));
-        QVERIFY(rig.click("zp7ApplyButton"));
-        QTRY_COMPARE(float(group(rig, "deviceConfiguration", "frameParams")->property(qPrintable(field.mid(4)))
-                               .toDouble()),
-                     float(stored));
-    } else {
-        QVERIFY2(shown.contains(message), qPrintable(shown));
-        QVERIFY(!rig.item("zp7ApplyButton")->isEnabled());
-        QVERIFY(float(edited->property(qPrintable(field.mid(4))).toDouble()) != float(stored));
-        keepPicture(rig, "zp7-typed-" + QString(QTest::currentDataTag()).replace(' ', '-'));
-        // The defaults replace what was typed and let Apply go.
-        QVERIFY(rig.click("zp7DefaultsButton"));
-        QTRY_COMPARE(rig.text(field + "_message"), QString());
-        QVERIFY(rig.item("zp7ApplyButton")->isEnabled());
+    void dopplerChartShowsTheTargetsSpeed_data()
+    {
+        QTest::addColumn<double>("speed");
+        QTest::addColumn<QString>("direction");
+        QTest::newRow("approaching") << -1.2 << "(approaching)";
+        QTest::newRow("receding") << 1.2 << "(receding)";
     }
-}
 
-void TestZP7Pages::recordedFramesPlayBackOnThePage()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
-    settings.setRecordingPath(rig.directory());
-    settings.setFileName("zp7");
-    settings.setNumOfFrames(5);
-    QVERIFY(rig.click("zp7RecordingTab"));
-    QTRY_VERIFY(rig.item("zp7RecordButton")->isEnabled());
-    QVERIFY(rig.click("zp7RecordButton"));
-    QTRY_VERIFY(rig.text("statusRecording").contains("zp7.raw.bin"));
-    QCOMPARE(rig.text("zp7RecordButton"), QString::fromUtf8("■ Stop recording"));
-    keepPicture(rig, "zp7-recording");
-    // The frame limit ends it.
-    QTRY_COMPARE_WITH_TIMEOUT(rig.text("zp7RecordButton"), QString::fromUtf8("● Start recording"), 10000);
-    QVERIFY(QFileInfo(RecordingFiles::binPath(rig.directory() + "/zp7")).size() > 0);
+    void dopplerChartShowsTheTargetsSpeed()
+    {
+        QFETCH(double, speed);
+        QFETCH(QString, direction);
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(speed)));
+        // The window follows the board's own view: its frames and temperature.
+        QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 3, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pointCount("zp7TimeDomainChart") > 0, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pointCount("zp7DopplerChart") > 0, 5000);
+        QCOMPARE(rig.text("zp7ShownChannel"), QString("Tx1Rx1"));
 
-    QVERIFY(rig.click("zp7DeviceTab"));
-    QVERIFY(!rig.text("zp7DeviceChip").isEmpty() && rig.text("zp7DeviceChip") != QString::fromUtf8("–"));
-    QTRY_VERIFY_WITH_TIMEOUT(rig.text("zp7DeviceTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
-    keepPicture(rig, "zp7-device");
+        // The echo stands out at its Doppler frequency, within two bins.
+        QObject* frame = group(rig, "deviceConfiguration", "frameParams");
+        const double prt = frame->property("pulseRepetitionTime").toDouble();
+        const double bin = 1.0 / (prt * frame->property("numOfSamples").toDouble());
+        const double expected = -2.0 * speed / kWavelengthM;
+        const QVariantMap top = rig.peak("zp7DopplerChart");
+        QVERIFY2(qAbs(top.value("x").toDouble() - expected) < 2 * bin,
+                 qPrintable(QString("peak at %1 Hz, expected %2 Hz").arg(top.value("x").toDouble()).arg(expected)));
 
-    // Without the board the recording plays on the ZP7 page, by its own
-    // playback.
-    QVERIFY(rig.click("disconnectButton"));
-    QVERIFY(rig.type("playbackFile", RecordingFiles::binPath(rig.directory() + "/zp7")));
-    QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 0 of 5"));
-    QCOMPARE(rig.workbench().playbackControl().playbackName(), QString("ZP7"));
-    QTRY_VERIFY(rig.item("ZP7SModule"));
-    QVERIFY(rig.click("zp7ChartsTab"));
-    QVERIFY(rig.click("playbackPlayButton"));
-    // The recorded frames reach the charts while they play.
-    QTRY_VERIFY_WITH_TIMEOUT(pointCount(rig, "zp7DopplerChart") > 0, 5000);
-    QTRY_COMPARE_WITH_TIMEOUT(rig.text("playbackPosition"), QString("Frame 5 of 5"), 5000);
-    QCOMPARE(rig.number("statusFrames"), 5);
-    QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
-}
+        // Under the mouse the peak reads as frequency and as the target's speed.
+        QQuickItem* plot = rig.seriesChart("zp7DopplerChart");
+        const QPointF at = plot->mapToScene(QPointF(top.value("itemX").toDouble(), plot->height() / 2));
+        QTest::mouseMove(rig.window(), at.toPoint());
+        QQuickItem* readout = rig.item("zp7DopplerChart")->findChild<QQuickItem*>("hoverReadoutText");
+        QTRY_VERIFY(readout && readout->property("text").toString().contains(direction));
+        const QString text = readout->property("text").toString();
+        const double shownSpeed = text.section(QStringLiteral(" Hz"), 1).trimmed().section(' ', 0, 0).toDouble();
+        QVERIFY2(text.contains(" Hz") && qAbs(shownSpeed - speed) < 2 * bin * kWavelengthM / 2, qPrintable(text));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.text("statusTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
+        rig.keepPicture(QStringLiteral("zp7-charts-") + QTest::currentDataTag());
+        QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+    }
 
-void TestZP7Pages::closingEndsTheRecordingAndWaitsForItsTextCopy()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
-    RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
-    settings.setRecordingPath(rig.directory());
-    settings.setFileName("closed");
-    settings.setNumOfFrames(100000);
-    settings.setTxtFile(true);
-    QVERIFY(rig.click("zp7RecordingTab"));
-    QTRY_VERIFY(rig.item("zp7RecordButton")->isEnabled());
-    QVERIFY(rig.click("zp7RecordButton"));
-    QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 4, 10000);
+    void pulseSettingsApplyAndRevert()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        QVERIFY(rig.click("zp7ConfigurationTab"));
+        QObject* edited = group(rig, "guiConfiguration", "pulseConfigParams");
+        QObject* running = group(rig, "deviceConfiguration", "pulseConfigParams");
+        QTRY_VERIFY(rig.item("zp7_channel_1")->property("checked").toBool());
 
-    // The window ends the ZP7 recording, lets the board go and closes once
-    // the text copy is written.
-    rig.window()->close();
-    QVERIFY(!rig.workbench().closingReason().isEmpty());
-    QTRY_VERIFY_WITH_TIMEOUT(!rig.window()->isVisible(), 20000);
-    QVERIFY(!zp7View(rig)->property("isRecordingActive").toBool());
-    QCOMPARE(rig.workbench().boardList().connectedBoard(), QString());
-    const QString base = rig.directory() + "/closed";
-    QCOMPARE(RecordingCheck::checkTextCopy(RecordingFiles::binPath(base), RecordingFiles::txtPath(base)), QString());
-}
+        // The drop-down offers the board's gain steps, as the board names them.
+        const QStringList steps { "3 / 10dB", "6 / 16dB", "12 / 22dB", "24 / 28dB", "48 / 34dB", "96 / 40dB",
+                                  "192 / 46dB", "384 / 52dB" };
+        QCOMPARE(rig.item("zp7_abbGain")->property("model").toStringList(), steps);
 
-void TestZP7Pages::failingBoardIsToldOnThePage()
-{
-    WindowRig rig;
-    QVERIFY(openZp7Page(rig, zp7Bench(-1.0, R"([ { "at_frame": 3, "status": "0x1100d", "count": 0 } ])")));
-    QTRY_VERIFY_WITH_TIMEOUT(rig.text("zp7NoticeText").contains("Fetching next frame failed"), 10000);
-    QVERIFY(rig.item("zp7Notice")->isVisible());
-    QVERIFY(rig.workbench().messageLog().count() > 0);
-    keepPicture(rig, "zp7-fetch-failed");
-    QVERIFY(rig.click("zp7NoticeClose"));
-    QTRY_VERIFY(!rig.item("zp7Notice")->isVisible());
-    // The module logs the failure itself; the page may not warn.
-    PageWarnings::keepPageWarnings();
-}
+        // One pair at a time: the second button takes antenna 2 in both sets.
+        QVERIFY(rig.click("zp7_channel_2"));
+        QTRY_COMPARE(edited->property("channel").toInt(), 1);
+        QVERIFY(!rig.item("zp7_channel_1")->property("checked").toBool());
+        QVERIFY(rig.item("zp7_channel_2")->property("checked").toBool());
+        rig.key("zp7_abbGain", Qt::Key_End);
+        QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
+        QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
+        const int power = edited->property("txPowerLevel").toInt();
+        rig.key("zp7_txPowerLevel", Qt::Key_Down);
+        QTRY_COMPARE(edited->property("txPowerLevel").toInt(), power - 1);
+        QVERIFY(rig.item("zp7RevertButton")->isEnabled());
+
+        QVERIFY(rig.click("zp7ApplyButton"));
+        QTRY_COMPARE(running->property("channel").toInt(), 1);
+        QCOMPARE(running->property("abbGain").toInt(), 384);
+        QCOMPARE(running->property("txPowerLevel").toInt(), power - 1);
+        QTRY_VERIFY(!rig.item("zp7RevertButton")->isEnabled());
+        QCOMPARE(rig.text("zp7ShownChannel"), QString("Tx2Rx2"));
+        rig.keepPicture("zp7-configuration");
+
+        // An edit not applied goes back to what the board runs.
+        QVERIFY(rig.click("zp7_channel_1"));
+        rig.key("zp7_abbGain", Qt::Key_Up);
+        QTRY_COMPARE(edited->property("abbGain").toInt(), 192);
+        QVERIFY(rig.click("zp7RevertButton"));
+        QTRY_COMPARE(edited->property("channel").toInt(), 1);
+        QCOMPARE(edited->property("abbGain").toInt(), 384);
+        QTRY_VERIFY(rig.item("zp7_channel_2")->property("checked").toBool());
+        QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
+        QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+    }
+
+    void chartSettingsReachTheDopplerChart()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pointCount("zp7DopplerChart") > 0, 5000);
+        // In dB every bin lies below full scale.
+        QVERIFY(rig.peak("zp7DopplerChart").value("y").toDouble() < 0);
+
+        // The window's settings switch the shared spectrum to linear magnitudes:
+        // the running ZP7 processing takes them over at once.
+        QVERIFY(rig.click("settingsButton"));
+        rig.key("rangeSpectrumScale", Qt::Key_Down);
+        QTRY_COMPARE(rig.item("rangeSpectrumScale")->property("currentIndex").toInt(), 1);
+        QVERIFY(rig.click("settingsButton"));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.peak("zp7DopplerChart").value("y").toDouble() > 0, 5000);
+        QCOMPARE(rig.item("zp7DopplerChart")->findChild<QQuickItem*>("chartYTitle")->property("text").toString(),
+                 QString("Magnitude"));
+        QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+    }
+
+    void savedConfigurationLoadsBackThroughTheDialogs()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        QVERIFY(rig.click("zp7ConfigurationTab"));
+        QObject* edited = group(rig, "guiConfiguration", "pulseConfigParams");
+        rig.key("zp7_abbGain", Qt::Key_End);
+        QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
+        const QString path = rig.directory() + "/zp7-saved.json";
+        QVERIFY(rig.click("zp7SaveButton"));
+        QVERIFY(chooseFile(rig, path));
+        QTRY_VERIFY(QFile::exists(path));
+
+        // Another gain, as a loaded file would bring one.
+        QVERIFY(edited->setProperty("abbGain", 192));
+        QTRY_COMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("192 / 46dB"));
+        QVERIFY(rig.click("zp7LoadButton"));
+        QVERIFY(chooseFile(rig, path));
+        QTRY_COMPARE(edited->property("abbGain").toInt(), 384);
+        QCOMPARE(rig.item("zp7_abbGain")->property("currentText").toString(), QString("384 / 52dB"));
+        QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+    }
+
+    void typedFrameValueIsJudged_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("message");
+        // Stored when accepted; never stored when refused.
+        QTest::addColumn<double>("stored");
+        QTest::newRow("too few samples") << "zp7_numOfSamples" << "8" << "not in expected range" << 8.0;
+        QTest::newRow("half a sample") << "zp7_numOfSamples" << "64.5" << "whole number" << 64.5;
+        QTest::newRow("pulses too close") << "zp7_pulseRepetitionTime" << "20" << "µs" << 20e-6;
+        QTest::newRow("rate not a number") << "zp7_frameRepetitionRate" << "1o" << "valid number" << 0.0;
+        QTest::newRow("samples accepted") << "zp7_numOfSamples" << "160" << "" << 160.0;
+        QTest::newRow("PRT typed in µs") << "zp7_pulseRepetitionTime" << "250" << "" << 250e-6;
+        QTest::newRow("rate accepted") << "zp7_frameRepetitionRate" << "5.5" << "" << 5.5;
+    }
+
+    void typedFrameValueIsJudged()
+    {
+        QFETCH(QString, field);
+        QFETCH(QString, typed);
+        QFETCH(QString, message);
+        QFETCH(double, stored);
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        QVERIFY(rig.click("zp7ConfigurationTab"));
+        QObject* edited = group(rig, "guiConfiguration", "frameParams");
+        QVERIFY(rig.type(field, typed));
+
+        const QString shown = rig.text(field + "_message");
+        if (message.isEmpty()) {
+            QCOMPARE(shown, QString());
+            QCOMPARE(float(edited->property(qPrintable(field.mid(4))).toDouble()), float(stored));
+            QVERIFY(rig.click("zp7ApplyButton"));
+            QTRY_COMPARE(float(group(rig, "deviceConfiguration", "frameParams")->property(qPrintable(field.mid(4)))
+                                   .toDouble()),
+                         float(stored));
+        } else {
+            QVERIFY2(shown.contains(message), qPrintable(shown));
+            QVERIFY(!rig.item("zp7ApplyButton")->isEnabled());
+            QVERIFY(float(edited->property(qPrintable(field.mid(4))).toDouble()) != float(stored));
+            rig.keepPicture(QStringLiteral("zp7-typed-") + QTest::currentDataTag());
+            // The defaults replace what was typed and let Apply go.
+            QVERIFY(rig.click("zp7DefaultsButton"));
+            QTRY_COMPARE(rig.text(field + "_message"), QString());
+            QVERIFY(rig.item("zp7ApplyButton")->isEnabled());
+        }
+    }
+
+    void recordedFramesPlayBackOnThePage()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
+        settings.setRecordingPath(rig.directory());
+        settings.setFileName("zp7");
+        settings.setNumOfFrames(5);
+        QVERIFY(rig.click("zp7RecordingTab"));
+        QTRY_VERIFY(rig.item("zp7RecordButton")->isEnabled());
+        QVERIFY(rig.click("zp7RecordButton"));
+        QTRY_VERIFY(rig.text("statusRecording").contains("zp7.raw.bin"));
+        QCOMPARE(rig.text("zp7RecordButton"), QString::fromUtf8("■ Stop recording"));
+        rig.keepPicture("zp7-recording");
+        // The frame limit ends it.
+        QTRY_COMPARE_WITH_TIMEOUT(rig.text("zp7RecordButton"), QString::fromUtf8("● Start recording"), 10000);
+        QVERIFY(QFileInfo(RecordingFiles::binPath(rig.directory() + "/zp7")).size() > 0);
+
+        QVERIFY(rig.click("zp7DeviceTab"));
+        QVERIFY(!rig.text("zp7DeviceChip").isEmpty() && rig.text("zp7DeviceChip") != QString::fromUtf8("–"));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.text("zp7DeviceTemperature").endsWith(QString::fromUtf8(" °C")), 8000);
+        rig.keepPicture("zp7-device");
+
+        // Without the board the recording plays on the ZP7 page, by its own
+        // playback.
+        QVERIFY(rig.click("disconnectButton"));
+        QVERIFY(rig.type("playbackFile", RecordingFiles::binPath(rig.directory() + "/zp7")));
+        QTRY_COMPARE(rig.text("playbackPosition"), QString("Frame 0 of 5"));
+        QCOMPARE(rig.workbench().playbackControl().playbackName(), QString("ZP7"));
+        QTRY_VERIFY(rig.item("ZP7SModule"));
+        QVERIFY(rig.click("zp7ChartsTab"));
+        QVERIFY(rig.click("playbackPlayButton"));
+        // The recorded frames reach the charts while they play.
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pointCount("zp7DopplerChart") > 0, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.text("playbackPosition"), QString("Frame 5 of 5"), 5000);
+        QCOMPARE(rig.number("statusFrames"), 5);
+        QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
+    }
+
+    void closingEndsTheRecordingAndWaitsForItsTextCopy()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0)));
+        RecordingUserSettings& settings = *rig.host().core().recordingUserSettings();
+        settings.setRecordingPath(rig.directory());
+        settings.setFileName("closed");
+        settings.setNumOfFrames(100000);
+        settings.setTxtFile(true);
+        QVERIFY(rig.click("zp7RecordingTab"));
+        QTRY_VERIFY(rig.item("zp7RecordButton")->isEnabled());
+        QVERIFY(rig.click("zp7RecordButton"));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.number("statusFrames") >= 4, 10000);
+
+        // The window ends the ZP7 recording, lets the board go and closes once
+        // the text copy is written.
+        rig.window()->close();
+        QVERIFY(!rig.workbench().closingReason().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.window()->isVisible(), 20000);
+        QVERIFY(!zp7View(rig)->property("isRecordingActive").toBool());
+        QCOMPARE(rig.workbench().boardList().connectedBoard(), QString());
+        const QString base = rig.directory() + "/closed";
+        QCOMPARE(RecordingCheck::checkTextCopy(RecordingFiles::binPath(base), RecordingFiles::txtPath(base)), QString());
+    }
+
+    void failingBoardIsToldOnThePage()
+    {
+        WindowRig rig;
+        QVERIFY(openZp7Page(rig, zp7Bench(-1.0, R"([ { "at_frame": 3, "status": "0x1100d", "count": 0 } ])")));
+        QTRY_VERIFY_WITH_TIMEOUT(rig.text("zp7NoticeText").contains("Fetching next frame failed"), 10000);
+        QVERIFY(rig.item("zp7Notice")->isVisible());
+        QVERIFY(rig.workbench().messageLog().count() > 0);
+        rig.keepPicture("zp7-fetch-failed");
+        QVERIFY(rig.click("zp7NoticeClose"));
+        QTRY_VERIFY(!rig.item("zp7Notice")->isVisible());
+        // The module logs the failure itself; the page may not warn.
+        PageWarnings::keepPageWarnings();
+    }
+};
 
 QTEST_MAIN(TestZP7Pages)
 #include "tst_ZP7Pages.moc"
