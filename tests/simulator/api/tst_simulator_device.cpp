@@ -61,13 +61,10 @@ private slots:
     void embeddedDefaultHasOneKmr7aOnShield512()
     {
         QVERIFY(!sdk.sim->reset());
+        QCOMPARE(sdk.listedUuids().size(), 1);
         vrn_Device_List_Handle list = nullptr;
-        QVERIFY(!sdk.vrn->device_list_get(&list));
-        uint32_t count = 0;
-        QVERIFY(!sdk.vrn->device_list_size(list, &count));
-        QCOMPARE(count, 1u);
         vrn_Device_List_Entry_t entry{};
-        QVERIFY(!sdk.vrn->device_list_entry(list, 0, &entry));
+        QVERIFY(!sdk.vrn->device_list_get(&list) && !sdk.vrn->device_list_entry(list, 0, &entry));
         QCOMPARE(int(entry.shield_type), 512);
         QVERIFY(sdk.vrn->device_list_entry(list, 1, &entry) != nullptr);
         QVERIFY(!sdk.vrn->device_list_destroy(list));
@@ -125,20 +122,14 @@ private slots:
         QFETCH(int, type);
         QVERIFY(device = sdk.open(uuid.toUtf8().constData()));
         vrn_Device_Info_t info{};
-        QVERIFY(!sdk.vrn->device_get_info(device, &info));
-        QCOMPARE(QString::fromUtf8(info.name), name);
-        QCOMPARE(int(info.num_tx_antennas), tx);
-        QCOMPARE(int(info.num_rx_antennas), rx);
-        QVERIFY(info.min_rf_frequency_Hz >= 57000000000ull && info.max_rf_frequency_Hz <= 64000000000ull);
-        QCOMPARE(int(info.adc_resolution_bits), 12);
-        uint32_t count = 0;
-        QVERIFY(!sdk.vrn->device_get_num_rx_antennas(device, &count));
-        QCOMPARE(int(count), rx);
-        QVERIFY(!sdk.vrn->device_get_num_tx_antennas(device, &count));
-        QCOMPARE(int(count), tx);
+        uint32_t rxCount = 0, txCount = 0;
         vrn_Device_Type_t deviceType{};
-        QVERIFY(!sdk.vrn->device_get_type(device, &deviceType));
-        QCOMPARE(int(deviceType), type);
+        QVERIFY(!sdk.vrn->device_get_info(device, &info) && !sdk.vrn->device_get_num_rx_antennas(device, &rxCount) &&
+                !sdk.vrn->device_get_num_tx_antennas(device, &txCount) && !sdk.vrn->device_get_type(device, &deviceType));
+        QCOMPARE((QVariantList{QString::fromUtf8(info.name), int(info.num_tx_antennas), int(info.num_rx_antennas),
+                               int(txCount), int(rxCount), int(deviceType), int(info.adc_resolution_bits)}),
+                 (QVariantList{name, tx, rx, tx, rx, type, 12}));
+        QVERIFY(info.min_rf_frequency_Hz >= 57000000000ull && info.max_rf_frequency_Hz <= 64000000000ull);
         float power = 0;
         QVERIFY(!sdk.vrn->device_get_tx_power(device, 0, &power));
         QVERIFY(power > -20.0f && power < 10.0f);
@@ -353,6 +344,15 @@ private slots:
         QTest::newRow("duplicate uuid") << R"({ "boards": [ { "uuid": "x" }, { "uuid": "x" } ] })"
                                         << "boards[1].uuid";
         QTest::newRow("not JSON") << "{ boards" << "not valid JSON";
+        QTest::newRow("product ID") << R"({ "boards": [ { "uuid": "x", "usb_product": "251" } ] })"
+                                    << "boards[0].usb_product: \"251\" is not four upper-case hexadecimal digits";
+        QTest::newRow("flash fault kind") << R"({ "boards": [ { "uuid": "x", "flash_faults": [ { "kind": "smoke" } ] } ] })"
+                                          << "boards[0].flash_faults[0].kind: \"smoke\" is not one of";
+        QTest::newRow("percent on another flash fault")
+            << R"({ "boards": [ { "uuid": "x", "flash_faults": [ { "kind": "no_return", "at_percent": 5 } ] } ] })"
+            << "boards[0].flash_faults[0].at_percent: belongs to \"write_fails\" only";
+        QTest::newRow("port twice") << R"({ "boards": [ { "uuid": "x", "port": "ttyA" }, { "uuid": "y", "port": "ttyA" } ] })"
+                                    << "boards[1].port: \"ttyA\" is used by another board";
     }
 
     void badBenchNamesTheFieldAndReplacesNothing()

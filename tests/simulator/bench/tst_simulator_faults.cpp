@@ -105,28 +105,40 @@ private slots:
         QVERIFY(sdk.sim->inject_fault("f-fifo", &noStall));
     }
 
-    void injectedFetchFaultsAnswerTheirStatus_data()
+    void injectedFaultsAnswerTheirStatus_data()
     {
+        QTest::addColumn<int>("kind");
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("count"); // 0: until cleared
-        QTest::newRow("timeout") << int(VRN_STATUS_FRAME_TIMEOUT) << 2;
-        QTest::newRow("communication lost") << int(VRN_STATUS_COMMUNICATION_LOST) << 2;
-        QTest::newRow("unknown") << 0x12345 << 2;
-        QTest::newRow("fetch failed until cleared") << int(VRN_STATUS_FRAME_FETCH_FAILED) << 0;
+        const int fetch = VRNSIM_FAULT_FETCH, temperature = VRNSIM_FAULT_TEMPERATURE;
+        QTest::newRow("fetch timeout") << fetch << int(VRN_STATUS_FRAME_TIMEOUT) << 2;
+        QTest::newRow("fetch, communication lost") << fetch << int(VRN_STATUS_COMMUNICATION_LOST) << 2;
+        QTest::newRow("fetch, unknown") << fetch << 0x12345 << 2;
+        QTest::newRow("fetch failed until cleared") << fetch << int(VRN_STATUS_FRAME_FETCH_FAILED) << 0;
+        // The transmit power fault is exercised through the monitor in
+        // tst_RadarDeviceSimulator.
+        QTest::newRow("temperature, lost") << temperature << int(VRN_STATUS_COMMUNICATION_LOST) << 1;
+        QTest::newRow("temperature not supported") << temperature << int(VRN_STATUS_NOT_SUPPORTED) << 1;
     }
 
-    void injectedFetchFaultsAnswerTheirStatus()
+    void injectedFaultsAnswerTheirStatus()
     {
+        QFETCH(int, kind);
         QFETCH(int, status);
         QFETCH(int, count);
         QVERIFY(openWithFrame("f-fast"));
-        const VrnSimFault fault{VRNSIM_FAULT_FETCH, status, uint32_t(count), 0, 0};
+        const VrnSimFault fault{VrnSimFaultKind(kind), status, uint32_t(count), 0, 0};
         QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
+        float value = 0;
+        const auto call = [&] {
+            return int(kind == VRNSIM_FAULT_FETCH ? sdk.vrn->device_get_next_frame(device, frame, 20)
+                                                  : sdk.vrn->device_get_temperature(device, &value));
+        };
         for (int i = 0; i < (count ? count : 5); ++i)
-            QCOMPARE(int(sdk.vrn->device_get_next_frame(device, frame, 20)), status);
+            QCOMPARE(call(), status);
         if (!count)
             QVERIFY(!sdk.sim->clear_faults("f-fast"));
-        QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_OK);
+        QCOMPARE(call(), int(VRN_STATUS_OK));
     }
 
     void injectedListEntryFault()
@@ -141,27 +153,6 @@ private slots:
         QVERIFY(!sdk.vrn->device_list_entry(list, 2, &entry));
         QVERIFY(!sdk.vrn->device_list_destroy(list));
         QCOMPARE(sdk.listedUuids().size(), 4);
-    }
-
-    // The transmit power fault is exercised through the monitor in
-    // tst_RadarDeviceSimulator.
-    void injectedTemperatureFaults_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::newRow("lost") << int(VRN_STATUS_COMMUNICATION_LOST);
-        QTest::newRow("not supported") << int(VRN_STATUS_NOT_SUPPORTED);
-    }
-
-    void injectedTemperatureFaults()
-    {
-        QFETCH(int, status);
-        device = sdk.open("f-fast");
-        QVERIFY(device);
-        const VrnSimFault fault{VRNSIM_FAULT_TEMPERATURE, status, 1, 0, 0};
-        QVERIFY(!sdk.sim->inject_fault("f-fast", &fault));
-        float value = 0;
-        QCOMPARE(int(sdk.vrn->device_get_temperature(device, &value)), status);
-        QCOMPARE(sdk.vrn->device_get_temperature(device, &value), VRN_STATUS_OK);
     }
 
     void benchScheduleFailsByFrameNumber()

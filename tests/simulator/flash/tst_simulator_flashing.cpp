@@ -319,31 +319,6 @@ private slots:
         QCOMPARE(file.readAll().toHex(), QByteArray("52424b340300010004000000090000002639f4cb313233343536373839"));
     }
 
-    void benchRefusesBadFlashingKeys_data()
-    {
-        QTest::addColumn<QString>("boards");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("product ID") << board("k-1", "KMR7A", R"(, "usb_product": "251")")
-                                    << "boards[0].usb_product: \"251\" is not four upper-case hexadecimal digits";
-        QTest::newRow("fault kind") << board("k-1", "KMR7A", R"(, "flash_faults": [ { "kind": "smoke" } ])")
-                                    << "boards[0].flash_faults[0].kind: \"smoke\" is not one of";
-        QTest::newRow("percent on another fault")
-            << board("k-1", "KMR7A", R"(, "flash_faults": [ { "kind": "no_return", "at_percent": 5 } ])")
-            << "boards[0].flash_faults[0].at_percent: belongs to \"write_fails\" only";
-        QTest::newRow("port twice") << board("k-1", "KMR7A", R"(, "port": "ttyA")") + "," +
-                                           board("k-2", "KMR7A", R"(, "port": "ttyA")")
-                                    << "boards[1].port: \"ttyA\" is used by another board";
-    }
-
-    void benchRefusesBadFlashingKeys()
-    {
-        QFETCH(QString, boards);
-        QFETCH(QString, error);
-        const char* answer = sdk.sim->load_bench_json(bench(boards));
-        QVERIFY(answer);
-        QVERIFY2(QString::fromUtf8(answer).contains(error), answer);
-    }
-
     void hotPluggedBoardTakesAFreePort()
     {
         QVERIFY(!sdk.sim->load_bench_json(bench(board("h-1", "KMR7A"))));

@@ -62,13 +62,15 @@ private slots:
         QTest::addColumn<float>("rangeResolution");
         QTest::addColumn<float>("frameTime");
         QTest::addColumn<uint>("rxMask");
+        QTest::addColumn<uint>("txMask");
         QTest::addColumn<uint>("samples");
-        QTest::addColumn<uint>("chirps");
-        QTest::newRow("defaultConfigKMR7A") << "m-7a" << 0.3f << 0.1f << 4u << 64u << 64u;
-        QTest::newRow("defaultConfigPS_KMR7A") << "m-7a" << 0.15f << 0.2f << 4u << 128u << 64u;
-        QTest::newRow("defaultConfigSeg_KMR7A") << "m-7a" << 0.15f << 0.1f << 5u << 128u << 64u;
-        QTest::newRow("defaultConfigKMR7C") << "m-7c" << 0.3f << 0.1f << 1u << 64u << 64u;
-        QTest::newRow("defaultConfigPS_KMR7C") << "m-7c" << 0.15f << 0.2f << 1u << 128u << 64u;
+        QTest::newRow("defaultConfigKMR7A") << "m-7a" << 0.3f << 0.1f << 4u << 1u << 64u;
+        QTest::newRow("defaultConfigPS_KMR7A") << "m-7a" << 0.15f << 0.2f << 4u << 1u << 128u;
+        QTest::newRow("defaultConfigSeg_KMR7A") << "m-7a" << 0.15f << 0.1f << 5u << 1u << 128u;
+        QTest::newRow("defaultConfigKMR7C") << "m-7c" << 0.3f << 0.1f << 1u << 1u << 64u;
+        QTest::newRow("defaultConfigPS_KMR7C") << "m-7c" << 0.15f << 0.2f << 1u << 1u << 128u;
+        // Two transmitters take turns: each sends every second chirp.
+        QTest::newRow("KMR7C, time division") << "m-7c" << 0.3f << 0.1f << 0xfu << 3u << 64u;
     }
 
     void shippedFilesTranslate()
@@ -77,16 +79,17 @@ private slots:
         QFETCH(float, rangeResolution);
         QFETCH(float, frameTime);
         QFETCH(uint, rxMask);
+        QFETCH(uint, txMask);
         QFETCH(uint, samples);
-        QFETCH(uint, chirps);
         device = sdk.open(uuid.toUtf8().constData());
         QVERIFY(device);
-        const vrn_Metrics_t m = shippedMetrics(rangeResolution, frameTime, rxMask);
+        vrn_Metrics_t m = shippedMetrics(rangeResolution, frameTime, rxMask);
+        m.tx_mask = txMask;
         vrn_Device_Config_t config{};
         QCOMPARE(translate(m, config), QString());
 
         QCOMPARE(config.num_samples_per_chirp, samples);
-        QCOMPARE(config.num_chirps_per_frame, chirps);
+        QCOMPARE(config.num_chirps_per_frame, 64u);
         const double bandwidth = double(config.upper_frequency_Hz - config.lower_frequency_Hz);
         QVERIFY(std::abs(bandwidth - kC / (2.0 * rangeResolution)) < 1e3);
         const double centre = (double(config.upper_frequency_Hz) + double(config.lower_frequency_Hz)) / 2.0;
@@ -95,28 +98,14 @@ private slots:
         QVERIFY(std::abs(config.chirp_repetition_time_s - tc) < 1e-5 * tc);
         QCOMPARE(config.frame_repetition_time_s, frameTime);
         QCOMPARE(config.rx_mask, rxMask);
-        QCOMPARE(int(config.mimo_mode), int(VRN_MIMO_OFF));
-        QCOMPARE(sdk.vrn->device_set_config(device, &config), nullptr);
-
-        float chirpTime = 0, prt = 0;
-        QVERIFY(!sdk.vrn->device_get_chirp_time(device, &config, &chirpTime));
-        QCOMPARE(chirpTime, float(samples) / 1e6f);
-        QVERIFY(!sdk.vrn->config_get_pulse_repetition_time(&config, &prt));
-        QCOMPARE(prt, config.chirp_repetition_time_s);
-    }
-
-    void twoTransmittersRunTimeDivision()
-    {
-        device = sdk.open("m-7c");
-        QVERIFY(device);
-        vrn_Metrics_t m = shippedMetrics(0.3f, 0.1f, 0xf);
-        m.tx_mask = 0x3;
-        vrn_Device_Config_t config{};
-        QCOMPARE(translate(m, config), QString());
-        QCOMPARE(int(config.mimo_mode), int(VRN_MIMO_TDM));
+        QCOMPARE(int(config.mimo_mode), int(txMask == 1 ? VRN_MIMO_OFF : VRN_MIMO_TDM));
         float prt = 0;
         QVERIFY(!sdk.vrn->config_get_pulse_repetition_time(&config, &prt));
-        QCOMPARE(prt, config.chirp_repetition_time_s / 2.0f);
+        QCOMPARE(prt, config.chirp_repetition_time_s / float(__builtin_popcount(txMask)));
+        QCOMPARE(sdk.vrn->device_set_config(device, &config), nullptr);
+        float chirpTime = 0;
+        QVERIFY(!sdk.vrn->device_get_chirp_time(device, &config, &chirpTime));
+        QCOMPARE(chirpTime, float(samples) / 1e6f);
     }
 
     void impossibleMetricsAreRefused_data()

@@ -8,6 +8,18 @@ namespace {
 
 constexpr double kC = 299792458.0;
 
+// A target of `kind` at `range` metres, `more` keys appended.
+QString target(double range, const QString& more = QString(), const QString& kind = QStringLiteral("reflector"))
+{
+    return QStringLiteral(R"({ "kind": "%1", "range_m": %2 %3 })").arg(kind).arg(range).arg(more);
+}
+
+// A moving target at `speed` that stays within the captured range.
+QString moving(double speed, const QString& more = QString())
+{
+    return QStringLiteral(R"(, "speed_m_s": %1, "min_range_m": 0.5, "max_range_m": 9.0 %2)").arg(speed).arg(more);
+}
+
 }  // namespace
 
 class SimulatorPhysicsTest : public QObject
@@ -18,15 +30,20 @@ private:
     SimulatorSdk sdk;
     vrn_Device_Handle device = nullptr;
     vrn_Frame_R_t* frame = nullptr;
+    vrn_CW_Handle cw = nullptr;
     vrn_Device_Config_t config{};
 
-    // Loads a one-board bench, configures it with rx_mask and fetches one frame.
-    bool capture(const QByteArray& bench, uint32_t rxMask, uint32_t txMask = 1)
+    bool load(const QString& chip, const QString& targets, double noise = 0.0, int seed = 1)
     {
-        if (sdk.sim->load_bench_json(bench.constData()))
-            return false;
-        device = sdk.open("phys-1");
-        if (!device)
+        return !sdk.sim->load_bench_json(oneBoardBench("phys-1", chip, targets, noise, seed).constData()) &&
+               (device = sdk.open("phys-1"));
+    }
+
+    // Loads a one-board bench, configures it with the masks and fetches one frame.
+    bool capture(const QString& chip, const QString& targets, uint32_t rxMask, uint32_t txMask = 1, double noise = 0.0,
+                 int seed = 1)
+    {
+        if (!load(chip, targets, noise, seed))
             return false;
         vrn_Metrics_t m = sceneMetrics(rxMask);
         m.tx_mask = txMask;
@@ -38,15 +55,28 @@ private:
         return sdk.vrn->device_get_next_frame(device, frame, 100) == VRN_STATUS_OK;
     }
 
-    const float* row(uint32_t channel, uint32_t chirp) const
+    // One CW capture of `samples` at 1 MHz from the receivers of `rxMask`.
+    bool cwCapture(uint32_t samples, uint32_t rxMask)
     {
-        const vrn_Matrix_R_s* m = frame->rx_data[channel];
-        return m->data + size_t(chirp) * m->stride;
+        if (frame)
+            sdk.vrn->frame_r_destroy(frame);
+        frame = nullptr;
+        return (cw || !sdk.vrn->cw_create(device, &cw)) && !sdk.vrn->cw_set_num_samples(cw, samples) &&
+               !sdk.vrn->cw_set_rx_antenna_mask(cw, rxMask) &&
+               !sdk.vrn->frame_r_create(uint32_t(__builtin_popcount(rxMask)), 1, samples, &frame) &&
+               sdk.vrn->cw_capture_frame(cw, frame) == VRN_STATUS_OK;
     }
 
-    double rangeResolution() const
+    // The spectrum value at `bin` of one chirp of one channel.
+    std::complex<double> at(uint32_t channel, uint32_t chirp, size_t bin) const
     {
-        return kC / (2.0 * double(config.upper_frequency_Hz - config.lower_frequency_Hz));
+        const vrn_Matrix_R_s* m = frame->rx_data[channel];
+        return dft(m->data + size_t(chirp) * m->stride, config.num_samples_per_chirp)[bin];
+    }
+
+    size_t binOf(double range) const
+    {
+        return size_t(std::lround(range * 2.0 * double(config.upper_frequency_Hz - config.lower_frequency_Hz) / kC));
     }
 
     double wavelength() const
@@ -60,7 +90,13 @@ private slots:
         QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError()));
     }
 
-    void cleanup() { sdk.close(device, frame); }
+    void cleanup()
+    {
+        if (cw)
+            QVERIFY(!sdk.vrn->cw_destroy(cw));
+        cw = nullptr;
+        sdk.close(device, frame);
+    }
 
     void targetAppearsAtItsBeatFrequencyBin_data()
     {
@@ -73,18 +109,14 @@ private slots:
     void targetAppearsAtItsBeatFrequencyBin()
     {
         QFETCH(double, range);
-        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "rcs_m2": 1.0 })").arg(range);
-        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
-
+        QVERIFY(capture("KMR7A", target(range, R"(, "rcs_m2": 1.0)"), 0x4));
         // Beat frequency 2 R S / c with the slope S = B / (N / fs), then the
         // DFT bin of that frequency for N samples at fs.
         const double n = config.num_samples_per_chirp;
         const double fs = config.sample_rate_Hz;
         const double slope = double(config.upper_frequency_Hz - config.lower_frequency_Hz) / (n / fs);
-        const double beat = 2.0 * range * slope / kC;
-        const size_t expected = size_t(std::lround(beat * n / fs));
-
-        const auto spectrum = dft(row(0, 0), config.num_samples_per_chirp);
+        const size_t expected = size_t(std::lround(2.0 * range * slope / kC * n / fs));
+        const auto spectrum = dft(frame->rx_data[0]->data, config.num_samples_per_chirp);
         QCOMPARE(peakBin(spectrum, 1, config.num_samples_per_chirp / 2), expected);
     }
 
@@ -102,77 +134,51 @@ private slots:
         // Put the target on a bin so that the spectrum's image does not leak
         // into the phase.
         const double range = 15 * 0.3;
-        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2,
-            "min_range_m": 0.5, "max_range_m": 9.0 })")
-                                   .arg(range)
-                                   .arg(speed);
-        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
-        const size_t bin = size_t(std::lround(range / rangeResolution()));
-
+        QVERIFY(capture("KMR7A", target(range, moving(speed)), 0x4));
         const double expected = wrapPhase(4.0 * M_PI * speed * double(config.chirp_repetition_time_s) / wavelength());
         for (uint32_t chirp = 0; chirp + 1 < 8; ++chirp) {
-            const auto a = dft(row(0, chirp), config.num_samples_per_chirp)[bin];
-            const auto b = dft(row(0, chirp + 1), config.num_samples_per_chirp)[bin];
-            const double measured = std::arg(b * std::conj(a));
+            const double measured = std::arg(at(0, chirp + 1, binOf(range)) * std::conj(at(0, chirp, binOf(range))));
             QVERIFY2(std::abs(wrapPhase(measured - expected)) < 0.03,
                      qPrintable(QStringLiteral("chirp %1: %2 rad, expected %3").arg(chirp).arg(measured).arg(expected)));
         }
     }
 
-    void rx1Rx3PhaseDifferenceGivesTheAngle_data()
+    void phaseDifferencesGiveTheAngle_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::newRow("-40 deg") << -40.0;
-        QTest::newRow("-10 deg") << -10.0;
-        QTest::newRow("boresight") << 0.0;
-        QTest::newRow("25 deg") << 25.0;
-        QTest::newRow("50 deg") << 50.0;
-    }
-
-    void rx1Rx3PhaseDifferenceGivesTheAngle()
-    {
-        QFETCH(double, angle);
-        const double range = 12 * 0.3;
-        const QString target =
-            QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "angle_deg": %2 })").arg(range).arg(angle);
-        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x5));
-        const size_t bin = size_t(std::lround(range / rangeResolution()));
-
-        // Rx1 and Rx3 sit half a wavelength apart: phase difference pi sin(angle).
-        const auto rx1 = dft(row(0, 0), config.num_samples_per_chirp)[bin];
-        const auto rx3 = dft(row(1, 0), config.num_samples_per_chirp)[bin];
-        const double difference = std::arg(rx1 * std::conj(rx3));
-        const double measured = std::asin(difference / M_PI) * 180.0 / M_PI;
-        QVERIFY2(std::abs(measured - angle) < 1.0, qPrintable(QString::number(measured)));
-    }
-
-    void timeDivisionFormsAVirtualArray_data()
-    {
+        QTest::addColumn<QString>("chip");
         QTest::addColumn<double>("angle");
         QTest::addColumn<double>("speed");
-        QTest::newRow("still, -20 deg") << -20.0 << 0.0;
-        QTest::newRow("still, 15 deg") << 15.0 << 0.0;
-        QTest::newRow("receding, 10 deg") << 10.0 << 1.2;
+        QTest::newRow("one Tx, -40 deg") << "KMR7A" << -40.0 << 0.0;
+        QTest::newRow("one Tx, -10 deg") << "KMR7A" << -10.0 << 0.0;
+        QTest::newRow("one Tx, boresight") << "KMR7A" << 0.0 << 0.0;
+        QTest::newRow("one Tx, 25 deg") << "KMR7A" << 25.0 << 0.0;
+        QTest::newRow("one Tx, 50 deg") << "KMR7A" << 50.0 << 0.0;
+        QTest::newRow("time division, still, -20 deg") << "KMR7C" << -20.0 << 0.0;
+        QTest::newRow("time division, still, 15 deg") << "KMR7C" << 15.0 << 0.0;
+        QTest::newRow("time division, receding, 10 deg") << "KMR7C" << 10.0 << 1.2;
     }
 
-    void timeDivisionFormsAVirtualArray()
+    // Rx1 and Rx3 sit half a wavelength apart: phase difference pi sin(angle).
+    // With two transmitters the channels are Tx1Rx1, Tx1Rx3, Tx2Rx1, Tx2Rx3:
+    // Tx2 stands one wavelength beside Tx1 and sends half a chirp repetition
+    // time later.
+    void phaseDifferencesGiveTheAngle()
     {
+        QFETCH(QString, chip);
         QFETCH(double, angle);
         QFETCH(double, speed);
-        const double range = 10 * 0.3;
-        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "angle_deg": %2,
-            "speed_m_s": %3, "min_range_m": 0.5, "max_range_m": 9.0 })")
-                                   .arg(range)
-                                   .arg(angle)
-                                   .arg(speed);
-        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7C"), target), 0x5, 0x3));
-        QCOMPARE(int(config.mimo_mode), int(VRN_MIMO_TDM));
-        const size_t bin = size_t(std::lround(range / rangeResolution()));
-        // Channels: Tx1Rx1, Tx1Rx3, Tx2Rx1, Tx2Rx3. Tx2 stands one wavelength
-        // beside Tx1 and sends half a chirp repetition time later.
+        const bool tdm = chip == QLatin1String("KMR7C");
+        const double range = (tdm ? 10 : 12) * 0.3;
+        QVERIFY(capture(chip, target(range, moving(speed, QStringLiteral(R"(, "angle_deg": %1)").arg(angle))), 0x5,
+                        tdm ? 0x3 : 0x1));
+        QCOMPARE(int(config.mimo_mode), int(tdm ? VRN_MIMO_TDM : VRN_MIMO_OFF));
         std::complex<double> phasor[4];
-        for (uint32_t ch = 0; ch < 4; ++ch)
-            phasor[ch] = dft(row(ch, 0), config.num_samples_per_chirp)[bin];
+        for (uint32_t ch = 0; ch < (tdm ? 4u : 2u); ++ch)
+            phasor[ch] = at(ch, 0, binOf(range));
+        const double measured = std::asin(std::arg(phasor[0] * std::conj(phasor[1])) / M_PI) * 180.0 / M_PI;
+        QVERIFY2(std::abs(measured - angle) < 1.0, qPrintable(QString::number(measured)));
+        if (!tdm)
+            return;
         const double s = std::sin(angle * M_PI / 180.0);
         const double halfChirp = 2.0 * M_PI * speed * double(config.chirp_repetition_time_s) / wavelength();
         QVERIFY(std::abs(wrapPhase(std::arg(phasor[0] * std::conj(phasor[1])) - M_PI * s)) < 0.03);
@@ -193,19 +199,15 @@ private slots:
         QFETCH(QString, kind);
         QFETCH(bool, breathes);
         const double range = 8 * 0.3;
-        const QString target = QStringLiteral(R"({ "kind": "%1", "range_m": %2, "speed_m_s": 0.0,
-            "min_range_m": 1.0, "max_range_m": 4.0 })")
-                                   .arg(kind)
-                                   .arg(range);
-        QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), target), 0x4));
-        const size_t bin = size_t(std::lround(range / rangeResolution()));
+        QVERIFY(capture("KMR7A", target(range, R"(, "speed_m_s": 0.0, "min_range_m": 1.0, "max_range_m": 4.0)", kind),
+                        0x4));
         // Over a second (ten frames) the chest moves by millimetres: several
         // radians at 60 GHz, summed from frame to frame to stay clear of wrapping.
-        auto previous = dft(row(0, 0), config.num_samples_per_chirp)[bin];
+        auto previous = at(0, 0, binOf(range));
         double change = 0;
         for (int i = 0; i < 10; ++i) {
             QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 100), VRN_STATUS_OK);
-            const auto current = dft(row(0, 0), config.num_samples_per_chirp)[bin];
+            const auto current = at(0, 0, binOf(range));
             change += std::abs(std::arg(current * std::conj(previous)));
             previous = current;
         }
@@ -225,7 +227,7 @@ private slots:
         std::vector<float> runs[3];
         const int seeds[3] = {7, 7, 8};
         for (int r = 0; r < 3; ++r) {
-            QVERIFY(capture(oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), noise, seeds[r]), 0x4));
+            QVERIFY(capture("KMR7A", QString(), 0x4, 1, noise, seeds[r]));
             const vrn_Matrix_R_s* m = frame->rx_data[0];
             runs[r].assign(m->data, m->data + size_t(m->rows) * m->stride);
             cleanup();
@@ -257,36 +259,24 @@ private slots:
     {
         QFETCH(double, frequency);
         QFETCH(int, bin);
-        const QByteArray bench = oneBoardBench("phys-1", QStringLiteral("KMR7A"), QString(), 0.002);
-        QVERIFY(!sdk.sim->load_bench_json(bench.constData()));
-        device = sdk.open("phys-1");
-        QVERIFY(device);
-        vrn_CW_Handle cw = nullptr;
+        QVERIFY(load("KMR7A", QString(), 0.002));
         QVERIFY(!sdk.vrn->cw_create(device, &cw));
-        QVERIFY(!sdk.vrn->cw_set_num_samples(cw, 200));
-        QVERIFY(!sdk.vrn->cw_set_rx_antenna_mask(cw, 0x5));
         const vrn_Device_Test_Signal_Generator_t tone{1, float(frequency)};
         QVERIFY(!sdk.vrn->cw_set_test_signal_generator(cw, &tone));
-        QVERIFY(!sdk.vrn->frame_r_create(2, 1, 200, &frame));
-        QCOMPARE(sdk.vrn->cw_capture_frame(cw, frame), VRN_STATUS_OK);
+        QVERIFY(cwCapture(200, 0x5));
         for (uint32_t ch = 0; ch < 2; ++ch)
             QCOMPARE(int(peakBin(dft(frame->rx_data[ch]->data, 200), 1, 100)), bin);
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
     }
 
-    // The receivers' noise share below `edgeHz` and its spread, from one
-    // capture of `samples` at 1 MHz on a quiet KMR7C board.
+    // The receiver's noise share below `edgeHz` and its spread, from one
+    // capture of 1024 samples at 1 MHz.
     void cwNoise(uint32_t gainIndex, uint32_t hpIndex, double edgeHz, double& lowShare, double& spread)
     {
         const uint32_t samples = 1024;
-        vrn_CW_Handle cw = nullptr;
-        QVERIFY(!sdk.vrn->cw_create(device, &cw));
-        QVERIFY(!sdk.vrn->cw_set_num_samples(cw, samples));
-        QVERIFY(!sdk.vrn->cw_set_rx_antenna_mask(cw, 0x1));
+        QVERIFY(cw || !sdk.vrn->cw_create(device, &cw));
         const vrn_Device_Baseband_Config_t baseband{gainIndex, 0, hpIndex, 1};
         QVERIFY(!sdk.vrn->cw_set_baseband_config(cw, &baseband));
-        QVERIFY(!sdk.vrn->frame_r_create(1, 1, samples, &frame));
-        QCOMPARE(sdk.vrn->cw_capture_frame(cw, frame), VRN_STATUS_OK);
+        QVERIFY(cwCapture(samples, 0x1));
         const float* x = frame->rx_data[0]->data;
         double mean = 0.0, power = 0.0;
         for (uint32_t n = 0; n < samples; ++n)
@@ -297,23 +287,16 @@ private slots:
         const std::vector<std::complex<double>> spectrum = dft(x, samples);
         double low = 0.0, all = 0.0;
         for (size_t k = 1; k < samples / 2; ++k) {
-            const double p = std::norm(spectrum[k]);
-            all += p;
+            all += std::norm(spectrum[k]);
             if (k * 1e6 / samples < edgeHz)
-                low += p;
+                low += std::norm(spectrum[k]);
         }
         lowShare = low / all;
-        QVERIFY(!sdk.vrn->cw_destroy(cw));
-        QVERIFY(!sdk.vrn->frame_r_destroy(frame));
-        frame = nullptr;
     }
 
     void cwNoiseFollowsTheBasebandGainAndHighPass()
     {
-        const QByteArray bench = oneBoardBench("phys-1", QStringLiteral("KMR7C"), QString(), 0.002);
-        QVERIFY(!sdk.sim->load_bench_json(bench.constData()));
-        device = sdk.open("phys-1");
-        QVERIFY(device);
+        QVERIFY(load("KMR7C", QString(), 0.002));
         double lowAt20k = 0, lowAt160k = 0, quiet = 0, loud = 0, spread = 0;
         cwNoise(2, 0, 40e3, lowAt20k, quiet);  // amplifier 10 dB, high pass at 20 kHz
         cwNoise(6, 0, 40e3, lowAt20k, loud);   // amplifier 30 dB
@@ -336,10 +319,7 @@ private slots:
     void pulsedDopplerToneSitsAtTheDopplerFrequency()
     {
         QFETCH(double, speed);
-        const QString target = QStringLiteral(R"({ "kind": "reflector", "range_m": 3.0, "speed_m_s": %1,
-            "min_range_m": 0.5, "max_range_m": 9.0 })")
-                                   .arg(speed);
-        QVERIFY(!sdk.sim->load_bench_json(oneBoardBench("phys-1", QStringLiteral("ZP7"), target).constData()));
+        QVERIFY(!sdk.sim->load_bench_json(oneBoardBench("phys-1", "ZP7", target(3.0, moving(speed))).constData()));
         vrn_Corvix_Handle zp7 = nullptr;
         QCOMPARE(sdk.vrn->corvix_create_by_uuid("phys-1", &zp7), VRN_STATUS_OK);
         vrn_Corvix_Frame_Config_t frameConfig{};
@@ -351,16 +331,15 @@ private slots:
         QCOMPARE(sdk.vrn->corvix_get_next_frame(zp7, iq, 100), VRN_STATUS_OK);
 
         // Complex DFT of I + jQ; an approaching target has a positive Doppler frequency 2 |v| / lambda.
-        const double lambda = kC / 24.125e9;
-        const double doppler = -2.0 * speed / lambda;
-        const double prt = frameConfig.pulse_repetition_time_s;
+        const double doppler = -2.0 * speed / (kC / 24.125e9);
         std::vector<std::complex<double>> spectrum(n);
         for (uint32_t k = 0; k < n; ++k)
             for (uint32_t i = 0; i < n; ++i) {
                 const vrn_Complex_t s = iq->channel_data[0]->data[i];
                 spectrum[k] += std::complex<double>(s.re - 0.5, s.im - 0.5) * std::polar(1.0, -2.0 * M_PI * k * i / n);
             }
-        const long expected = (std::lround(doppler * n * prt) % long(n) + long(n)) % long(n);
+        const long expected =
+            (std::lround(doppler * n * frameConfig.pulse_repetition_time_s) % long(n) + long(n)) % long(n);
         QCOMPARE(long(peakBin(spectrum, 0, n)), expected);
         sdk.vrn->corvix_frame_c_destroy(iq);
         sdk.vrn->corvix_destroy(zp7);
