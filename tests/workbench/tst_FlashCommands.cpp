@@ -6,16 +6,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-bool writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) == content.size();
-}
-
-} // namespace
-
 class TestFlashCommands : public QObject
 {
     Q_OBJECT

@@ -1,33 +1,14 @@
 #include "ModuleHost.h"
+#include "WorkbenchRun.h"
 
 #include "host/IModule.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLibrary>
 #include <QPointer>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QTemporaryDir>
 #include <QtTest>
-
-namespace {
-
-QJsonObject readJson(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.readAll()).object();
-}
-
-QByteArray readBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 class TestModuleHost : public QObject
 {
@@ -70,22 +51,6 @@ private slots:
         ModuleHost host;
         const QString error = host.start(options(NOT_A_MODULE, "none.json"));
         QVERIFY2(error.contains("does not export CoreVersion and CreateModule"), qPrintable(error));
-    }
-
-    void radarExportsAndIdentity()
-    {
-        QLibrary library(RADAR_MODULE);
-        QVERIFY2(library.load(), qPrintable(library.errorString()));
-        auto coreVersion = reinterpret_cast<const char* (*)()>(library.resolve("CoreVersion"));
-        auto createModule = reinterpret_cast<IModule* (*)()>(library.resolve("CreateModule"));
-        QVERIFY(coreVersion && createModule);
-        QCOMPARE(QByteArray(coreVersion()), QByteArray("1.0"));
-        QCOMPARE(coreVersion(), coreVersion());
-
-        std::unique_ptr<IModule> module(createModule());
-        QVERIFY(module);
-        QCOMPARE(module->moduleInfo().first, QString("Radar"));
-        QCOMPARE(module->moduleInfo().second, QString("1.0"));
     }
 
     void radarPublishesItsServicesAndReleasesOnShutdown()
@@ -162,27 +127,23 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QString, message);
         const QString path = m_dir.filePath("bad.json");
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(content);
-        file.close();
+        QVERIFY(writeFile(path, content));
 
         ModuleHost host;
         QCOMPARE(host.start(options(RADAR_MODULE, "bad.json")), QString());
         QVERIFY2(host.settingsError().contains(message), qPrintable(host.settingsError()));
         QVERIFY(!host.saveSettings());
         host.stop();
-        QCOMPARE(readBytes(path), content);
+        QCOMPARE(readFile(path), content);
     }
 
     void checkCommandPrintsModuleAndSavesSettings()
     {
         const QString settings = m_dir.filePath("cli.json");
-        QProcess workbench;
-        workbench.start(WORKBENCH, { "--check", "--settings", settings });
-        QVERIFY(workbench.waitForFinished(60000));
-        QCOMPARE(workbench.exitCode(), 0);
-        QCOMPARE(workbench.readAllStandardOutput(), QByteArray("Radar 1.0\n"));
+        const WorkbenchRun run = runWorkbench({ "--check", "--settings", settings });
+        QCOMPARE(run.exitCode, 0);
+        // The radar module's own name and the core version it was built for.
+        QCOMPARE(run.out, QString("Radar 1.0\n"));
         QCOMPARE(readJson(settings).value("radar").toObject().value("userMode").toString(), QString("Standard"));
     }
 
@@ -209,21 +170,13 @@ private slots:
         QFETCH(QString, errText);
         QStringList arguments { "--list-devices", "--settings", m_dir.filePath("list.json") };
         if (!bench.isEmpty()) {
-            const QString path = m_dir.filePath("bench.json");
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(bench);
-            file.close();
-            arguments << "--bench" << path;
+            QVERIFY(writeFile(m_dir.filePath("bench.json"), bench));
+            arguments << "--bench" << m_dir.filePath("bench.json");
         }
-        QProcess workbench;
-        workbench.start(WORKBENCH, arguments);
-        QVERIFY(workbench.waitForFinished(60000));
-        const QString err = QString::fromUtf8(workbench.readAllStandardError());
-        QVERIFY2(workbench.exitCode() == 0, qPrintable(err));
-        const QString output = QString::fromUtf8(workbench.readAllStandardOutput());
-        QCOMPARE(output.split('\n', Qt::SkipEmptyParts), lines);
-        QCOMPARE(err, errText);
+        const WorkbenchRun run = runWorkbench(arguments);
+        QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+        QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts), lines);
+        QCOMPARE(run.err, errText);
     }
 
     void badSettingsFileIsReportedByEveryCommand_data()
@@ -241,35 +194,23 @@ private slots:
         QFETCH(int, exitCode);
         const QByteArray content = R"({"radar": {"userMode": "Standard"}})";
         const QString path = m_dir.filePath("every-command.json");
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(content);
-        file.close();
-
-        QProcess workbench;
-        workbench.start(WORKBENCH, arguments << "--settings" << path);
-        QVERIFY(workbench.waitForFinished(60000));
-        const QString err = QString::fromUtf8(workbench.readAllStandardError());
-        QVERIFY2(workbench.exitCode() == exitCode, qPrintable(err));
-        QVERIFY2(err.contains("Settings file " + path + ": Mandatory field radar.common is missing\n"
-                              "The settings file is left unchanged; going on with the default settings."),
-                 qPrintable(err));
-        QCOMPARE(readBytes(path), content);
+        QVERIFY(writeFile(path, content));
+        const WorkbenchRun run = runWorkbench(arguments << "--settings" << path);
+        QVERIFY2(run.exitCode == exitCode, qPrintable(run.err));
+        QVERIFY2(run.err.contains("Settings file " + path + ": Mandatory field radar.common is missing\n"
+                                  "The settings file is left unchanged; going on with the default settings."),
+                 qPrintable(run.err));
+        QCOMPARE(readFile(path), content);
     }
 
     void badBenchIsRefusedWithTheField()
     {
         const QString path = m_dir.filePath("bad-bench.json");
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(R"({ "boards": [ { "uuid": "x", "shield": "wide" } ] })");
-        file.close();
-        QProcess workbench;
-        workbench.start(WORKBENCH, { "--list-devices", "--bench", path, "--settings", m_dir.filePath("b.json") });
-        QVERIFY(workbench.waitForFinished(60000));
-        QVERIFY(workbench.exitCode() != 0);
-        QVERIFY(workbench.readAllStandardOutput().isEmpty());
-        QVERIFY(workbench.readAllStandardError().contains("shield"));
+        QVERIFY(writeFile(path, R"({ "boards": [ { "uuid": "x", "shield": "wide" } ] })"));
+        const WorkbenchRun run = runWorkbench({ "--list-devices", "--bench", path, "--settings", m_dir.filePath("b.json") });
+        QVERIFY(run.exitCode != 0);
+        QVERIFY(run.out.isEmpty());
+        QVERIFY(run.err.contains("shield"));
     }
 };
 

@@ -17,6 +17,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -51,32 +52,28 @@ int countColor(const QImage& image, const QRect& area, const QColor& color)
     return count;
 }
 
-// Repeater delegates have no QObject parent: walk the item tree.
-void collect(QQuickItem* item, QList<QQuickItem*>& items)
+// Every item below `root`: Repeater delegates have no QObject parent, so
+// the item tree is walked.
+QList<QQuickItem*> itemsBelow(QQuickItem* root)
 {
-    for (QQuickItem* child : item->childItems()) {
-        items << child;
-        collect(child, items);
-    }
+    QList<QQuickItem*> items;
+    for (QQuickItem* child : root->childItems())
+        items << child << itemsBelow(child);
+    return items;
 }
 
 QList<QQuickItem*> byName(QQuickItem* root, const QString& name)
 {
-    QList<QQuickItem*> all;
-    collect(root, all);
-    QList<QQuickItem*> found;
-    for (QQuickItem* item : all)
-        if (item->objectName() == name)
-            found << item;
+    QList<QQuickItem*> found = itemsBelow(root);
+    found.erase(std::remove_if(found.begin(), found.end(), [&](QQuickItem* item) { return item->objectName() != name; }),
+                found.end());
     return found;
 }
 
 QStringList texts(QQuickItem* root)
 {
-    QList<QQuickItem*> all;
-    collect(root, all);
     QStringList found;
-    for (QQuickItem* item : all)
+    for (QQuickItem* item : itemsBelow(root))
         if (item->isVisible() && !item->property("text").toString().isEmpty())
             found << item->property("text").toString();
     return found;

@@ -8,7 +8,6 @@
 #include "common/ISeriesChartData.h"
 #include "host/Constants.h"
 #include "host/CoreUserSettings.h"
-#include "host/IPlayback.h"
 #include "recording/RadarBinFile.h"
 #include "recording/RadarRecordingHeader.h"
 #include "recording/RecordingFiles.h"
@@ -42,7 +41,6 @@ QString target(double speed)
         .arg(speed);
 }
 
-// The messages the view told the user, as "text|details".
 // What the user was told, but for the notice of a newer firmware image that
 // follows every connection of a board running older firmware.
 QStringList messages(const QSignalSpy& spy)
@@ -150,10 +148,8 @@ private slots:
     void targetSpeedIsFoundAtItsDopplerFrequency_data()
     {
         QTest::addColumn<double>("speed");
-        QTest::newRow("approaching 1 m/s") << -1.0;
-        QTest::newRow("receding 1 m/s") << 1.0;
         QTest::newRow("approaching 4 m/s") << -4.0;
-        QTest::newRow("receding 2.5 m/s") << 2.5;
+        QTest::newRow("receding 1 m/s") << 1.0;
     }
 
     void targetSpeedIsFoundAtItsDopplerFrequency()
@@ -220,38 +216,6 @@ private slots:
         else // every frame the board gave after the start, give or take the one under way
             QVERIFY2(qAbs(frameBytes / record - (15 - before)) <= 1,
                      qPrintable(QStringLiteral("%1 frames from frame %2").arg(frameBytes / record).arg(before)));
-    }
-
-    void recordingPlaysBackFrameForFrame()
-    {
-        startOn(bench(target(-1.0)));
-        RecordingUserSettings* settings = m_sim->core().recordingUserSettings();
-        settings->setRecordingPath(m_dir.path());
-        settings->setFileName(QStringLiteral("played"));
-        settings->setTimeLimitOnRecording(false);
-        settings->setNumOfFrames(12);
-        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-        QTRY_VERIFY(!view()->property("isRecordingActive").toBool());
-
-        std::shared_ptr<IPlayback> playback;
-        for (const std::shared_ptr<IPlayback>& candidate : m_sim->host().playbackRegister().playbacks()) {
-            if (candidate->name() == QLatin1String("ZP7"))
-                playback = candidate;
-        }
-        QVERIFY(playback);
-        QVERIFY(playback->accepts(settings->basePath()));
-        QSignalSpy finished(view(), SIGNAL(finished()));
-        QVERIFY(playback->open(settings->basePath()));
-        // The board gave the acquisition over to the recording.
-        QVERIFY(!view()->property("isConnected").toBool());
-        QCOMPARE(view()->property("totalFramesNumber").toUInt(), 12u);
-        playback->play();
-        QVERIFY(view()->property("isPlaybackActive").toBool());
-        QVERIFY(isActive());
-        QTRY_COMPARE(finished.count(), 1);
-        QTRY_VERIFY(!view()->property("isPlaybackActive").toBool());
-        QVERIFY(!isActive());
-        QCOMPARE(frameNumber(), 12);
     }
 
     void unpluggedBoardIsLetGoWithAMessage()
