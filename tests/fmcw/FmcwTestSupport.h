@@ -5,10 +5,12 @@
 #include "frame/RadarEventCode.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 class QSignalSpy;
 class RadarDeviceConfiguration;
+struct FakeVrn;
 
 // A board as the device reports it: chip name and antenna counts. The
 // defaults are the three receivers and one transmitter the chips here have.
@@ -21,6 +23,13 @@ struct RadarEvent {
     QString message;
     QString details;
 };
+
+// The same board as the scripted SDK reports it.
+void describeFakeBoard(FakeVrn& fake, const char* chip = "KMR7A", quint32 rx = 3, quint32 tx = 1);
+
+// One argument of every emission a spy recorded, as text: the messages of
+// triggerEvent or enqueueUserMessage by default.
+QStringList textsOf(const QSignalSpy& spy, int argument = 1);
 
 RadarEvent eventAt(const QSignalSpy& spy, int index);
 // Every event a spy recorded, in order, for one comparison of the lot.

@@ -56,17 +56,17 @@ private slots:
     {
         QVERIFY(presence());
         const vrn_PresenceSensing_Config_t& sent = fake->psConfig;
-        QCOMPARE(sent.min_detection_range_m, 0.5f);
-        QCOMPARE(sent.max_detection_range_m, 2.5f);
-        QCOMPARE(sent.presence_confirm_count, 2u);
-        QCOMPARE(sent.absence_confirm_count, 7u);
-        QCOMPARE(sent.sensitivity_threshold, 0.25f); // the SDK's default stays
-        QCOMPARE(sent.range_resolution_m, 0.25f); // as the SDK computes it for the scene
+        QCOMPARE(std::make_tuple(sent.min_detection_range_m, sent.max_detection_range_m, sent.presence_confirm_count,
+                                 sent.absence_confirm_count),
+                 std::make_tuple(0.5f, 2.5f, 2u, 7u));
+        // The SDK's default threshold stays; the resolution is as the SDK
+        // computes it for the scene.
+        QCOMPARE(std::make_pair(sent.sensitivity_threshold, sent.range_resolution_m), std::make_pair(0.25f, 0.25f));
         // The scene replaces the device record the defaults brought.
-        QCOMPARE(sent.device_config.num_samples_per_chirp, 64u);
-        QCOMPARE(sent.device_config.num_chirps_per_frame, 32u);
-        QCOMPARE(sent.device_config.rx_mask, 0b001u);
-        QCOMPARE(sent.device_config.upper_frequency_Hz, 63000000000ull);
+        const vrn_Device_Config_t& device = sent.device_config;
+        QCOMPARE(std::make_tuple(device.num_samples_per_chirp, device.num_chirps_per_frame, device.rx_mask,
+                                 device.upper_frequency_Hz),
+                 std::make_tuple(64u, 32u, 0b001u, 63000000000ull));
     }
 
     void presenceLooksAtTheFirstAntennaOnly_data()
@@ -145,18 +145,12 @@ private slots:
 
         QVERIFY(RadarSegmentationCalculator::create(fake->broker, *user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
         const vrn_Segmentation_Config_t& sent = fake->segConfig;
-        QCOMPARE(sent.num_samples_per_chirp, 128u);
-        QCOMPARE(sent.num_chirps_per_frame, 64u);
-        QCOMPARE(sent.bandwidth_Hz, 4.0e9f);
-        QCOMPARE(sent.chirp_repetition_time_s, 0.0005f);
-        QCOMPARE(sent.center_frequency_Hz, 60.0e9f);
-        QCOMPARE(sent.max_detection_range_m, 4.0f);
-        QCOMPARE(sent.max_num_tracks, 5u);
-        QCOMPARE(sent.enable_hysteresis, uint8_t(1));
-        QCOMPARE(sent.num_segments, 2u);
-        QCOMPARE(sent.segments_degrees[1], 20.0f);
-        QCOMPARE(sent.detection_sensitivity, VRN_LEVEL_LOW);
-        QCOMPARE(sent.static_target_removal, VRN_LEVEL_MED);
+        QCOMPARE(std::make_tuple(sent.num_samples_per_chirp, sent.num_chirps_per_frame, sent.bandwidth_Hz,
+                                 sent.chirp_repetition_time_s, sent.center_frequency_Hz),
+                 std::make_tuple(128u, 64u, 4.0e9f, 0.0005f, 60.0e9f));
+        QCOMPARE(std::make_tuple(sent.max_detection_range_m, sent.max_num_tracks, sent.enable_hysteresis, sent.num_segments,
+                                 sent.segments_degrees[1], sent.detection_sensitivity, sent.static_target_removal),
+                 std::make_tuple(4.0f, 5u, uint8_t(1), 2u, 20.0f, VRN_LEVEL_LOW, VRN_LEVEL_MED));
     }
 
     void segmentationRefusedCreationGivesNoCalculator()
@@ -203,10 +197,7 @@ private slots:
         const RadarSegmentationResult result = calculator->process(fake->newFrame(2, 32, 64));
         QCOMPARE(result.trackedObjects->size(), 2);
         const RadarTrackedObject& second = result.trackedObjects->at(1);
-        QCOMPARE(second.id, 8u);
-        QCOMPARE(second.distance, 2.25f);
-        QCOMPARE(second.angle, 10.0f);
-        QCOMPARE(second.speed, -1.0f);
+        QCOMPARE(std::make_tuple(second.id, second.distance, second.angle, second.speed), std::make_tuple(8u, 2.25f, 10.0f, -1.0f));
         QCOMPARE(*result.segments, (QVector<int> { 1, 0, 1 }));
     }
 

@@ -28,8 +28,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <cstring>
-
 namespace {
 
 class NoFrames : public IRadarDataProvider
@@ -154,12 +152,9 @@ private slots:
         QSignalSpy messages(m_coordinator.get(), &IRadarSCoordinator::enqueueUserMessage);
         m_coordinator->onRadarEvent(static_cast<RadarEventCode>(code), QStringLiteral("what"), QStringLiteral("why"));
 
-        QCOMPARE(messages.count(), messageType < 0 ? 0 : 1);
-        if (messageType >= 0) {
+        QCOMPARE(textsOf(messages) + textsOf(messages, 2), messageType < 0 ? QStringList() : QStringList({ "what", "why" }));
+        if (messageType >= 0)
             QCOMPARE(int(messages.at(0).at(0).value<Constants::UserMessageType>()), messageType);
-            QCOMPARE(messages.at(0).at(1).toString(), QStringLiteral("what"));
-            QCOMPARE(messages.at(0).at(2).toString(), QStringLiteral("why"));
-        }
         QCOMPARE(m_coordinator->fifoOverflowCounter(), counter);
         QCOMPARE(m_coordinator->isAcquisitionActive(), acquiringAfter);
         QCOMPARE(m_processing->running, acquiringAfter);
@@ -204,35 +199,33 @@ private slots:
 
     void revertApplyFollowsEdits_data()
     {
-        QTest::addColumn<QString>("edit");
+        QTest::addColumn<float>("frameTime");
+        QTest::addColumn<float>("maxRange");
+        QTest::addColumn<quint32>("sampleRate");
         QTest::addColumn<bool>("available");
-        QTest::newRow("frame time") << "frame" << true;
-        QTest::newRow("frame time within tolerance") << "frameTolerance" << false;
-        QTest::newRow("maximum range") << "range" << true;
-        QTest::newRow("derived sample rate") << "sampleRate" << true;
+        QTest::newRow("frame time") << 0.01f << 0.0f << 0u << true;
+        QTest::newRow("frame time within tolerance") << 0.0005f << 0.0f << 0u << false;
+        QTest::newRow("maximum range") << 0.0f << 1.0f << 0u << true;
+        QTest::newRow("derived sample rate") << 0.0f << 0.0f << 1000u << true;
     }
 
     void revertApplyFollowsEdits()
     {
-        QFETCH(QString, edit);
+        QFETCH(float, frameTime);
+        QFETCH(float, maxRange);
+        QFETCH(quint32, sampleRate);
         QFETCH(bool, available);
         QVERIFY(m_coordinator->applyGuiConfiguration());
         RadarView view(m_coordinator.get(), m_configuration.get(), m_processing.get(), nullptr, m_settings.get());
         QSignalSpy changes(&view, &RadarView::revertApplyAvailableChanged);
-
         Metrics& metrics = *m_configuration->editedConfiguration()->metrics();
-        const float frameTime = metrics.frameRepetitionTimeS();
-        const float maxRange = metrics.maxRangeM();
-        const quint32 sampleRate = metrics.sampleRateHz();
-        auto change = [&](bool undo) {
-            if (edit == QLatin1String("frame"))
-                metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.01f);
-            else if (edit == QLatin1String("frameTolerance"))
-                metrics.setFrameRepetitionTimeS(undo ? frameTime : frameTime + 0.0005f);
-            else if (edit == QLatin1String("range"))
-                metrics.setMaxRangeM(undo ? maxRange : maxRange + 1.0f);
-            else
-                metrics.setSampleRateHz(undo ? sampleRate : sampleRate + 1000);
+        const float frameTime0 = metrics.frameRepetitionTimeS();
+        const float maxRange0 = metrics.maxRangeM();
+        const quint32 sampleRate0 = metrics.sampleRateHz();
+        const auto change = [&](bool undo) {
+            metrics.setFrameRepetitionTimeS(frameTime0 + (undo ? 0.0f : frameTime));
+            metrics.setMaxRangeM(maxRange0 + (undo ? 0.0f : maxRange));
+            metrics.setSampleRateHz(sampleRate0 + (undo ? 0u : sampleRate));
         };
 
         change(false);
@@ -260,7 +253,7 @@ private slots:
         QFETCH(bool, connectedAfter);
         m_fake->temperatureStatus = vrn_Status_t(status);
         m_fake->temperature = 41.5f;
-        describeFakeBoard();
+        describeFakeBoard(*m_fake);
         RadarDevice device(&m_fake->table);
         RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
         connect(&device, &RadarDevice::triggerEvent, &coordinator, &RadarSCoordinator::onRadarEvent);
@@ -300,7 +293,7 @@ private slots:
         QFETCH(bool, framesAsked);
         QFETCH(int, stops);
         QFETCH(bool, connectedAfter);
-        describeFakeBoard();
+        describeFakeBoard(*m_fake);
         m_fake->stopError = "stop refused";
         RadarDevice device(&m_fake->table);
         RadarSCoordinator coordinator(m_processing.get(), m_core.get(), m_configuration.get(), &device);
@@ -323,7 +316,7 @@ private slots:
     void pipelineEndingByItselfReturnsToIdle()
     {
         // The board cannot make frames: the first cycle ends the worker.
-        describeFakeBoard();
+        describeFakeBoard(*m_fake);
         m_fake->frameCreateError = "no frame memory";
         RadarDevice device(&m_fake->table);
         RadarDataProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
@@ -350,15 +343,6 @@ private slots:
     }
 
 private:
-    // The scripted SDK describes a KMR7A board with three receivers.
-
-    void describeFakeBoard()
-    {
-        std::strcpy(m_fake->info.name, "KMR7A");
-        m_fake->info.num_rx_antennas = 3;
-        m_fake->info.num_tx_antennas = 1;
-    }
-
     std::unique_ptr<FakeVrn> m_fake;
     std::unique_ptr<CoreUserSettings> m_core;
     std::unique_ptr<RadarUserSettings> m_settings;

@@ -1,4 +1,5 @@
 #include "FakeCWConfigurator.h"
+#include "FmcwTestSupport.h"
 
 #include "fmcw/common/RadarAntennas.h"
 #include "fmcw/cw/config/RadarCWConfig.h"
@@ -129,11 +130,7 @@ private slots:
         QVERIFY(m_config->saveConfig(path));
         QFile saved(path);
         QVERIFY(saved.open(QIODevice::ReadOnly));
-        const QList<QByteArray> lines = saved.readAll().split('\n');
-        const QList<QByteArray> expected = QByteArray(kSavedDefaults).split('\n');
-        QCOMPARE(lines.size(), expected.size());
-        for (int i = 0; i < lines.size(); ++i)
-            QCOMPARE(lines.at(i), expected.at(i));
+        QCOMPARE(QString(saved.readAll()).split('\n'), QString(kSavedDefaults).split('\n'));
 
         RadarDeviceCWConfig original(m_config->deviceInfo());
         original.assign(*m_config->guiConfig());
@@ -151,27 +148,22 @@ private slots:
         QTest::addColumn<QString>("details");
 
         const QString cannotLoad = QStringLiteral("Cannot load configuration");
-        QTest::newRow("another chip's file")
-            << "KMR7A" << savedWith({ "json_version", "type" }, "KMR7C_CW") << cannotLoad << "Invalid json type";
+        const QString field = QStringLiteral("Field cw_scene.%1 validation error: %2");
+        QTest::newRow("another chip's file") << "KMR7A" << savedWith({ "json_version", "type" }, "KMR7C_CW") << cannotLoad
+                                             << "Invalid json type";
         QTest::newRow("standard-mode file")
-            << "KMR7A"
-            << QByteArray(
-                   R"({"device_config": {"fmcw_scene": {}}, "json_version": {"type": "KMR7A", "version": "1.0"}})")
+            << "KMR7A" << QByteArray(R"({"device_config": {"fmcw_scene": {}}, "json_version": {"type": "KMR7A", "version": "1.0"}})")
             << cannotLoad << "Invalid json type";
         QTest::newRow("other version") << "KMR7A" << savedWith({ "json_version", "version" }, "2.0") << cannotLoad
                                        << "Invalid json version";
         QTest::newRow("malformed") << "KMR7A" << QByteArray(kSavedDefaults).left(200) << cannotLoad
                                    << "JSON parser error: unterminated object";
         QTest::newRow("negative number") << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "baseband", "gain_hp" }, -18)
-                                         << cannotLoad
-                                         << "Field cw_scene.cw_scene.baseband.gain_hp validation error: "
-                                            "Value must be greater or equal 0";
-        QTest::newRow("dac above the board's limit")
-            << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "dac" }, 5000) << cannotLoad
-            << "Field cw_scene.cw_scene.dac validation error: Value 5000 not in expected range: [0 - 4095]";
-        QTest::newRow("receiver the board lacks")
-            << "KMR7A" << savedWith({ "cw_scene", "rx_antennas" }, QJsonArray({ 1, 4 })) << cannotLoad
-            << "Field cw_scene.rx_antennas validation error: Invalid RX antenna index: 4";
+                                         << cannotLoad << field.arg("cw_scene.baseband.gain_hp", "Value must be greater or equal 0");
+        QTest::newRow("dac above the board's limit") << "KMR7A" << savedWith({ "cw_scene", "cw_scene", "dac" }, 5000) << cannotLoad
+                                                     << field.arg("cw_scene.dac", "Value 5000 not in expected range: [0 - 4095]");
+        QTest::newRow("receiver the board lacks") << "KMR7A" << savedWith({ "cw_scene", "rx_antennas" }, QJsonArray({ 1, 4 }))
+                                                  << cannotLoad << field.arg("rx_antennas", "Invalid RX antenna index: 4");
         QTest::newRow("unknown chip") << "KMR9" << QByteArray(kSavedDefaults) << "Unknown radar device" << QString();
     }
 
@@ -191,10 +183,7 @@ private slots:
         QSignalSpy edits(m_config->guiConfig()->params(), &RadarCWParams::guiParamChanged);
 
         QVERIFY(!m_config->loadConfig(path));
-        QCOMPARE(events.count(), 1);
-        QCOMPARE(events.at(0).at(0).value<RadarEventCode>(), RadarEventCode::Error);
-        QCOMPARE(events.at(0).at(1).toString(), message);
-        QCOMPARE(events.at(0).at(2).toString(), details.isNull() ? path : details);
+        QCOMPARE(eventsOf(events), QVector<RadarEvent>({ { RadarEventCode::Error, message, details.isNull() ? path : details } }));
         QCOMPARE(edits.count(), 0);
         QVERIFY(m_config->guiConfig()->sameSettings(before));
     }
@@ -256,8 +245,7 @@ private slots:
         QSignalSpy updated(m_config.get(), &RadarCWConfig::deviceConfigUpdated);
 
         QVERIFY(!m_config->applyGuiConfig());
-        QCOMPARE(events.count(), 1);
-        QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot apply config for CW "));
+        QCOMPARE(textsOf(events), QStringList { "Cannot apply config for CW " });
         QCOMPARE(updated.count(), 0);
         QCOMPARE(m_config->deviceConfig()->params()->dac(), 90u);
         QCOMPARE(m_config->deviceConfig()->rxAntennas()->mask(), 0b101u);
@@ -270,8 +258,7 @@ private slots:
         m_board->failDefaults = true;
         QSignalSpy events(m_config.get(), &RadarCWConfig::triggerEvent);
         QVERIFY(!m_config->loadDefaultConfig());
-        QCOMPARE(events.count(), 1);
-        QCOMPARE(events.at(0).at(1).toString(), QStringLiteral("Cannot load default config for CW "));
+        QCOMPARE(textsOf(events), QStringList { "Cannot load default config for CW " });
         QCOMPARE(m_config->guiConfig()->params()->dac(), 7u);
     }
 

@@ -115,11 +115,8 @@ private slots:
         auto logging = makeLogging(makeFrame(2, 4));
         QVERIFY(logging->write(m_target));
 
-        const QStringList lines = readLines(m_dir.filePath(QStringLiteral("frame.csv")));
         const QStringList expected = QString::fromUtf8(kExpectedHeader).split(QLatin1Char('\n'));
-        QVERIFY(lines.size() >= expected.size() - 1);
-        for (int i = 0; i + 1 < expected.size(); ++i)
-            QCOMPARE(lines.at(i), expected.at(i));
+        QCOMPARE(readLines(m_dir.filePath(QStringLiteral("frame.csv"))).mid(0, expected.size() - 1), expected.mid(0, expected.size() - 1));
     }
 
     void chipWithoutAntiAliasFilterSaysNotAvailable()
@@ -147,8 +144,7 @@ private slots:
         QCOMPARE(data.first(), QStringLiteral("0.000000,1.000000"));
         QCOMPARE(data.at(5), QStringLiteral("0.005000,1.005000"));
         QCOMPARE(data.last(), QStringLiteral("0.127000,1.127000"));
-        for (const QString& line : data)
-            QCOMPARE(line.split(QLatin1Char(',')).size(), 2);
+        QCOMPARE(data.filter(QRegularExpression("^[^,]+,[^,]+$")).size(), 128);
     }
 
     void fullDiskEndsTheFileAndKeepsEarlierOnes()
