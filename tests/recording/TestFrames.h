@@ -116,13 +116,6 @@ inline RadarRecordingHeader dopplerHeader(quint32 samples)
     return h;
 }
 
-// The record the recorder hands to a writer: samples in big-endian order.
-inline RadarFrameRecord bigEndianRecord(qint32 number, std::vector<float> samples)
-{
-    WordSwap::toFromBigEndian(samples.data(), samples.size());
-    return RadarFrameRecord { number, std::move(samples) };
-}
-
 // The frames of data/small.raw.txt (one antenna, two chirps of two samples),
 // in host byte order.
 inline std::vector<RadarFrameRecord> smallRows()

@@ -107,9 +107,7 @@ private slots:
         settings().setTxtFile(true);
         // A host that waits for the text copy looks when the recording ends.
         QObject* radarView = view();
-        const QMetaMethod ended
-            = radarView->metaObject()->method(radarView->metaObject()->indexOfSignal("isRecordingActiveChanged(bool)"));
-        QVERIFY(connect(radarView, ended, this, metaObject()->method(metaObject()->indexOfSlot("noteRecordingActive(bool)"))));
+        QVERIFY(connect(radarView, SIGNAL(isRecordingActiveChanged(bool)), this, SLOT(noteRecordingActive(bool))));
         QSignalSpy parsingChanges(radarView, SIGNAL(isParsingActiveChanged()));
         QSignalSpy messages(radarView, SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QVERIFY(QMetaObject::invokeMethod(radarView, "startRecording"));
@@ -154,9 +152,7 @@ private slots:
         QSignalSpy messages(radarView, SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
         QSignalSpy numbers(radarView, SIGNAL(frameNumberChanged(int)));
         m_messages = &messages;
-        const QMetaMethod ended
-            = radarView->metaObject()->method(radarView->metaObject()->indexOfSignal("isRecordingActiveChanged(bool)"));
-        QVERIFY(connect(radarView, ended, this, metaObject()->method(metaObject()->indexOfSlot("noteRecordingActive(bool)"))));
+        QVERIFY(connect(radarView, SIGNAL(isRecordingActiveChanged(bool)), this, SLOT(noteRecordingActive(bool))));
         {
             // The disk fills up in the middle of the third frame.
             FileSizeLimit limit(rlim_t(88 + 2 * record + record / 3));
