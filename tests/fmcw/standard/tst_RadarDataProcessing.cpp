@@ -19,7 +19,6 @@
 #include "fmcw/standard/RadarUserSettings.h"
 #include "fmcw/standard/items/PolarChart.h"
 #include "host/CoreUserSettings.h"
-
 #include "host/RecordingUserSettings.h"
 #include "recording/RadarRecorder.h"
 
@@ -69,6 +68,15 @@ private:
 RadarFrameResult delivered(SharedFrame frame)
 {
     return RadarFrameResult { true, frame.get(), frame };
+}
+
+// `count` frames of makeFrame() for a provider's script.
+QVector<RadarFrameResult> frames(int count)
+{
+    QVector<RadarFrameResult> script;
+    for (int i = 0; i < count; ++i)
+        script.append(delivered(makeFrame()));
+    return script;
 }
 
 // Records one frame per buffer and holds the worker inside the chosen
@@ -138,32 +146,29 @@ private slots:
     void calculatorsThatCannotBeBuiltAreReported_data()
     {
         QTest::addColumn<RadarConstants::Application>("application");
-        QTest::addColumn<QStringList>("details");
-        const QString rs = QStringLiteral("Range Spectrum calculator is NULL");
-        const QString rd = QStringLiteral("Range Doppler calculator is NULL");
-        QTest::newRow("none") << RadarConstants::None << QStringList { rs, rd };
+        QTest::addColumn<QStringList>("calculators");
+        QTest::newRow("none") << RadarConstants::None << QStringList { "Range Spectrum", "Range Doppler Map" };
         QTest::newRow("presence") << RadarConstants::PresenceSensing
-                                  << QStringList { QStringLiteral("Presence Sensing calculator is NULL"), rs, rd };
+                                  << QStringList { "Presence Sensing", "Range Spectrum", "Range Doppler Map" };
         QTest::newRow("segmentation") << RadarConstants::Segmentation
-                                      << QStringList { QStringLiteral("Segmentation calculator is NULL"), rs, rd };
+                                      << QStringList { "Segmentation", "Range Spectrum", "Range Doppler Map" };
     }
 
     void calculatorsThatCannotBeBuiltAreReported()
     {
         QFETCH(RadarConstants::Application, application);
-        QFETCH(QStringList, details);
+        QFETCH(QStringList, calculators);
         QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
         QVERIFY(m_configuration->applyDefaultConfiguration(application));
         QVERIFY(m_configuration->applyGuiConfiguration());
 
         // Once each, in the order they are built.
-        QCOMPARE(events.count(), details.size());
-        for (int i = 0; i < details.size(); ++i) {
-            QCOMPARE(events.at(i).at(0).value<RadarEventCode>(), RadarEventCode::Error);
-            QCOMPARE(events.at(i).at(2).toString(), details.at(i));
-            QVERIFY(events.at(i).at(1).toString().endsWith(
-                QStringLiteral(" not configured properly. Processing of data will be continued without this step")));
-        }
+        QVector<RadarEvent> expected;
+        for (const QString& step : calculators)
+            expected.append({ RadarEventCode::Error,
+                              step + " not configured properly. Processing of data will be continued without this step",
+                              QString(step).remove(" Map") + " calculator is NULL" });
+        QCOMPARE(eventsOf(events), expected);
         QCOMPARE(m_core->recordingUserSettings()->frameRepetitionTimeS(),
                  application == RadarConstants::PresenceSensing ? 0.2f : 0.1f);
     }
@@ -176,9 +181,7 @@ private slots:
         m_processing->startAcquisition();
         QTRY_COMPARE(numbers.count(), 3);
         m_processing->stopAcquisition();
-        QCOMPARE(numbers.at(0).at(0).toInt(), 0);
-        QCOMPARE(numbers.at(1).at(0).toInt(), 1);
-        QCOMPARE(numbers.at(2).at(0).toInt(), 2);
+        QCOMPARE(textsOf(numbers, 0), QStringList({ "0", "1", "2" }));
     }
 
     void resetWhileAFrameIsUnderWayRestartsTheCount()
@@ -193,10 +196,7 @@ private slots:
         m_configuration->appliedConfiguration()->parameters()->setNumSamplesPerChirp(4);
         HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
         processing.heldFrames = { 2, 3 };
-        QVector<RadarFrameResult> script;
-        for (int i = 0; i < 6; ++i)
-            script.append(delivered(makeFrame()));
-        ScriptedProvider provider(script);
+        ScriptedProvider provider(frames(6));
         processing.setDataProvider(&provider);
         // A failed check must not leave the worker held with the chain locked.
         const auto letGo = qScopeGuard([&processing] { processing.released.release(100); });
@@ -230,8 +230,7 @@ private slots:
         m_core->setMinimumRefreshInterval(intervalMs);
         QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
         QVERIFY(m_configuration->applyGuiConfiguration());
-        ScriptedProvider provider({ delivered(makeFrame()), delivered(makeFrame()), delivered(makeFrame()),
-                                    delivered(makeFrame()) });
+        ScriptedProvider provider(frames(4));
         m_processing->setDataProvider(&provider);
         QSignalSpy updated(m_processing.get(), &IRadarDataProcessing::chartsDataUpdated);
         QSignalSpy numbers(m_processing.get(), &IRadarDataProcessing::frameNumberChanged);
@@ -372,12 +371,10 @@ private slots:
         if (!attachFirst)
             m_processing->attachChartItem(Constants::Chart::Polar, &chart);
 
-        const QVector<PolarChart::Segment> segments = chart.segments();
-        QCOMPARE(segments.size(), segmented ? widths.size() : 0);
-        for (int i = 0; i < segments.size(); ++i) {
-            QCOMPARE(segments.at(i).label, QStringLiteral("S%1").arg(i + 1));
-            QCOMPARE(segments.at(i).width, qint32(widths.at(i)));
-        }
+        QStringList segments;
+        for (const PolarChart::Segment& segment : chart.segments())
+            segments.append(QStringLiteral("%1 %2").arg(segment.label).arg(segment.width));
+        QCOMPARE(segments, segmented ? QStringList({ "S1 20", "S2 35", "S3 15" }) : QStringList());
     }
 
     void rangeDopplerMapComesFromTheChosenAntenna_data()
@@ -390,11 +387,10 @@ private slots:
         QTest::addColumn<int>("shownTx");
         QTest::addColumn<int>("shownRx");
         QTest::addColumn<int>("channel");
-        QTest::newRow("Tx2 with Rx2 and Rx4, as applied") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 0 << 1 << 1
-                                                          << 0;
-        QTest::newRow("Tx2, one step on to Rx4") << QVector<int> { 2 } << QVector<int> { 2, 4 } << 1 << 1 << 3 << 1;
-        QTest::newRow("Tx1 with every receiver, two steps on") << QVector<int> { 1 } << QVector<int> { 1, 2, 3, 4 } << 2
-                                                               << 0 << 2 << 2;
+        using V = QVector<int>;
+        QTest::newRow("Tx2 with Rx2 and Rx4, as applied") << V { 2 } << V { 2, 4 } << 0 << 1 << 1 << 0;
+        QTest::newRow("Tx2, one step on to Rx4") << V { 2 } << V { 2, 4 } << 1 << 1 << 3 << 1;
+        QTest::newRow("Tx1 with every receiver, two steps on") << V { 1 } << V { 1, 2, 3, 4 } << 2 << 0 << 2 << 2;
     }
 
     void rangeDopplerMapComesFromTheChosenAntenna()
@@ -415,8 +411,7 @@ private slots:
         RangeDopplerUserSettings& shown = *m_settings->rangeDoppler();
         for (int i = 0; i < steps; ++i)
             shown.switchToAnotherAntenna();
-        QCOMPARE(shown.currentTxIndex(), shownTx);
-        QCOMPARE(shown.currentRxIndex(), shownRx);
+        QCOMPARE(std::make_pair(shown.currentTxIndex(), shown.currentRxIndex()), std::make_pair(shownTx, shownRx));
         refreshCharts(*processing, m_fake->newFrame(quint32(rxAntennas.size()), 2, 4));
 
         // Every sample of channel c is 10 × (c + 1), and the scripted map
@@ -453,17 +448,14 @@ private slots:
         QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::PresenceSensing));
         QVERIFY(m_configuration->applyGuiConfiguration());
 
-        const RadarEvent refused { RadarEventCode::Error,
-                                   QStringLiteral("Failed to get default presence sensing configuration from SDK"),
-                                   QStringLiteral("no presence defaults") };
-        QVERIFY(eventsOf(events).contains(refused));
+        QVERIFY(eventsOf(events).contains(
+            { RadarEventCode::Error, "Failed to get default presence sensing configuration from SDK", "no presence defaults" }));
     }
 
 private:
     // A pipeline on the scripted processing SDK, with a KMR7C of four
     // receivers and two transmitters (one radiating at a time) described
     // to the configuration.
-
     std::unique_ptr<RadarDataProcessing> processingOnSdk()
     {
         describeBoard(*m_configuration->editedConfiguration(), QStringLiteral("KMR7C"), 4, 2);
@@ -473,7 +465,6 @@ private:
     }
 
     // Runs `frame` through the worker and waits for the charts it refreshes.
-
     void refreshCharts(RadarDataProcessing& processing, const SharedFrame& frame)
     {
         ScriptedProvider provider({ delivered(frame) });
