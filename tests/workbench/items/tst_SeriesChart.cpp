@@ -70,10 +70,10 @@ private slots:
 
         QCOMPARE(chart.seriesCount(), series.size());
         QCOMPARE(chart.pointCount(), points);
-        QVERIFY2(qAbs(chart.xMin() - range.x()) < 1e-9, qPrintable(QString::number(chart.xMin())));
-        QVERIFY2(qAbs(chart.xMax() - range.right()) < 1e-9, qPrintable(QString::number(chart.xMax())));
-        QVERIFY2(qAbs(chart.yMin() - range.y()) < 1e-9, qPrintable(QString::number(chart.yMin())));
-        QVERIFY2(qAbs(chart.yMax() - range.bottom()) < 1e-9, qPrintable(QString::number(chart.yMax())));
+        const QVector<double> shown { chart.xMin(), chart.xMax(), chart.yMin(), chart.yMax() };
+        const QVector<double> expected { range.x(), range.right(), range.y(), range.bottom() };
+        for (int i = 0; i < 4; ++i)
+            QVERIFY2(qAbs(shown[i] - expected[i]) < 1e-9, qPrintable(QStringLiteral("%1 at %2").arg(shown[i]).arg(i)));
         for (int s = 0; s < series.size(); ++s) {
             for (const QPointF& vertex : chart.vertices(s))
                 QVERIFY(qIsFinite(vertex.x()) && qIsFinite(vertex.y()));
@@ -191,11 +191,9 @@ private slots:
         QCOMPARE(chart.vertices(0)[1], QPointF(40.0, 60.0));
 
         const QVariantMap hit = chart.nearest(47.0);
-        QCOMPARE(hit.value("series").toInt(), 0);
-        QCOMPARE(hit.value("x").toDouble(), 2.0);
-        QCOMPARE(hit.value("y").toDouble(), 40.0);
-        QCOMPARE(hit.value("itemX").toDouble(), 40.0);
-        QCOMPARE(hit.value("itemY").toDouble(), 60.0);
+        QCOMPARE(QVariantList({ hit.value("series").toInt(), hit.value("x").toDouble(), hit.value("y").toDouble(),
+                                hit.value("itemX").toDouble(), hit.value("itemY").toDouble() }),
+                 QVariantList({ 0, 2.0, 40.0, 40.0, 60.0 }));
         QVERIFY2(hit.value("text").toString().startsWith("x: 2"), qPrintable(hit.value("text").toString()));
         QCOMPARE(chart.nearest(500.0).value("x").toDouble(), 4.0);
     }

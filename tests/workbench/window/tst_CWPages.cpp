@@ -193,31 +193,28 @@ private slots:
     void shownBoundsAreAccepted_data()
     {
         QTest::addColumn<QString>("field");
-        QTest::addColumn<int>("bound");
         // The device's limits arrive in Hz, some in single precision; the page
         // shows them rounded to its decimals.
-        for (const char* field : { "cw_rfCenterFrequency", "cw_samplingRate", "cw_testSignalFrequency" }) {
-            QTest::newRow(qPrintable(QString("%1 minimum").arg(field))) << field << 0;
-            QTest::newRow(qPrintable(QString("%1 maximum").arg(field))) << field << 1;
-        }
+        for (const char* field : { "cw_rfCenterFrequency", "cw_samplingRate", "cw_testSignalFrequency" })
+            QTest::newRow(field) << field;
     }
 
     void shownBoundsAreAccepted()
     {
         QFETCH(QString, field);
-        QFETCH(int, bound);
         WindowRig rig;
         QVERIFY(openCwPage(rig, QStringLiteral("KMR7C")));
-        // "[1.23 – 2000.00]"
-        const QString shown = rig.text(field + "_range");
-        const QStringList bounds = shown.mid(1, shown.size() - 2).split(QString::fromUtf8(" – "));
-        QCOMPARE(bounds.size(), 2);
-        QVERIFY(rig.type(field, bounds.at(bound)));
-        QCOMPARE(rig.text(field + "_message"), QString());
-        QVERIFY(rig.item("cwApplyButton")->isEnabled());
-        QVERIFY(rig.click("cwApplyButton"));
-        QTRY_VERIFY(!cwView(rig)->property("revertApplyAvailable").toBool());
-        QCOMPARE(rig.text(field), bounds.at(bound));
+        for (int bound : { 0, 1 }) {
+            // "[1.23 – 2000.00]"
+            const QString shown = rig.text(field + "_range");
+            const QStringList bounds = shown.mid(1, shown.size() - 2).split(QString::fromUtf8(" – "));
+            QCOMPARE(bounds.size(), 2);
+            QVERIFY(rig.type(field, bounds.at(bound)));
+            QCOMPARE(rig.text(field + "_message"), QString());
+            QVERIFY2(rig.click("cwApplyButton"), qPrintable(bounds.at(bound)));
+            QTRY_VERIFY(!cwView(rig)->property("revertApplyAvailable").toBool());
+            QCOMPARE(rig.text(field), bounds.at(bound));
+        }
         QCOMPARE(rig.workbench().messageLog().errorCount(), 0);
     }
 
