@@ -56,43 +56,31 @@ FakeCw::FakeCw(FakeVrn& vrn)
             *l = cw().limits;
         return e;
     };
-#define FAKE_CW_PAIR(setName, getName, member, Type)                                                                   \
-    t.setName = [](vrn_CW_Handle, Type value) {                                                                        \
+    // Each setter keeps its value unless scripted to fail; its getter
+    // answers what was kept.
+#define FAKE_CW_PAIR(setName, getName, member, Argument, value)                                                        \
+    t.setName = [](vrn_CW_Handle, Argument argument) {                                                                 \
         vrn_Error_t e = record(#setName);                                                                              \
         if (!e)                                                                                                        \
             cw().config.member = value;                                                                                \
         return e;                                                                                                      \
     };                                                                                                                 \
-    t.getName = [](vrn_CW_Handle, Type* value) {                                                                       \
+    t.getName = [](vrn_CW_Handle, decltype(vrn_CW_Config_t::member)* out) {                                            \
         vrn_Error_t e = record(#getName);                                                                              \
         if (!e)                                                                                                        \
-            *value = cw().config.member;                                                                               \
+            *out = cw().config.member;                                                                                 \
         return e;                                                                                                      \
     };
-    FAKE_CW_PAIR(cw_set_rf_frequency, cw_get_rf_frequency, rf_center_frequency_Hz, float)
-    FAKE_CW_PAIR(cw_set_dac_value, cw_get_dac_value, dac_value, uint32_t)
-    FAKE_CW_PAIR(cw_set_tx_antenna_mask, cw_get_tx_antenna_mask, tx_mask, uint32_t)
-    FAKE_CW_PAIR(cw_set_rx_antenna_mask, cw_get_rx_antenna_mask, rx_mask, uint32_t)
-    FAKE_CW_PAIR(cw_set_num_samples, cw_get_num_samples, num_samples, uint32_t)
+    FAKE_CW_PAIR(cw_set_rf_frequency, cw_get_rf_frequency, rf_center_frequency_Hz, float, argument)
+    FAKE_CW_PAIR(cw_set_dac_value, cw_get_dac_value, dac_value, uint32_t, argument)
+    FAKE_CW_PAIR(cw_set_tx_antenna_mask, cw_get_tx_antenna_mask, tx_mask, uint32_t, argument)
+    FAKE_CW_PAIR(cw_set_rx_antenna_mask, cw_get_rx_antenna_mask, rx_mask, uint32_t, argument)
+    FAKE_CW_PAIR(cw_set_num_samples, cw_get_num_samples, num_samples, uint32_t, argument)
+    FAKE_CW_PAIR(cw_set_test_signal_generator, cw_get_test_signal_generator, test_signal,
+                 const vrn_Device_Test_Signal_Generator_t*, *argument)
+    FAKE_CW_PAIR(cw_set_adc_config, cw_get_adc_config, adc, const vrn_Device_ADC_Config_t*, *argument)
+    FAKE_CW_PAIR(cw_set_baseband_config, cw_get_baseband_config, baseband, const vrn_Device_Baseband_Config_t*, *argument)
 #undef FAKE_CW_PAIR
-#define FAKE_CW_RECORD(setName, getName, member, Type)                                                                 \
-    t.setName = [](vrn_CW_Handle, const Type* value) {                                                                 \
-        vrn_Error_t e = record(#setName);                                                                              \
-        if (!e)                                                                                                        \
-            cw().config.member = *value;                                                                               \
-        return e;                                                                                                      \
-    };                                                                                                                 \
-    t.getName = [](vrn_CW_Handle, Type* value) {                                                                       \
-        vrn_Error_t e = record(#getName);                                                                              \
-        if (!e)                                                                                                        \
-            *value = cw().config.member;                                                                               \
-        return e;                                                                                                      \
-    };
-    FAKE_CW_RECORD(cw_set_test_signal_generator, cw_get_test_signal_generator, test_signal,
-                   vrn_Device_Test_Signal_Generator_t)
-    FAKE_CW_RECORD(cw_set_adc_config, cw_get_adc_config, adc, vrn_Device_ADC_Config_t)
-    FAKE_CW_RECORD(cw_set_baseband_config, cw_get_baseband_config, baseband, vrn_Device_Baseband_Config_t)
-#undef FAKE_CW_RECORD
     t.cw_get_sampling_rate_limits = [](vrn_CW_Handle, const vrn_Device_ADC_Config_t*, uint32_t* low, uint32_t* high) {
         vrn_Error_t e = record("cw_get_sampling_rate_limits");
         if (!e) {
