@@ -42,12 +42,6 @@ private slots:
         qRegisterMetaType<QSet<QString>>("QSet<QString>");
     }
 
-    void userModesListsEachModeOnce()
-    {
-        Bench bench;
-        QCOMPARE(bench.coordinator.userModes(), QStringList({ cw, standard }));
-    }
-
     void connectRoutesByTypeAndMode_data()
     {
         QTest::addColumn<int>("type");
@@ -74,6 +68,13 @@ private slots:
         QCOMPARE(modes.count(), 1);
         const auto announced = modes.first().first().value<QSet<QString>>();
         QCOMPARE(announced, type == int(fmcw) ? QSet<QString>({ standard, cw }) : QSet<QString>({ standard }));
+
+        // Choosing the mode in use keeps the board.
+        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
+        bench.coordinator.setUserMode(standard);
+        QCOMPARE(expected->calls, QStringList { "connect uuid-1" });
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(bench.coordinator.isDeviceConnected("uuid-1"));
     }
 
     void connectFallsBackToStandardBeforeConnecting()
@@ -98,10 +99,16 @@ private slots:
         QCOMPARE(bench.zp7Mode.calls, QStringList { "connect zp7-1" });
     }
 
-    void typeWithoutStandardCoordinatorConnectsNothing()
+    void withoutBoardNothingConnectsAndTheModeStays()
     {
         Bench bench;
-        QVERIFY(!bench.coordinator.connectDevice("odd", VRN_SHIELD_FMCW_514));
+        QCOMPARE(bench.coordinator.userModes(), QStringList({ cw, standard })); // each mode once
+        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
+        bench.coordinator.setUserMode(cw);
+        QCOMPARE(bench.coordinator.userMode(), standard);
+        QCOMPARE(changed.count(), 0);
+
+        QVERIFY(!bench.coordinator.connectDevice("odd", VRN_SHIELD_FMCW_514)); // no standard mode for the type
         QVERIFY(!bench.coordinator.isConnected());
         QVERIFY(bench.standardMode.calls.isEmpty());
     }
@@ -216,28 +223,6 @@ private slots:
 
         QCOMPARE(seen, QStringList { "uuid-1" });
         QCOMPARE(bench.coordinator.isDeviceConnected("uuid-1"), !refuse);
-    }
-
-    void choosingTheModeInUseKeepsTheBoard()
-    {
-        Bench bench;
-        QVERIFY(bench.coordinator.connectDevice("uuid-1", fmcw));
-        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
-
-        bench.coordinator.setUserMode(standard);
-
-        QCOMPARE(bench.standardMode.calls, QStringList { "connect uuid-1" });
-        QCOMPARE(changed.count(), 0);
-        QVERIFY(bench.coordinator.isDeviceConnected("uuid-1"));
-    }
-
-    void userModeWithoutDeviceIsIgnored()
-    {
-        Bench bench;
-        QSignalSpy changed(&bench.coordinator, &RadarCoordinator::userModeChanged);
-        bench.coordinator.setUserMode(cw);
-        QCOMPARE(bench.coordinator.userMode(), standard);
-        QCOMPARE(changed.count(), 0);
     }
 
     void submoduleDisconnectionRescans()

@@ -63,13 +63,11 @@ private slots:
 
     void init()
     {
+        attach({});
         {
             QMutexLocker lock(&script().mutex);
-            script().boards.clear();
-            script().failingEntry = -1;
-            script().failList = false;
+            script().failList = script().gated = false;
             script().listCalls = 0;
-            script().gated = false;
         }
         script().entered.tryAcquire(script().entered.available());
         m_monitor = std::make_unique<RadarDeviceMonitor>(&m_broker, &m_coordinator);
@@ -130,29 +128,33 @@ private slots:
         QCOMPARE(removedNames(), QStringList { "Radar #2" });
     }
 
-    void unreadableEntryLooksLikeNoBoard()
+    void failedReadsLookLikeNoBoard_data()
     {
+        QTest::addColumn<bool>("failList");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unreadable entry") << false << "Getting device from SDK device list failed entry unreadable";
+        QTest::newRow("list unavailable") << true << "Getting sdk Radar device list failed list unavailable";
+    }
+
+    // Every unconnected board is removed; an unreadable entry in the middle
+    // ends the list there.
+    void failedReadsLookLikeNoBoard()
+    {
+        QFETCH(bool, failList);
+        QFETCH(QString, message);
         attach({ { VRN_SHIELD_FMCW_512, "1" }, { VRN_SHIELD_FMCW_512, "2" }, { VRN_SHIELD_FMCW_512, "3" } });
         detect();
         QCOMPARE(m_added->count(), 3);
 
-        attach({ { VRN_SHIELD_FMCW_512, "1" }, { VRN_SHIELD_FMCW_512, "2" }, { VRN_SHIELD_FMCW_512, "3" } }, 1);
-        QTest::ignoreMessage(QtCriticalMsg, "Getting device from SDK device list failed entry unreadable");
-        detect();
-        QCOMPARE(removedNames(), QStringList({ "Radar", "Radar #2", "Radar #3" }));
-    }
-
-    void failedListRemovesUnconnectedBoards()
-    {
-        attach({ { VRN_SHIELD_FMCW_512, "1" } });
-        detect();
+        attach({ { VRN_SHIELD_FMCW_512, "1" }, { VRN_SHIELD_FMCW_512, "2" }, { VRN_SHIELD_FMCW_512, "3" } },
+               failList ? -1 : 1);
         {
             QMutexLocker lock(&script().mutex);
-            script().failList = true;
+            script().failList = failList;
         }
-        QTest::ignoreMessage(QtCriticalMsg, "Getting sdk Radar device list failed list unavailable");
+        QTest::ignoreMessage(QtCriticalMsg, qPrintable(message));
         detect();
-        QCOMPARE(removedNames(), QStringList { "Radar" });
+        QCOMPARE(removedNames(), QStringList({ "Radar", "Radar #2", "Radar #3" }));
     }
 
     void requestsDuringAScanCoalesceIntoOneRescan()
