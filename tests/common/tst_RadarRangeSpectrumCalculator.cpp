@@ -110,45 +110,40 @@ private slots:
         QCOMPARE(fake->rsDestroyCalls, 1);
     }
 
-    void distanceAxis_data()
+    void axes_data()
     {
+        QTest::addColumn<bool>("distance");
         QTest::addColumn<QByteArray>("error");
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<double>("max");
-
-        QTest::newRow("computed") << QByteArray() << true << 9.6;
-        QTest::newRow("refused") << QByteArray("no chirp") << false << 0.0;
+        QTest::addColumn<QString>("message");
+        QTest::newRow("distance") << true << QByteArray() << QString();
+        QTest::newRow("distance refused") << true << QByteArray("no chirp")
+                                          << "Failed to calculate range axis for range spectrum : no chirp";
+        QTest::newRow("frequency") << false << QByteArray() << QString();
+        QTest::newRow("frequency refused")
+            << false << QByteArray("rate out of range")
+            << "Error, could not calculate frequency axis for frequency domain: rate out of range";
     }
 
-    void distanceAxis()
+    void axes()
     {
+        QFETCH(bool, distance);
         QFETCH(QByteArray, error);
-        QFETCH(bool, ok);
-        QFETCH(double, max);
-
+        QFETCH(QString, message);
         fake->axisError = error.isEmpty() ? nullptr : error.constData();
         auto calculator = create();
-        if (!ok)
-            QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate range axis for range spectrum : no chirp");
-        const auto axis = calculator->calculateDistanceAxis(256, 64, 9.6f);
-        QCOMPARE(axis.first, ok);
-        QCOMPARE(axis.second.max, max);
-        QCOMPARE(calculator->hasDistanceAxis(), ok);
-        QCOMPARE(calculator->distanceAxis().max, max);
-    }
-
-    void frequencyAxisFailureNamesTheReason()
-    {
-        auto calculator = create();
-
-        const auto axis = calculator->calculateFrequencyAxis(256, 1.0e6f);
-        QVERIFY(axis.first);
-        QCOMPARE(axis.second.step, 1.0e6 / 256);
-
-        fake->axisError = "rate out of range";
-        QTest::ignoreMessage(QtCriticalMsg,
-                             "Error, could not calculate frequency axis for frequency domain: rate out of range");
-        QVERIFY(!calculator->calculateFrequencyAxis(256, 1.0e6f).first);
+        if (!message.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, qPrintable(message));
+        const auto axis = distance ? calculator->calculateDistanceAxis(256, 64, 9.6f)
+                                   : calculator->calculateFrequencyAxis(256, 1.0e6f);
+        QCOMPARE(axis.first, error.isEmpty());
+        if (!distance) {
+            QCOMPARE(axis.second.step, error.isEmpty() ? 1.0e6 / 256 : 0.0);
+            return;
+        }
+        // The distance axis is kept for the charts, or none on failure.
+        QCOMPARE(axis.second.max, error.isEmpty() ? 9.6 : 0.0);
+        QCOMPARE(calculator->hasDistanceAxis(), error.isEmpty());
+        QCOMPARE(calculator->distanceAxis().max, axis.second.max);
     }
 
     void pulsedDopplerFrameGivesOneSpectrum()

@@ -91,16 +91,14 @@ private slots:
         QFETCH(QString, table);
         QFETCH(QString, name);
         QFETCH(int, value);
-        if (table == "fft") {
-            QVERIFY(ProcessingNameTables::fftTypeNames().contains(name));
-            QCOMPARE(int(ProcessingNameTables::fftType(name)), value);
-        } else if (table == "window") {
-            QVERIFY(ProcessingNameTables::windowTypeNames().contains(name));
-            QCOMPARE(int(ProcessingNameTables::windowType(name)), value);
-        } else {
-            QVERIFY(ProcessingNameTables::scaleTypeNames().contains(name));
-            QCOMPARE(int(ProcessingNameTables::scaleType(name)), value);
-        }
+        const QStringList names = table == "fft"      ? ProcessingNameTables::fftTypeNames()
+                                  : table == "window" ? ProcessingNameTables::windowTypeNames()
+                                                      : ProcessingNameTables::scaleTypeNames();
+        QVERIFY(names.contains(name));
+        QCOMPARE(table == "fft"      ? int(ProcessingNameTables::fftType(name))
+                 : table == "window" ? int(ProcessingNameTables::windowType(name))
+                                     : int(ProcessingNameTables::scaleType(name)),
+                 value);
     }
 
     void nameTableMissesFallBackWithWarning()
