@@ -58,17 +58,6 @@ private slots:
         QCOMPARE(map.index(value), index);
     }
 
-    void firstEntriesRunFromBlackTowardsYellow()
-    {
-        RangeDopplerColorMap map;
-        for (int i = 0; i < 16; ++i) {
-            const int level = i * 255 / 16;
-            QCOMPARE(tableColor(map, i), qRgb(level, level, 0));
-        }
-        // The strongest return must not look like the noise floor.
-        QVERIFY(tableColor(map, 255) != tableColor(map, 0));
-    }
-
     void imageHasRangeZeroAtTheBottom()
     {
         // Two range bins (rows) × three speeds (columns): range bin 0 strong in
@@ -83,13 +72,12 @@ private slots:
         const QImage image = pixmap.toImage();
         QCOMPARE(image.size(), QSize(3, 2));
         const RangeDopplerColorMap& map = data.colorMap();
-        // Image row 1 (bottom) is range bin 0.
-        QCOMPARE(image.pixel(1, 1), tableColor(map, 255));
-        QCOMPARE(image.pixel(0, 1), tableColor(map, 0));
-        QCOMPARE(image.pixel(2, 1), tableColor(map, 0));
-        // Image row 0 (top) is range bin 1.
-        QCOMPARE(image.pixel(0, 0), tableColor(map, 128));
-        QCOMPARE(image.pixel(1, 0), tableColor(map, 0));
+        // The strongest return must not look like the noise floor.
+        QVERIFY(tableColor(map, 255) != tableColor(map, 0) && tableColor(map, 128) != tableColor(map, 0));
+        // Image row 1 (bottom) is range bin 0, row 0 (top) range bin 1.
+        QCOMPARE(QVector<QRgb>({ image.pixel(0, 1), image.pixel(1, 1), image.pixel(2, 1), image.pixel(0, 0), image.pixel(1, 0) }),
+                 QVector<QRgb>({ tableColor(map, 0), tableColor(map, 255), tableColor(map, 0), tableColor(map, 128),
+                                 tableColor(map, 0) }));
     }
 
     void mapOfOtherSizeIsNotDrawn_data()

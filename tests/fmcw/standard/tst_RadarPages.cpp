@@ -54,6 +54,19 @@ bool hasSeveralColours(const QImage& image, const QRect& area)
     return false;
 }
 
+// Through the visual tree: the delegates of repeaters are children of the
+// items they show in, not of the repeater's object.
+QQuickItem* findItem(QQuickItem* root, const QString& name)
+{
+    if (root->objectName() == name)
+        return root;
+    for (QQuickItem* child : root->childItems()) {
+        if (QQuickItem* found = findItem(child, name))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 class TestRadarPages : public QObject
@@ -141,9 +154,7 @@ private slots:
         const QRectF area = shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
         QVERIFY2(hasSeveralColours(picture, area.toRect().intersected(picture.rect())),
                  qPrintable(content + QStringLiteral(" shows nothing")));
-        const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
-        if (!folder.isEmpty())
-            QVERIFY(picture.save(QDir(folder).filePath(tab + QStringLiteral(".png"))));
+        savePicture(tab);
     }
 
     void typedMetricIsJudgedByTheModule_data()
@@ -376,16 +387,81 @@ private slots:
     }
 
 private:
-    QQuickItem* item(const char* name) const;
-    void showTab(const char* name);
-    void click(QQuickItem* target);
-    void typeInto(QQuickItem* field, const QString& text);
-    QImage rendered();
+    QQuickItem* item(const char* name) const
+    {
+        if (QQuickItem* found = m_page->findChild<QQuickItem*>(QLatin1String(name)))
+            return found;
+        return findItem(m_page, QLatin1String(name));
+    }
+
+    void click(QQuickItem* target)
+    {
+        QVERIFY(target && target->isVisible());
+        const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
+        QTest::mouseClick(m_window.get(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    }
+
+    void showTab(const char* name)
+    {
+        click(item(name));
+        // The tab's page is shown once the layout has run.
+        QTest::qWait(100);
+    }
+
+    void typeInto(QQuickItem* field, const QString& text)
+    {
+        QVERIFY(field);
+        click(field);
+        QVERIFY(field->hasActiveFocus());
+        QTest::keyClick(m_window.get(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(m_window.get(), Qt::Key_Backspace);
+        for (const QChar character : text)
+            QTest::keyClick(m_window.get(), character.toLatin1());
+    }
+
+    // The window's next frame as the offscreen screen received it: grabWindow()
+    // answers an empty image with the software renderer there.
+    QImage rendered()
+    {
+        QSignalSpy swapped(m_window.get(), &QQuickWindow::frameSwapped);
+        m_window->update();
+        return swapped.wait(5000) ? m_window->screen()->grabWindow(m_window->winId()).toImage() : QImage();
+    }
+
+    void savePicture(const QString& name)
+    {
+        const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
+        if (!folder.isEmpty())
+            QVERIFY(rendered().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
+    }
+
     // The file dialog the page opened, once it shows.
-    QFileDialog* openDialog();
+    QFileDialog* openDialog()
+    {
+        QFileDialog* dialog = nullptr;
+        const bool shown = QTest::qWaitFor([&dialog] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
+                    dialog = candidate;
+            }
+            return dialog != nullptr;
+        });
+        return shown ? dialog : nullptr;
+    }
+
     // Types the file's path into the dialog and confirms it.
-    void chooseFile(QFileDialog* dialog, const QString& path);
-    void savePicture(const QString& name);
+    void chooseFile(QFileDialog* dialog, const QString& path)
+    {
+        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QVERIFY(name);
+        name->setText(path);
+        QTest::keyClick(name, Qt::Key_Return);
+        QTRY_VERIFY(!dialog->isVisible());
+        // The page's window takes the keyboard again.
+        m_window->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
     QObject* view() const { return m_sim->view(); }
     QString text(const char* name) const { return item(name)->property("text").toString(); }
     // An object below the view by its dotted path of properties.
@@ -402,97 +478,6 @@ private:
     std::unique_ptr<QQuickWindow> m_window;
     QQuickItem* m_page = nullptr;
 };
-
-namespace {
-// Through the visual tree: the delegates of repeaters are children of the
-// items they show in, not of the repeater's object.
-QQuickItem* findItem(QQuickItem* root, const QString& name)
-{
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem* child : root->childItems()) {
-        if (QQuickItem* found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
-}
-}
-
-QQuickItem* TestRadarPages::item(const char* name) const
-{
-    if (QQuickItem* found = m_page->findChild<QQuickItem*>(QLatin1String(name)))
-        return found;
-    return findItem(m_page, QLatin1String(name));
-}
-
-void TestRadarPages::click(QQuickItem* target)
-{
-    QVERIFY(target);
-    QVERIFY(target->isVisible());
-    const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
-    QTest::mouseClick(m_window.get(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
-}
-
-void TestRadarPages::showTab(const char* name)
-{
-    click(item(name));
-    // The tab's page is shown once the layout has run.
-    QTest::qWait(100);
-}
-
-void TestRadarPages::typeInto(QQuickItem* field, const QString& text)
-{
-    QVERIFY(field);
-    click(field);
-    QVERIFY(field->hasActiveFocus());
-    QTest::keyClick(m_window.get(), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(m_window.get(), Qt::Key_Backspace);
-    for (const QChar character : text)
-        QTest::keyClick(m_window.get(), character.toLatin1());
-}
-
-// The window's next frame as the offscreen screen received it: grabWindow()
-// answers an empty image with the software renderer there.
-QImage TestRadarPages::rendered()
-{
-    QSignalSpy swapped(m_window.get(), &QQuickWindow::frameSwapped);
-    m_window->update();
-    if (!swapped.wait(5000))
-        return QImage();
-    return m_window->screen()->grabWindow(m_window->winId()).toImage();
-}
-
-void TestRadarPages::savePicture(const QString& name)
-{
-    const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
-    if (!folder.isEmpty())
-        QVERIFY(rendered().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
-}
-
-QFileDialog* TestRadarPages::openDialog()
-{
-    QFileDialog* dialog = nullptr;
-    QTest::qWaitFor([&dialog] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
-                dialog = candidate;
-        }
-        return dialog != nullptr;
-    });
-    return dialog;
-}
-
-void TestRadarPages::chooseFile(QFileDialog* dialog, const QString& path)
-{
-    auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    QVERIFY(name);
-    name->setText(path);
-    QTest::keyClick(name, Qt::Key_Return);
-    QTRY_VERIFY(!dialog->isVisible());
-    // The page's window takes the keyboard again.
-    m_window->requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
 
 QTEST_MAIN(TestRadarPages)
 #include "tst_RadarPages.moc"
