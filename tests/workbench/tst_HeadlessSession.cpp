@@ -45,23 +45,13 @@ qint64 summaryRecorded(const QString& out)
 // Range of the strongest point of series 0 in a snapshot CSV (series,x,y).
 double peakRange(const QString& csvPath)
 {
-    QFile file(csvPath);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return -1;
-    file.readLine();
-    double bestX = -1;
-    double bestY = -1e30;
-    while (!file.atEnd()) {
-        const QList<QByteArray> fields = file.readLine().trimmed().split(',');
-        if (fields.size() != 3 || fields[0] != "0")
-            continue;
-        const double y = fields[2].toDouble();
-        if (y > bestY) {
-            bestY = y;
-            bestX = fields[1].toDouble();
-        }
+    QPointF peak(-1, -1e30);
+    for (const QString& line : readLines(csvPath).mid(1)) {
+        const QStringList fields = line.trimmed().split(',');
+        if (fields.size() == 3 && fields[0] == "0" && fields[2].toDouble() > peak.y())
+            peak = QPointF(fields[1].toDouble(), fields[2].toDouble());
     }
-    return bestX;
+    return peak.x();
 }
 
 } // namespace
