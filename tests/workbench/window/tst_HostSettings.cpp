@@ -9,40 +9,33 @@
 
 #include <QtTest>
 
-namespace {
-
-// A file with every host setting, the refresh interval and log age as given.
-QByteArray complete(int refreshMs, const char* clearLimit)
-{
-    return QByteArray(R"({ "workbench": { "minimumRefreshInterval": )") + QByteArray::number(refreshMs)
-        + R"(, "recording": { "recordingPath": "/data", "fileName": "run", "numOfFrames": 50,
-        "timeLimitOnRecording": true, "txtFile": true, "hours": 0, "minutes": 2, "seconds": 30, "milliseconds": 0 },
-        "logs": { "clearLimit": ")" + clearLimit + R"(", "autoClearLogs": false } } })";
-}
-
-} // namespace
-
 class TestHostSettings : public QObject
 {
     Q_OBJECT
 private slots:
     void loadsWhatTheFileHolds_data()
     {
+        const QByteArray recording = R"("recording": { "recordingPath": "/data", "fileName": "run", "numOfFrames": 50,
+            "timeLimitOnRecording": true, "txtFile": true, "hours": 0, "minutes": 2, "seconds": 30, "milliseconds": 0 })";
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<QString>("error");
         QTest::addColumn<int>("refreshMs");
         QTest::addColumn<QString>("fileName");
         QTest::addColumn<quint32>("minutes");
         QTest::addColumn<QString>("clearLimit");
-        // Refused files leave the defaults.
         QTest::newRow("older file") << QByteArray(R"({ "radar": {} })") << QString() << 33 << "recording" << 0u
                                     << "1 week";
-        QTest::newRow("complete") << complete(80, "1 month") << QString() << 80 << "run" << 2u << "1 month";
-        QTest::newRow("refresh out of range") << complete(1, "1 month")
-                                              << "Field workbench.minimumRefreshInterval validation error" << 33
-                                              << "recording" << 0u << "1 week";
-        QTest::newRow("unknown age") << complete(80, "1 year") << "Field workbench.logs.clearLimit validation error"
-                                     << 33 << "recording" << 0u << "1 week";
+        QTest::newRow("complete") << (R"({ "workbench": { "minimumRefreshInterval": 80, )" + recording
+                                      + R"(, "logs": { "clearLimit": "1 month", "autoClearLogs": false } } })")
+                                  << QString() << 80 << "run" << 2u << "1 month";
+        QTest::newRow("refresh out of range")
+            << (R"({ "workbench": { "minimumRefreshInterval": 1, )" + recording
+                + R"(, "logs": { "clearLimit": "1 month", "autoClearLogs": false } } })")
+            << "Field workbench.minimumRefreshInterval validation error" << 33 << "recording" << 0u << "1 week";
+        QTest::newRow("unknown age") << (R"({ "workbench": { "minimumRefreshInterval": 80, )" + recording
+                                         + R"(, "logs": { "clearLimit": "1 year", "autoClearLogs": false } } })")
+                                     << "Field workbench.logs.clearLimit validation error" << 33 << "recording" << 0u
+                                     << "1 week";
         QTest::newRow("part missing") << QByteArray(R"({ "workbench": { "minimumRefreshInterval": 80 } })")
                                       << "Mandatory field workbench.recording is missing" << 33 << "recording" << 0u
                                       << "1 week";
