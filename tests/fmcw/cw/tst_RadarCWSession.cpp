@@ -5,7 +5,6 @@
 #include "ModuleHost.h"
 #include "SimulatedHost.h"
 
-#include "common/ISeriesChartData.h"
 #include "fmcw/cw/RadarCWMode.h"
 #include "host/Constants.h"
 #include "sdk/vrn.h"
@@ -89,24 +88,6 @@ private:
         QVERIFY(call("applyGuiConfig"));
     }
 
-    // The frequency at which the first receiver's spectrum peaks above 10 kHz.
-    double spectrumPeakHz()
-    {
-        ISeriesChartData* data = nullptr;
-        if (!QMetaObject::invokeMethod(cwView(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, data),
-                                       Q_ARG(int, int(Constants::Chart::FrequencyDomain)))
-            || !data || data->seriesCount() == 0)
-            return -1.0;
-        std::unique_ptr<ISeriesChartData::Iterator> points = data->iterator(0);
-        QPointF peak(-1.0, -1e30);
-        while (points && points->hasNext()) {
-            const QPointF point = points->next();
-            if (point.x() > 10e3 && point.y() > peak.y())
-                peak = point;
-        }
-        return peak.x();
-    }
-
     // Starts the host on a board carrying `chip` and switches it to CW.
     void startInCw(const QString& chip)
     {
@@ -128,7 +109,6 @@ private:
 private slots:
     void init()
     {
-        qRegisterMetaType<ISeriesChartData*>("ISeriesChartData*");
         qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
         startInCw(QStringLiteral("KMR7A"));
     }
@@ -175,28 +155,6 @@ private slots:
         const double share = emittedShare(3000);
         QVERIFY2(share >= least && share <= most, qPrintable(QString::number(share)));
         QVERIFY(!cwView()->property("isEmissionActive").toBool());
-    }
-
-    void testToneShowsInTheSpectrum_data()
-    {
-        QTest::addColumn<double>("frequency");
-        QTest::newRow("125 kHz") << 125e3;
-        QTest::newRow("300 kHz") << 300e3;
-    }
-
-    void testToneShowsInTheSpectrum()
-    {
-        QFETCH(double, frequency);
-        QVERIFY(guiParams()->setProperty("testSignalMode", QStringLiteral("Baseband Test")));
-        applyParam("testSignalFrequency", float(frequency));
-        QSignalSpy charts(cwView(), SIGNAL(chartsDataUpdated()));
-        QVERIFY(call("captureFrame"));
-        QTRY_VERIFY(charts.count() > 0);
-        QVERIFY(cwView()->property("isFrameAvailable").toBool());
-        const double samplingRate = guiParams()->property("samplingRate").toDouble();
-        const double fftSize = child(child(cwView(), "userSettings"), "rangeSpectrum")->property("fftSize").toDouble();
-        const double peak = spectrumPeakHz();
-        QVERIFY2(qAbs(peak - frequency) <= 2.0 * samplingRate / fftSize, qPrintable(QString::number(peak)));
     }
 
     void logOneFrameWritesEveryEnabledReceiver()
