@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -23,10 +24,18 @@ vrn_Metrics_t shippedMetrics(float rangeResolution, float frameTime, uint32_t rx
 
 const char* const kBench = R"({ "boards": [
     { "uuid": "m-7a", "chip": "KMR7A", "pacing": "unpaced" },
-    { "uuid": "m-7b", "chip": "KMR7B", "pacing": "unpaced" },
     { "uuid": "m-7c", "chip": "KMR7C", "pacing": "unpaced" } ] })";
 
+// A change a row makes to a record; `f` scales the limit it sets.
+using MetricsChange = std::function<void(vrn_Metrics_t&)>;
+using LimitChange = std::function<void(vrn_Metrics_t&, const vrn_Metrics_Limits_t&, float f)>;
+using ConfigChange = std::function<void(vrn_Device_Config_t&)>;
+
 }  // namespace
+
+Q_DECLARE_METATYPE(MetricsChange)
+Q_DECLARE_METATYPE(LimitChange)
+Q_DECLARE_METATYPE(ConfigChange)
 
 class SimulatorMetricsTest : public QObject
 {
@@ -81,8 +90,7 @@ private slots:
         QFETCH(uint, rxMask);
         QFETCH(uint, txMask);
         QFETCH(uint, samples);
-        device = sdk.open(uuid.toUtf8().constData());
-        QVERIFY(device);
+        QVERIFY(device = sdk.open(uuid.toUtf8().constData()));
         vrn_Metrics_t m = shippedMetrics(rangeResolution, frameTime, rxMask);
         m.tx_mask = txMask;
         vrn_Device_Config_t config{};
@@ -110,39 +118,32 @@ private slots:
 
     void impossibleMetricsAreRefused_data()
     {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<double>("value");
+        QTest::addColumn<MetricsChange>("change");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("bandwidth beyond RF range") << "range_resolution" << 0.02 << "RF range";
-        QTest::newRow("too many samples") << "max_range" << 600.0 << "samples per chirp";
-        QTest::newRow("too many chirps") << "speed_resolution" << 0.001 << "chirps per frame";
-        QTest::newRow("chirps longer than frame") << "frame_time" << 0.02 << "do not fit in a frame";
-        QTest::newRow("chirp too short for its ramp") << "max_speed" << 30.0 << "shorter than";
-        QTest::newRow("ADC too fast") << "sample_rate" << 3e6 << "Sample rate";
-        QTest::newRow("missing receiver") << "rx_mask" << 8.0 << "Rx antenna mask";
-        QTest::newRow("no transmitter") << "tx_mask" << 0.0 << "Tx antenna mask";
-        QTest::newRow("negative resolution") << "range_resolution" << -0.3 << "positive";
+        using M = vrn_Metrics_t;
+        QTest::newRow("bandwidth beyond RF range")
+            << MetricsChange([](M& m) { m.range_resolution_m = 0.02f; }) << "RF range";
+        QTest::newRow("too many samples") << MetricsChange([](M& m) { m.max_range_m = 600.0f; }) << "samples per chirp";
+        QTest::newRow("too many chirps")
+            << MetricsChange([](M& m) { m.speed_resolution_m_s = 0.001f; }) << "chirps per frame";
+        QTest::newRow("chirps longer than frame")
+            << MetricsChange([](M& m) { m.frame_repetition_time_s = 0.02f; }) << "do not fit in a frame";
+        QTest::newRow("chirp too short for its ramp")
+            << MetricsChange([](M& m) { m.max_speed_m_s = 30.0f, m.speed_resolution_m_s = 30.0f / 32.0f; })
+            << "shorter than";
+        QTest::newRow("ADC too fast") << MetricsChange([](M& m) { m.sample_rate_Hz = 3000000; }) << "Sample rate";
+        QTest::newRow("missing receiver") << MetricsChange([](M& m) { m.rx_mask = 8; }) << "Rx antenna mask";
+        QTest::newRow("no transmitter") << MetricsChange([](M& m) { m.tx_mask = 0; }) << "Tx antenna mask";
+        QTest::newRow("negative resolution") << MetricsChange([](M& m) { m.range_resolution_m = -0.3f; }) << "positive";
     }
 
     void impossibleMetricsAreRefused()
     {
-        QFETCH(QString, field);
-        QFETCH(double, value);
+        QFETCH(MetricsChange, change);
         QFETCH(QString, reason);
-        device = sdk.open("m-7a");
-        QVERIFY(device);
+        QVERIFY(device = sdk.open("m-7a"));
         vrn_Metrics_t m = shippedMetrics(0.3f, 0.1f, 4);
-        if (field == "range_resolution") m.range_resolution_m = float(value);
-        if (field == "max_range") m.max_range_m = float(value);
-        if (field == "speed_resolution") m.speed_resolution_m_s = float(value);
-        if (field == "frame_time") m.frame_repetition_time_s = float(value);
-        if (field == "max_speed") {
-            m.max_speed_m_s = float(value);
-            m.speed_resolution_m_s = float(value / 32.0);
-        }
-        if (field == "sample_rate") m.sample_rate_Hz = uint32_t(value);
-        if (field == "rx_mask") m.rx_mask = uint32_t(value);
-        if (field == "tx_mask") m.tx_mask = uint32_t(value);
+        change(m);
         vrn_Device_Config_t config{};
         config.num_samples_per_chirp = 12345;
         const QString error = translate(m, config);
@@ -152,73 +153,69 @@ private slots:
 
     void limitsAreTheEdgesOfWhatTranslates_data()
     {
-        QTest::addColumn<QString>("metric");
-        QTest::newRow("max range min") << "max_range_min";
-        QTest::newRow("max range max") << "max_range_max";
-        QTest::newRow("speed resolution min") << "speed_resolution_min";
-        QTest::newRow("max speed max") << "max_speed_max";
-        QTest::newRow("frame time min") << "frame_time_min";
+        QTest::addColumn<LimitChange>("change");
+        QTest::addColumn<float>("at");
+        QTest::addColumn<float>("beyond");
+        using M = vrn_Metrics_t;
+        using L = vrn_Metrics_Limits_t;
+        QTest::newRow("max range min")
+            << LimitChange([](M& m, const L& l, float f) { m.max_range_m = l.max_range_m_min * f; }) << 1.0f << 0.8f;
+        QTest::newRow("max range max")
+            << LimitChange([](M& m, const L& l, float f) { m.max_range_m = l.max_range_m_max * f; }) << 1.0f << 1.1f;
+        QTest::newRow("speed resolution min")
+            << LimitChange([](M& m, const L& l, float f) { m.speed_resolution_m_s = l.speed_resolution_m_s_min * f; })
+            << 1.0f << 0.9f;
+        // The chirp count stays as it is while the speed changes.
+        QTest::newRow("max speed max") << LimitChange([](M& m, const L& l, float f) {
+            m.max_speed_m_s = l.max_speed_m_s_max * f;
+            m.speed_resolution_m_s = 2.0f * m.max_speed_m_s / 64.0f;
+        }) << 0.9999f << 1.1f;
+        QTest::newRow("frame time min")
+            << LimitChange([](M& m, const L& l, float f) {
+                   m.frame_repetition_time_s = l.frame_repetition_time_s_min * f;
+               })
+            << 1.00001f << 0.9f;
     }
 
+    // At the limit the metrics translate; 10 % beyond it they do not.
     void limitsAreTheEdgesOfWhatTranslates()
     {
-        QFETCH(QString, metric);
-        device = sdk.open("m-7a");
-        QVERIFY(device);
+        QFETCH(LimitChange, change);
+        QFETCH(float, at);
+        QFETCH(float, beyond);
+        QVERIFY(device = sdk.open("m-7a"));
         vrn_Metrics_Limits_t limits{};
         QVERIFY(!sdk.vrn->device_get_metrics_limits(device, &limits));
         QCOMPARE(limits.sample_rate_Hz_max, 2000000u);
         QCOMPARE(limits.rx_mask_max, 7u);
         QCOMPARE(limits.tx_mask_max, 1u);
-
-        // At the limit the metrics translate; 10 % beyond it they do not.
-        vrn_Metrics_t at = shippedMetrics(0.3f, 0.1f, 4);
-        vrn_Metrics_t beyond = at;
-        if (metric == "max_range_min") {
-            at.max_range_m = limits.max_range_m_min;
-            beyond.max_range_m = limits.max_range_m_min * 0.8f;
-        } else if (metric == "max_range_max") {
-            at.max_range_m = limits.max_range_m_max;
-            beyond.max_range_m = limits.max_range_m_max * 1.1f;
-        } else if (metric == "speed_resolution_min") {
-            at.speed_resolution_m_s = limits.speed_resolution_m_s_min;
-            beyond.speed_resolution_m_s = limits.speed_resolution_m_s_min * 0.9f;
-        } else if (metric == "max_speed_max") {
-            at.max_speed_m_s = limits.max_speed_m_s_max * 0.9999f;
-            beyond.max_speed_m_s = limits.max_speed_m_s_max * 1.1f;
-            // Keep the chirp count as it is while the speed changes.
-            at.speed_resolution_m_s = 2.0f * at.max_speed_m_s / 64.0f;
-            beyond.speed_resolution_m_s = 2.0f * beyond.max_speed_m_s / 64.0f;
-        } else if (metric == "frame_time_min") {
-            at.frame_repetition_time_s = limits.frame_repetition_time_s_min * 1.00001f;
-            beyond.frame_repetition_time_s = limits.frame_repetition_time_s_min * 0.9f;
-        }
+        vrn_Metrics_t m = shippedMetrics(0.3f, 0.1f, 4);
         vrn_Device_Config_t config{};
-        QCOMPARE(translate(at, config), QString());
-        QVERIFY(!translate(beyond, config).isEmpty());
+        change(m, limits, at);
+        QCOMPARE(translate(m, config), QString());
+        change(m, limits, beyond);
+        QVERIFY(!translate(m, config).isEmpty());
     }
 
     void invalidConfigRecordIsRefused_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::newRow("too few samples") << "samples";
-        QTest::newRow("upper below lower") << "band";
-        QTest::newRow("tdm with one transmitter") << "mimo";
+        QTest::addColumn<ConfigChange>("change");
+        using C = vrn_Device_Config_t;
+        QTest::newRow("too few samples") << ConfigChange([](C& c) { c.num_samples_per_chirp = 4; });
+        QTest::newRow("upper below lower")
+            << ConfigChange([](C& c) { c.upper_frequency_Hz = c.lower_frequency_Hz - 1; });
+        QTest::newRow("tdm with one transmitter") << ConfigChange([](C& c) { c.mimo_mode = VRN_MIMO_TDM; });
     }
 
     void invalidConfigRecordIsRefused()
     {
-        QFETCH(QString, change);
-        device = sdk.open("m-7a");
-        QVERIFY(device);
-        vrn_Device_Config_t good{};
+        QFETCH(ConfigChange, change);
+        QVERIFY(device = sdk.open("m-7a"));
+        vrn_Device_Config_t good{}, kept{};
         QVERIFY(!sdk.vrn->device_get_config(device, &good));
         vrn_Device_Config_t bad = good;
-        if (change == "samples") bad.num_samples_per_chirp = 4;
-        if (change == "band") bad.upper_frequency_Hz = bad.lower_frequency_Hz - 1;
-        if (change == "mimo") bad.mimo_mode = VRN_MIMO_TDM;
+        change(bad);
         QVERIFY(sdk.vrn->device_set_config(device, &bad) != nullptr);
-        vrn_Device_Config_t kept{};
         QVERIFY(!sdk.vrn->device_get_config(device, &kept));
         QCOMPARE(kept.num_samples_per_chirp, good.num_samples_per_chirp);
         QCOMPARE(kept.upper_frequency_Hz, good.upper_frequency_Hz);

@@ -1,5 +1,6 @@
 #include "common/ProcessingNameTables.h"
 #include "common/RangeSpectrumUserSettings.h"
+#include "common/TimeDomainUserSettings.h"
 #include "core/JSONConfigurationFile.h"
 #include "core/JSONConfigurationObject.h"
 
@@ -7,7 +8,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-class TestRangeSpectrumUserSettings : public QObject
+// The settings of the range spectrum and time domain charts.
+class TestChartUserSettings : public QObject
 {
     Q_OBJECT
 private slots:
@@ -138,7 +140,7 @@ private slots:
         QCOMPARE(settings.axisYMax(), 0.0f);
     }
 
-    void jsonRoundTrip()
+    void rangeSpectrumJsonRoundTrip()
     {
         RangeSpectrumUserSettings saved;
         saved.setIsLinearFftMagnitude(true);
@@ -171,7 +173,33 @@ private slots:
         loadedRoot.writeChildren(resaved);
         QCOMPARE(resaved, top);
     }
+
+    void timeDomainJsonRoundTripAndReset()
+    {
+        TimeDomainUserSettings settings;
+        JSONConfigurationObject root("root");
+        root.addChild(settings.configurationNode());
+        QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5, "axis_y_max": 0.75}})"), QString());
+        QCOMPARE(settings.axisYMin(), -0.5f);
+        QCOMPARE(settings.axisYMax(), 0.75f);
+        QCOMPARE(loadFromText(root, R"({"time_domain": {"axis_y_min": -0.5}})"),
+                 QString("Mandatory field time_domain.axis_y_max is missing"));
+
+        QJsonObject top;
+        root.writeChildren(top);
+        QCOMPARE(top["time_domain"].toObject()["axis_y_max"].toDouble(), 0.75);
+
+        QSignalSpy minSpy(&settings, &TimeDomainUserSettings::axisYMinChanged);
+        QSignalSpy maxSpy(&settings, &TimeDomainUserSettings::axisYMaxChanged);
+        settings.resetToDefault();
+        QCOMPARE(settings.axisYMin(), 0.0f);
+        QCOMPARE(settings.axisYMax(), 1.0f);
+        QCOMPARE(minSpy.count(), 1);
+        QCOMPARE(maxSpy.count(), 1);
+        settings.resetToDefault();
+        QCOMPARE(minSpy.count(), 1);
+    }
 };
 
-QTEST_GUILESS_MAIN(TestRangeSpectrumUserSettings)
-#include "tst_RangeSpectrumUserSettings.moc"
+QTEST_GUILESS_MAIN(TestChartUserSettings)
+#include "tst_ChartUserSettings.moc"
