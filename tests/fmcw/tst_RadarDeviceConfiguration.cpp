@@ -360,36 +360,6 @@ private slots:
         QCOMPARE(metrics.tx()->mask(), 0b0001u);
     }
 
-    void metricsCompareWithTolerance_data()
-    {
-        QTest::addColumn<float>("speedResolution");
-        QTest::addColumn<quint32>("sampleRate");
-        QTest::addColumn<quint32>("rxMask");
-        QTest::addColumn<bool>("equal");
-        QTest::newRow("speed resolution +0.0009") << 0.0809f << 1000000u << 0b0100u << true;
-        QTest::newRow("speed resolution +0.01") << 0.09f << 1000000u << 0b0100u << false;
-        QTest::newRow("sample rate +1") << 0.08f << 1000001u << 0b0100u << false;
-        QTest::newRow("rx mask") << 0.08f << 1000000u << 0b0101u << false;
-    }
-
-    void metricsCompareWithTolerance()
-    {
-        QFETCH(float, speedResolution);
-        QFETCH(quint32, sampleRate);
-        QFETCH(quint32, rxMask);
-        QFETCH(bool, equal);
-        Metrics a;
-        Metrics b;
-        a.setSpeedResolutionMs(0.08f);
-        a.setSampleRateHz(1000000);
-        a.rx()->setMask(0b0100);
-        b.setSpeedResolutionMs(speedResolution);
-        b.setSampleRateHz(sampleRate);
-        b.rx()->setMask(rxMask);
-        QCOMPARE(a == b, equal);
-        QCOMPARE(a != b, !equal);
-    }
-
     void limitsFromSdkFloorTheMaximumRange()
     {
         MetricsLimits limits;

@@ -318,40 +318,46 @@ private slots:
 
     void differenceFollowsTheComparedFields_data()
     {
-        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<double>("change");
         QTest::addColumn<bool>("differs");
-        QTest::newRow("nothing") << "" << false;
-        QTest::newRow("frame time within tolerance") << "frame+0.0005" << false;
-        QTest::newRow("frame time") << "frame+0.01" << true;
-        QTest::newRow("hysteresis") << "hysteresis" << true;
-        QTest::newRow("hysteresis NaN") << "hysteresisNaN" << true;
-        QTest::newRow("confirm count") << "count" << true;
-        QTest::newRow("application") << "application" << true;
-        QTest::newRow("receivers") << "receivers" << true;
+        QTest::newRow("nothing") << "" << 0.0 << false;
+        QTest::newRow("frame time within tolerance") << "frame" << 0.0005 << false;
+        QTest::newRow("frame time") << "frame" << 0.01 << true;
+        QTest::newRow("speed resolution within tolerance") << "speed" << 0.0009 << false;
+        QTest::newRow("speed resolution") << "speed" << 0.01 << true;
+        QTest::newRow("sample rate") << "sampleRate" << 1.0 << true;
+        QTest::newRow("receivers") << "receivers" << 0.0 << true;
+        QTest::newRow("hysteresis") << "hysteresis" << 1.0 << true;
+        QTest::newRow("hysteresis NaN") << "hysteresis" << qQNaN() << true;
+        QTest::newRow("confirm count") << "count" << 1.0 << true;
+        QTest::newRow("application") << "application" << 0.0 << true;
     }
 
     void differenceFollowsTheComparedFields()
     {
-        QFETCH(QString, change);
+        QFETCH(QString, field);
+        QFETCH(double, change);
         QFETCH(bool, differs);
         applyApplication(RadarConstants::PresenceSensing);
         QVERIFY(!m_configuration->differs());
         RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
+        Metrics& metrics = *edited.metrics();
         PresenceSensingConfig& presence = *edited.presenceSensing();
-        if (change == QLatin1String("frame+0.0005"))
-            edited.metrics()->setFrameRepetitionTimeS(0.2005f);
-        else if (change == QLatin1String("frame+0.01"))
-            edited.metrics()->setFrameRepetitionTimeS(0.21f);
-        else if (change == QLatin1String("hysteresis"))
-            presence.setRangeHysteresisPercentage(presence.rangeHysteresisPercentage() + 1.0f);
-        else if (change == QLatin1String("hysteresisNaN"))
-            presence.setRangeHysteresisPercentage(std::numeric_limits<float>::quiet_NaN());
-        else if (change == QLatin1String("count"))
+        if (field == QLatin1String("frame"))
+            metrics.setFrameRepetitionTimeS(metrics.frameRepetitionTimeS() + float(change));
+        else if (field == QLatin1String("speed"))
+            metrics.setSpeedResolutionMs(metrics.speedResolutionMs() + float(change));
+        else if (field == QLatin1String("sampleRate"))
+            metrics.setSampleRateHz(metrics.sampleRateHz() + quint32(change));
+        else if (field == QLatin1String("receivers"))
+            metrics.rx()->setActiveAntennas({ 1, 2 });
+        else if (field == QLatin1String("hysteresis"))
+            presence.setRangeHysteresisPercentage(presence.rangeHysteresisPercentage() + float(change));
+        else if (field == QLatin1String("count"))
             presence.setPresenceConfirmCount(presence.presenceConfirmCount() + 1);
-        else if (change == QLatin1String("application"))
+        else if (field == QLatin1String("application"))
             edited.setApplication(RadarConstants::None);
-        else if (change == QLatin1String("receivers"))
-            edited.metrics()->rx()->setActiveAntennas({ 1, 2 });
         QCOMPARE(m_configuration->differs(), differs);
         // Reverting copies the applied configuration back.
         QVERIFY(m_configuration->revertConfiguration());
