@@ -18,7 +18,7 @@ QString acceptAll() { return QString(); }
 // A root with one object "radar" holding a single leaf "v" of type T whose
 // value lands in `store`.
 template<typename T>
-std::unique_ptr<JSONConfigurationObject> singleLeafTree(QVariant& store)
+std::unique_ptr<JSONConfigurationObject> leafTree(QVariant& store)
 {
     auto radar = std::make_unique<JSONConfigurationObject>("radar");
     radar->addChild(std::make_unique<JSONConfigurationValue<T>>(
@@ -30,17 +30,7 @@ std::unique_ptr<JSONConfigurationObject> singleLeafTree(QVariant& store)
     return root;
 }
 
-std::unique_ptr<JSONConfigurationObject> treeFor(const QString& type, QVariant& store)
-{
-    if (type == "bool") return singleLeafTree<bool>(store);
-    if (type == "quint8") return singleLeafTree<quint8>(store);
-    if (type == "quint16") return singleLeafTree<quint16>(store);
-    if (type == "qint32") return singleLeafTree<qint32>(store);
-    if (type == "quint32") return singleLeafTree<quint32>(store);
-    if (type == "quint64") return singleLeafTree<quint64>(store);
-    if (type == "float") return singleLeafTree<float>(store);
-    return singleLeafTree<QString>(store);
-}
+using LeafTree = std::unique_ptr<JSONConfigurationObject> (*)(QVariant&);
 
 // An object with accessors of the shapes the settings classes use: a setter
 // that clamps (so a value read back shows whether the setter ran), a getter
@@ -85,51 +75,54 @@ std::unique_ptr<JSONConfigurationObject> pairTree(Pair& pair)
 
 }
 
+Q_DECLARE_METATYPE(LeafTree)
+
 class TestJSONConfigurationTree : public QObject
 {
     Q_OBJECT
 private slots:
     void leafConversion_data()
     {
-        QTest::addColumn<QString>("type");
+        QTest::addColumn<LeafTree>("tree");
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("error");
         QTest::addColumn<QVariant>("stored");
 
-        QTest::newRow("3.9 truncates") << "qint32" << QByteArray("3.9") << "" << QVariant(qint32(3));
-        QTest::newRow("-3.9 truncates") << "qint32" << QByteArray("-3.9") << "" << QVariant(qint32(-3));
-        QTest::newRow("string for int") << "qint32" << QByteArray("\"3\"")
+        QTest::newRow("3.9 truncates") << &leafTree<qint32> << QByteArray("3.9") << "" << QVariant(qint32(3));
+        QTest::newRow("-3.9 truncates") << &leafTree<qint32> << QByteArray("-3.9") << "" << QVariant(qint32(-3));
+        QTest::newRow("string for int") << &leafTree<qint32> << QByteArray("\"3\"")
                                         << "Field radar.v type error: Integer expected" << QVariant();
-        QTest::newRow("u8") << "quint8" << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
-        QTest::newRow("u16") << "quint16" << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
-        QTest::newRow("u32 max") << "quint32" << QByteArray("4294967295") << "" << QVariant::fromValue(quint32(4294967295u));
-        QTest::newRow("u64 2^63") << "quint64" << QByteArray("9223372036854775808") << ""
+        QTest::newRow("u8") << &leafTree<quint8> << QByteArray("200") << "" << QVariant::fromValue(quint8(200));
+        QTest::newRow("u16") << &leafTree<quint16> << QByteArray("65535.5") << "" << QVariant::fromValue(quint16(65535));
+        QTest::newRow("u32 max") << &leafTree<quint32> << QByteArray("4294967295") << ""
+                                 << QVariant::fromValue(quint32(4294967295u));
+        QTest::newRow("u64 2^63") << &leafTree<quint64> << QByteArray("9223372036854775808") << ""
                                   << QVariant::fromValue(quint64(1) << 63);
-        QTest::newRow("u64 1.5*2^63") << "quint64" << QByteArray("13835058055282163712") << ""
+        QTest::newRow("u64 1.5*2^63") << &leafTree<quint64> << QByteArray("13835058055282163712") << ""
                                       << QVariant::fromValue((quint64(1) << 63) | (quint64(1) << 62));
-        QTest::newRow("bool for u64") << "quint64" << QByteArray("false")
+        QTest::newRow("bool for u64") << &leafTree<quint64> << QByteArray("false")
                                       << "Field radar.v type error: Integer expected" << QVariant();
-        QTest::newRow("float") << "float" << QByteArray("2.5") << "" << QVariant(2.5f);
-        QTest::newRow("integer for float") << "float" << QByteArray("3") << "" << QVariant(3.0f);
-        QTest::newRow("true for float") << "float" << QByteArray("true")
+        QTest::newRow("float") << &leafTree<float> << QByteArray("2.5") << "" << QVariant(2.5f);
+        QTest::newRow("integer for float") << &leafTree<float> << QByteArray("3") << "" << QVariant(3.0f);
+        QTest::newRow("true for float") << &leafTree<float> << QByteArray("true")
                                         << "Field radar.v type error: Float expected" << QVariant();
-        QTest::newRow("bool") << "bool" << QByteArray("true") << "" << QVariant(true);
-        QTest::newRow("1 for bool") << "bool" << QByteArray("1")
+        QTest::newRow("bool") << &leafTree<bool> << QByteArray("true") << "" << QVariant(true);
+        QTest::newRow("1 for bool") << &leafTree<bool> << QByteArray("1")
                                     << "Field radar.v type error: Boolean expected" << QVariant();
-        QTest::newRow("text") << "QString" << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
-        QTest::newRow("number for text") << "QString" << QByteArray("5")
+        QTest::newRow("text") << &leafTree<QString> << QByteArray("\"abc\"") << "" << QVariant(QString("abc"));
+        QTest::newRow("number for text") << &leafTree<QString> << QByteArray("5")
                                          << "Field radar.v type error: String expected" << QVariant();
     }
 
     void leafConversion()
     {
-        QFETCH(QString, type);
+        QFETCH(LeafTree, tree);
         QFETCH(QByteArray, json);
         QFETCH(QString, error);
         QFETCH(QVariant, stored);
 
         QVariant store;
-        auto root = treeFor(type, store);
+        auto root = tree(store);
         QCOMPARE(loadFromText(*root, "{\"radar\": {\"v\": " + json + "}}"), error);
         // A failed load must not have called the setter at all.
         QCOMPARE(store, stored);
@@ -190,8 +183,8 @@ private slots:
         QTest::newRow("not an array") << QByteArray("5") << "Field radar.list is not an JSON array" << QVector<qint32> { 9 };
         QTest::newRow("bad element") << QByteArray("[1, \"x\"]") << "Field radar.list type error: Integer expected"
                                      << QVector<qint32> { 9 };
-        QTest::newRow("validator refuses") << QByteArray("[1, 2, 3, 4]") << "Field radar.list validation error: too many"
-                                           << QVector<qint32> { 9 };
+        QTest::newRow("validator refuses") << QByteArray("[1, 2, 3, 4]")
+                                           << "Field radar.list validation error: too many" << QVector<qint32> { 9 };
     }
 
     void array()

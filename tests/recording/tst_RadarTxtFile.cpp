@@ -47,18 +47,6 @@ class TestRadarTxtFile : public QObject
 {
     Q_OBJECT
 private slots:
-    void writerProducesExactBytes()
-    {
-        const QString path = m_dir.filePath(QStringLiteral("small.raw.txt"));
-        RadarTxtFile file;
-        QVERIFY(file.open(path, QIODevice::WriteOnly | QIODevice::Text));
-        QVERIFY(file.writeHeader(TestFrames::header(1, 1, 2, 2)));
-        const auto rows = TestFrames::smallRows();
-        QVERIFY(file.writeFrames(quint32(rows.size()), 4, rows));
-        QVERIFY(file.close());
-        QCOMPARE(TestFrames::readAll(path), TestFrames::readAll(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
-    }
-
     void readerRules_data()
     {
         QTest::addColumn<int>("line");
@@ -129,14 +117,6 @@ private slots:
         QCOMPARE(rows[1].frameNumber, 4);
         QVERIFY(TestFrames::bitIdentical(rows[1].samples, { 2.0f, 0.000001f }));
         QVERIFY(!file.readFrames(1, 2, rows));
-    }
-
-    void readerRejectsWriterOutput()
-    {
-        // The writer opens with an empty line, so its own files fail the magic
-        // check; nothing reads text recordings back.
-        RadarTxtFile file;
-        QVERIFY(!file.checkFile(QStringLiteral(RECORDING_TEST_DATA "/small.raw.txt")));
     }
 
 private:

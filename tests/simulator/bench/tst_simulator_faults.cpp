@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <functional>
 #include <thread>
 
 namespace {
@@ -33,10 +34,20 @@ private:
     vrn_Device_Handle device = nullptr;
     vrn_Frame_R_t* frame = nullptr;
 
-    bool openWithFrame(const char* uuid)
+    bool openWithFrame(const char* uuid, uint32_t chirps = 64)
     {
         device = sdk.open(uuid);
-        return device && !sdk.vrn->frame_r_create(1, 64, 64, &frame);
+        return device && !sdk.vrn->frame_r_create(1, chirps, 64, &frame);
+    }
+
+    // Changes the open board's configuration as `change` says.
+    bool reconfigure(const std::function<void(vrn_Device_Config_t&)>& change)
+    {
+        vrn_Device_Config_t config{};
+        if (sdk.vrn->device_get_config(device, &config))
+            return false;
+        change(config);
+        return !sdk.vrn->device_set_config(device, &config);
     }
 
 private slots:
@@ -82,15 +93,11 @@ private slots:
     void lateHostLosesTheOldestFramesAndIsTold()
     {
         QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fifo", "pacing": "realtime", "fifo_frames": 2 })"));
-        device = sdk.open("f-fifo");
-        QVERIFY(device);
         // One chirp per frame and a frame every millisecond.
-        vrn_Device_Config_t config{};
-        QVERIFY(!sdk.vrn->device_get_config(device, &config));
-        config.num_chirps_per_frame = 1;
-        config.frame_repetition_time_s = 0.001f;
-        QVERIFY(!sdk.vrn->device_set_config(device, &config));
-        QVERIFY(!sdk.vrn->frame_r_create(1, 1, 64, &frame));
+        QVERIFY(openWithFrame("f-fifo", 1));
+        QVERIFY(reconfigure([](vrn_Device_Config_t& c) {
+            c.num_chirps_per_frame = 1, c.frame_repetition_time_s = 0.001f;
+        }));
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
         QCOMPARE(sdk.sim->dropped_frames("f-fifo"), uint64_t(0));
         // The host stalls for 50 frame times: the FIFO overflows, the next
@@ -238,9 +245,8 @@ private slots:
         // Plugged in again, the board is a new device for the SDK.
         QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-fast", "pacing": "unpaced" })"));
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 20), VRN_STATUS_COMMUNICATION_LOST);
-        vrn_Device_Handle fresh = sdk.open("f-fast");
-        QVERIFY(fresh);
-        QVERIFY(!sdk.vrn->device_destroy(fresh));
+        vrn_Device_Handle fresh = nullptr;
+        QVERIFY((fresh = sdk.open("f-fast")) && !sdk.vrn->device_destroy(fresh));
     }
 
     void unplugWakesAWaitingFetch()
@@ -248,10 +254,7 @@ private slots:
         QVERIFY(openWithFrame("f-real"));
         // One frame every 5 s: the second fetch is still waiting when the
         // board goes, whenever the other thread gets to run.
-        vrn_Device_Config_t config{};
-        QVERIFY(!sdk.vrn->device_get_config(device, &config));
-        config.frame_repetition_time_s = 5.0f;
-        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        QVERIFY(reconfigure([](vrn_Device_Config_t& c) { c.frame_repetition_time_s = 5.0f; }));
         QCOMPARE(sdk.vrn->device_get_next_frame(device, frame, 1000), VRN_STATUS_OK);
         std::atomic<int> status{-1};
         std::thread fetcher([&] { status = sdk.vrn->device_get_next_frame(device, frame, 60000); });
@@ -265,24 +268,18 @@ private slots:
         // A board that warms up at once: its temperature shows when the
         // fetch below has started acquisition and waits for its frame.
         QVERIFY(!sdk.sim->plug_board(R"({ "uuid": "f-slow", "pacing": "realtime", "thermal_time_s": 0.001 })"));
-        device = sdk.open("f-slow");
-        QVERIFY(device);
-        vrn_Device_Config_t config{};
-        QVERIFY(!sdk.vrn->device_get_config(device, &config));
         // 500 chirps of 5 ms: the first frame is 2.5 s away.
-        config.num_chirps_per_frame = 500;
-        config.chirp_repetition_time_s = 0.005f;
-        config.frame_repetition_time_s = 5.0f;
-        QVERIFY(!sdk.vrn->device_set_config(device, &config));
-        QVERIFY(!sdk.vrn->frame_r_create(1, 500, 64, &frame));
+        QVERIFY(openWithFrame("f-slow", 500));
+        QVERIFY(reconfigure([](vrn_Device_Config_t& c) {
+            c.num_chirps_per_frame = 500, c.chirp_repetition_time_s = 0.005f, c.frame_repetition_time_s = 5.0f;
+        }));
         std::atomic<int> status{-1};
         std::thread fetcher([&] { status = sdk.vrn->device_get_next_frame(device, frame, 60000); });
         float temperature = 0;
         QTRY_VERIFY((sdk.vrn->device_get_temperature(device, &temperature), temperature > 30.0f));
         // The waiting fetch holds no lock the configuration calls need; the
         // new configuration ends the wait without a frame.
-        config.frame_repetition_time_s = 4.0f;
-        QVERIFY(!sdk.vrn->device_set_config(device, &config));
+        QVERIFY(reconfigure([](vrn_Device_Config_t& c) { c.frame_repetition_time_s = 4.0f; }));
         fetcher.join();
         QCOMPARE(status.load(), int(VRN_STATUS_FRAME_TIMEOUT));
     }
