@@ -47,9 +47,38 @@ vrn_RDM_Config_t defaultRdm()
     return c;
 }
 
+// Two boards: the scene under test and an empty room with the same wall.
+QByteArray benchWith(const QString& targets)
+{
+    return QStringLiteral(R"({ "boards": [
+        { "uuid": "ps-scene", "chip": "KMR7A", "pacing": "unpaced", "noise": 0.002, "seed": 5,
+          "scene": { "targets": [ { "kind": "reflector", "range_m": 3.0, "rcs_m2": 5.0 } %1 ] } },
+        { "uuid": "ps-empty", "chip": "KMR7A", "pacing": "unpaced", "noise": 0.002, "seed": 6,
+          "scene": { "targets": [ { "kind": "reflector", "range_m": 3.0, "rcs_m2": 5.0 } ] } } ] })")
+        .arg(targets)
+        .toUtf8();
+}
+
+const char* const kWalking =
+    R"(, { "kind": "person", "range_m": 2.0, "speed_m_s": 0.8, "min_range_m": 1.0, "max_range_m": 4.0 })";
+const char* const kBreathing = R"(, { "kind": "person", "range_m": 2.5, "speed_m_s": 0.0, "breathing_mm": 5 })";
+const char* const kBeyond =
+    R"(, { "kind": "person", "range_m": 7.0, "speed_m_s": 0.8, "min_range_m": 6.5, "max_range_m": 8.5 })";
+
+
+QString mover(double range, double speed, double angle)
+{
+    return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "angle_deg": %3 })")
+        .arg(range)
+        .arg(speed)
+        .arg(angle);
+}
+
 }  // namespace
 
-// Windows, spectra and maps against numpy/scipy, the axes, and every refusal.
+// Windows, spectra and maps against numpy/scipy, the axes, and every refusal;
+// presence and absence on scripted scenes, within the confirm counts; tracks,
+// angles and segments on simulated Rx1 + Rx3 frames.
 class SimulatorProcessingTest : public QObject
 {
     Q_OBJECT
@@ -78,8 +107,72 @@ private:
         return std::shared_ptr<vrn_Vector_R_s>(v, [vrn](vrn_Vector_R_s* p) { vrn->vector_r_destroy(p); });
     }
 
+    vrn_PresenceSensing_Config_t psConfig{};
+
+    struct Board {
+        vrn_Device_Handle device = nullptr;
+        vrn_Frame_R_t* frame = nullptr;
+    };
+    Board scene, empty;
+
+    bool open(Board& board, const char* uuid)
+    {
+        board.device = sdk.open(uuid);
+        return board.device && !sdk.vrn->device_set_config(board.device, &psConfig.device_config) &&
+               !sdk.vrn->frame_r_create(1, psConfig.device_config.num_chirps_per_frame,
+                                        psConfig.device_config.num_samples_per_chirp, &board.frame);
+    }
+
+    void close(Board& board) { sdk.close(board.device, board.frame); }
+
+    // Fetches the board's next frame and runs it through presence sensing.
+    bool step(vrn_PresenceSensing_Handle ps, Board& board, vrn_PresenceSensing_Result_t& result)
+    {
+        const vrn_Matrix_R_s* channel = nullptr;
+        const vrn_Matrix_R_s* input = nullptr;
+        return sdk.vrn->device_get_next_frame(board.device, board.frame, 100) == VRN_STATUS_OK &&
+               !sdk.vrn->frame_r_channel(board.frame, 0, &channel) && !sdk.vrn->ps_input_matrix(channel, &input) &&
+               !sdk.vrn->ps_run(ps, input, &result);
+    }
+
+    vrn_Device_Handle device = nullptr;
+    vrn_Frame_R_t* frame = nullptr;
+    vrn_Device_Config_t deviceConfig{};
+    vrn_Segmentation_Config_t segConfig{};
+
+    bool open(const QString& targets)
+    {
+        const QByteArray bench = oneBoardBench("seg-1", QStringLiteral("KMR7A"), targets, 0.002, 9);
+        if (sdk.sim->load_bench_json(bench.constData()))
+            return false;
+        device = sdk.open("seg-1");
+        // Rx1 and Rx3, 15 cm.
+        const vrn_Metrics_t m = sceneMetrics(0x5, 0.15f);
+        return device && !sdk.vrn->device_translate_metrics(device, &m, &deviceConfig) &&
+               !sdk.vrn->device_set_config(device, &deviceConfig) &&
+               !sdk.vrn->frame_r_create(2, deviceConfig.num_chirps_per_frame, deviceConfig.num_samples_per_chirp,
+                                        &frame) &&
+               !sdk.vrn->seg_default_config(VRN_DEVICE_TYPE_KMR7A, &deviceConfig, &segConfig);
+    }
+
+    bool step(vrn_Segmentation_Handle seg, vrn_Segmentation_Result_t& result)
+    {
+        return sdk.vrn->device_get_next_frame(device, frame, 100) == VRN_STATUS_OK &&
+               !sdk.vrn->seg_run(seg, frame, &result);
+    }
+
 private slots:
-    void initTestCase() { QVERIFY2(sdk.vrn, qPrintable(sdk.loadError())); }
+    void initTestCase() { QVERIFY2(sdk.vrn && sdk.sim, qPrintable(sdk.loadError())); }
+
+    void init() { QCOMPARE(sdk.vrn->ps_default_config(VRN_DEVICE_TYPE_KMR7A, &psConfig), nullptr); }
+
+    void cleanup()
+    {
+        close(scene);
+        close(empty);
+        sdk.close(device, frame);
+    }
+
 
     void windowMatchesScipy_data()
     {
@@ -382,6 +475,253 @@ private slots:
         QCOMPARE(sdk.vrn->rs_run(rs, good.get(), spectrum.get()), nullptr);
         sdk.vrn->rs_destroy(rs);
         QVERIFY(sdk.vrn->rs_distance_axis(100, 64, 9.6f, nullptr));
+    }
+
+    void presenceDefaultsDescribeTheFrames()
+    {
+        QCOMPARE(psConfig.device_config.rx_mask, 0x4u);
+        QCOMPARE(psConfig.device_config.num_samples_per_chirp, 128u);
+        QVERIFY(psConfig.min_detection_range_m < psConfig.max_detection_range_m);
+        float resolution = 0.0f;
+        QCOMPARE(sdk.vrn->ps_range_resolution(&psConfig.device_config, &resolution), nullptr);
+        QVERIFY(std::abs(resolution - 0.15f) < 1e-3f);
+        QCOMPARE(psConfig.range_resolution_m, resolution);
+    }
+
+    void presenceWithinConfirmCount_data()
+    {
+        QTest::addColumn<QString>("targets");
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::newRow("walking person") << QString::fromLatin1(kWalking) << 1.0 << 4.0;
+        QTest::newRow("person only breathing") << QString::fromLatin1(kBreathing) << 2.2 << 2.8;
+    }
+
+    // Absent until confirm-count frames have moved, present from then on;
+    // after the person leaves, present until absence-confirm-count quiet frames.
+    void presenceWithinConfirmCount()
+    {
+        QFETCH(QString, targets);
+        QFETCH(double, low);
+        QFETCH(double, high);
+        QCOMPARE(sdk.sim->load_bench_json(benchWith(targets).constData()), nullptr);
+        QVERIFY(open(scene, "ps-scene"));
+        QVERIFY(open(empty, "ps-empty"));
+        vrn_PresenceSensing_Handle ps = nullptr;
+        QCOMPARE(sdk.vrn->ps_create(&psConfig, &ps), nullptr);
+        vrn_PresenceSensing_Result_t result{};
+        for (uint32_t i = 1; i <= psConfig.presence_confirm_count; ++i) {
+            QVERIFY(step(ps, scene, result));
+            QCOMPARE(result.frame_count, i);
+            QCOMPARE(result.state, i < psConfig.presence_confirm_count ? VRN_PRESENCE_STATE_ABSENCE
+                                                                     : VRN_PRESENCE_STATE_PRESENCE);
+        }
+        QVERIFY2(result.target_range_m >= low && result.target_range_m <= high,
+                 qPrintable(QString::number(result.target_range_m)));
+        for (int i = 0; i < 20; ++i) {
+            QVERIFY(step(ps, scene, result));
+            QCOMPARE(result.state, VRN_PRESENCE_STATE_PRESENCE);
+        }
+        // The person leaves: the first empty frame still differs from the
+        // last one with the person in it, then the room is quiet.
+        for (uint32_t i = 1; i <= psConfig.absence_confirm_count + 1; ++i) {
+            QVERIFY(step(ps, empty, result));
+            if (i < psConfig.absence_confirm_count)
+                QCOMPARE(result.state, VRN_PRESENCE_STATE_PRESENCE);
+        }
+        QCOMPARE(result.state, VRN_PRESENCE_STATE_ABSENCE);
+        QCOMPARE(result.target_range_m, 0.0f);
+        QCOMPARE(sdk.vrn->ps_destroy(ps), nullptr);
+    }
+
+    void absenceWhenNothingMovesInRange_data()
+    {
+        QTest::addColumn<QString>("targets");
+        QTest::newRow("empty room with a wall") << QString();
+        QTest::newRow("person beyond the maximum range") << QString::fromLatin1(kBeyond);
+    }
+
+    void absenceWhenNothingMovesInRange()
+    {
+        QFETCH(QString, targets);
+        QCOMPARE(sdk.sim->load_bench_json(benchWith(targets).constData()), nullptr);
+        QVERIFY(open(scene, "ps-scene"));
+        vrn_PresenceSensing_Handle ps = nullptr;
+        QCOMPARE(sdk.vrn->ps_create(&psConfig, &ps), nullptr);
+        vrn_PresenceSensing_Result_t result{};
+        for (uint32_t i = 0; i < 3 * psConfig.presence_confirm_count + 10; ++i) {
+            QVERIFY(step(ps, scene, result));
+            QCOMPARE(result.state, VRN_PRESENCE_STATE_ABSENCE);
+            QVERIFY(result.motion_energy < psConfig.sensitivity_threshold);
+        }
+        sdk.vrn->ps_destroy(ps);
+    }
+
+    void presenceRefusals_data()
+    {
+        QTest::addColumn<int>("field");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("minimum above maximum") << 0 << "minimum detection range";
+        QTest::newRow("no presence confirm") << 1 << "confirm counts";
+        QTest::newRow("beyond the frame") << 2 << "beyond the frame";
+        QTest::newRow("no bandwidth") << 3 << "bandwidth";
+        QTest::newRow("wrong input shape") << 4 << "64 chirps x 128 samples";
+        QTest::newRow("pulsed Doppler chip") << 5 << "FMCW chip";
+    }
+
+    void presenceRefusals()
+    {
+        QFETCH(int, field);
+        QFETCH(QString, words);
+        switch (field) {
+        case 0: psConfig.min_detection_range_m = 4.0f; psConfig.max_detection_range_m = 2.0f; break;
+        case 1: psConfig.presence_confirm_count = 0; break;
+        case 2: psConfig.max_detection_range_m = 12.0f; break;
+        case 3: psConfig.device_config.upper_frequency_Hz = psConfig.device_config.lower_frequency_Hz; break;
+        }
+        vrn_PresenceSensing_Handle ps = nullptr;
+        const char* error = nullptr;
+        if (field == 4) {
+            QCOMPARE(sdk.vrn->ps_create(&psConfig, &ps), nullptr);
+            vrn_Matrix_R_s* wrong = nullptr;
+            QCOMPARE(sdk.vrn->matrix_r_create(64, 64, &wrong), nullptr);
+            vrn_PresenceSensing_Result_t result{};
+            error = sdk.vrn->ps_run(ps, wrong, &result);
+            QVERIFY(error);
+            const QString text = QString::fromUtf8(error);
+            sdk.vrn->matrix_r_destroy(wrong);
+            sdk.vrn->ps_destroy(ps);
+            QVERIFY2(text.contains(words), qPrintable(text));
+            return;
+        }
+        if (field == 5)
+            error = sdk.vrn->ps_default_config(VRN_DEVICE_TYPE_ZP7, &psConfig);
+        else
+            error = sdk.vrn->ps_create(&psConfig, &ps);
+        QVERIFY(error);
+        QVERIFY2(QString::fromUtf8(error).contains(words), error);
+        QCOMPARE(ps, nullptr);
+    }
+
+    void angleAndSegmentOfOneTarget_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<int>("segment");  // of the default 3 x 40 degrees
+        QTest::newRow("-30 deg") << -30.0 << 0;
+        QTest::newRow("-12 deg") << -12.0 << 1;
+        QTest::newRow("boresight") << 0.0 << 1;
+        QTest::newRow("30 deg") << 30.0 << 2;
+        QTest::newRow("45 deg") << 45.0 << 2;
+    }
+
+    void angleAndSegmentOfOneTarget()
+    {
+        QFETCH(double, angle);
+        QFETCH(int, segment);
+        QVERIFY(open(mover(2.5, 0.5, angle)));
+        vrn_Segmentation_Handle seg = nullptr;
+        QCOMPARE(sdk.vrn->seg_create(&segConfig, &seg), nullptr);
+        vrn_Segmentation_Result_t result{};
+        uint32_t id = 0;
+        for (int i = 0; i < 6; ++i) {
+            QVERIFY(step(seg, result));
+            if (i == 0) {
+                QCOMPARE(result.num_tracks, 0u);  // hysteresis: shown from the second hit
+                continue;
+            }
+            QCOMPARE(result.num_tracks, 1u);
+            if (id == 0)
+                id = result.tracks[0].id;
+            QCOMPARE(result.tracks[0].id, id);
+        }
+        const vrn_Segmentation_Track_t& track = result.tracks[0];
+        QVERIFY2(std::abs(track.angle_deg - angle) < 5.0, qPrintable(QString::number(track.angle_deg)));
+        QVERIFY2(std::abs(track.range_m - 2.75) < 0.4, qPrintable(QString::number(track.range_m)));
+        QVERIFY2(std::abs(track.speed_m_s - 0.5) < 0.15, qPrintable(QString::number(track.speed_m_s)));
+        QCOMPARE(result.num_segments, 3u);
+        for (int s = 0; s < 3; ++s)
+            QCOMPARE(int(result.segment_occupied[s]), s == segment ? 1 : 0);
+        sdk.vrn->seg_destroy(seg);
+    }
+
+    void twoTargetsKeepTheirIdentifiers()
+    {
+        QVERIFY(open(mover(1.5, 0.6, -30.0) + QLatin1Char(',') + mover(3.5, -0.7, 25.0)));
+        segConfig.enable_hysteresis = 0;
+        vrn_Segmentation_Handle seg = nullptr;
+        QCOMPARE(sdk.vrn->seg_create(&segConfig, &seg), nullptr);
+        vrn_Segmentation_Result_t result{};
+        QVERIFY(step(seg, result));
+        QCOMPARE(result.num_tracks, 2u);  // no hysteresis: shown at once
+        auto idNear = [&](double angle) {
+            for (uint32_t i = 0; i < result.num_tracks; ++i)
+                if (std::abs(result.tracks[i].angle_deg - angle) < 5.0)
+                    return result.tracks[i].id;
+            return 0u;
+        };
+        const uint32_t left = idNear(-30.0), right = idNear(25.0);
+        QVERIFY(left != 0 && right != 0 && left != right);
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY(step(seg, result));
+            QCOMPARE(result.num_tracks, 2u);
+            QCOMPARE(idNear(-30.0), left);
+            QCOMPARE(idNear(25.0), right);
+        }
+        QCOMPARE(int(result.segment_occupied[0]), 1);
+        QCOMPARE(int(result.segment_occupied[1]), 0);
+        QCOMPARE(int(result.segment_occupied[2]), 1);
+        sdk.vrn->seg_destroy(seg);
+    }
+
+    void staticTargetsFollowTheRemovalLevel_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<uint32_t>("tracks");
+        QTest::newRow("medium removal hides a still target") << int(VRN_LEVEL_MED) << 0u;
+        QTest::newRow("low removal keeps it") << int(VRN_LEVEL_LOW) << 1u;
+    }
+
+    void staticTargetsFollowTheRemovalLevel()
+    {
+        QFETCH(int, level);
+        QFETCH(uint32_t, tracks);
+        QVERIFY(open(mover(3.0, 0.0, 10.0)));
+        segConfig.static_target_removal = vrn_Level_t(level);
+        vrn_Segmentation_Handle seg = nullptr;
+        QCOMPARE(sdk.vrn->seg_create(&segConfig, &seg), nullptr);
+        vrn_Segmentation_Result_t result{};
+        for (int i = 0; i < 4; ++i)
+            QVERIFY(step(seg, result));
+        QCOMPARE(result.num_tracks, tracks);
+        if (tracks)
+            QVERIFY(std::abs(result.tracks[0].speed_m_s) < 0.05f);
+        sdk.vrn->seg_destroy(seg);
+    }
+
+    void segmentationRefusals()
+    {
+        QVERIFY(open(mover(2.0, 0.5, 0.0)));
+        vrn_Segmentation_Handle seg = nullptr;
+        vrn_Segmentation_Config_t bad = segConfig;
+        bad.max_num_tracks = 0;
+        QVERIFY(QString::fromUtf8(sdk.vrn->seg_create(&bad, &seg)).contains("tracks"));
+        bad = segConfig;
+        bad.num_segments = 4;
+        QVERIFY(QString::fromUtf8(sdk.vrn->seg_create(&bad, &seg)).contains("segments"));
+        QCOMPARE(seg, nullptr);
+        QVERIFY(QString::fromUtf8(sdk.vrn->seg_default_config(VRN_DEVICE_TYPE_ZP7, &deviceConfig, &bad))
+                    .contains("FMCW chip"));
+
+        QCOMPARE(sdk.vrn->seg_create(&segConfig, &seg), nullptr);
+        vrn_Frame_R_t* three = nullptr;
+        QCOMPARE(sdk.vrn->frame_r_create(3, deviceConfig.num_chirps_per_frame, deviceConfig.num_samples_per_chirp,
+                                         &three),
+                 nullptr);
+        vrn_Segmentation_Result_t result{};
+        QVERIFY(QString::fromUtf8(sdk.vrn->seg_run(seg, three, &result)).contains("this one has 3"));
+        sdk.vrn->frame_r_destroy(three);
+        QCOMPARE(sdk.vrn->seg_destroy(seg), nullptr);
+        QVERIFY(sdk.vrn->seg_destroy(nullptr));
     }
 };
 
