@@ -31,10 +31,7 @@ public:
 
 QString reflector(double range, double speed, double rcs = 1.0)
 {
-    return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "rcs_m2": %3 })")
-        .arg(range)
-        .arg(speed)
-        .arg(rcs);
+    return QStringLiteral(R"({ "kind": "reflector", "range_m": %1, "speed_m_s": %2, "rcs_m2": %3 })").arg(range).arg(speed).arg(rcs);
 }
 
 }
@@ -91,14 +88,13 @@ private slots:
         QVERIFY(map);
         QCOMPARE(map->rows, settings.rangeFftSize() / 2);
         QCOMPARE(map->cols, settings.dopplerFftSize());
-        quint32 bestRow = 0;
-        quint32 bestCol = 0;
-        for (quint32 r = 0; r < map->rows; ++r)
-            for (quint32 c = 0; c < map->cols; ++c)
-                if (map->data[r * map->stride + c] > map->data[bestRow * map->stride + bestCol]) {
-                    bestRow = r;
-                    bestCol = c;
-                }
+        quint32 best = 0;
+        for (quint32 i = 0; i < map->rows * map->stride; ++i) {
+            if (i % map->stride < map->cols && map->data[i] > map->data[best])
+                best = i;
+        }
+        const quint32 bestRow = best / map->stride;
+        const quint32 bestCol = best % map->stride;
         const double foundRange = rangeAxis.min() + bestRow * rangeAxis.step();
         const double foundSpeed = speedAxis.min() + bestCol * speedAxis.step();
         QVERIFY2(qAbs(foundRange - range) <= 0.15, qPrintable(QString::number(foundRange)));
@@ -113,14 +109,13 @@ private slots:
         QPixmap pixmap;
         QVERIFY(chart.render(pixmap));
         const QImage image = pixmap.toImage();
-        const quint8* rgb = chart.colorMap().colorOf(map->data[bestRow * map->stride + bestCol]);
+        const quint8* rgb = chart.colorMap().colorOf(map->data[best]);
         QCOMPARE(image.pixel(int(bestCol), image.height() - 1 - int(bestRow)), qRgb(rgb[0], rgb[1], rgb[2]));
     }
 
 private:
     // Loads the scene, opens and configures the board for Rx1 alone; false
     // on any failure.
-
     bool open(const QString& targets)
     {
         const Vrn* vrn = m_broker.vrn;
@@ -140,8 +135,7 @@ private:
     {
         const Vrn* vrn = m_broker.vrn;
         vrn_Frame_R_t* frame = nullptr;
-        if (vrn->frame_r_create(1, m_config.num_chirps_per_frame,
-                                m_config.num_samples_per_chirp, &frame))
+        if (vrn->frame_r_create(1, m_config.num_chirps_per_frame, m_config.num_samples_per_chirp, &frame))
             return nullptr;
         SharedFrame shared(frame, [vrn](const vrn_Frame_R_t* f) { vrn->frame_r_destroy(const_cast<vrn_Frame_R_t*>(f)); });
         if (vrn->device_get_next_frame(m_device, frame, 1000) != VRN_STATUS_OK)
