@@ -4,7 +4,6 @@
 #include "ModuleHost.h"
 #include "SimulatedHost.h"
 
-#include "common/ISeriesChartData.h"
 #include "host/Constants.h"
 #include "host/CoreUserSettings.h"
 #include "host/IPlayback.h"
@@ -93,34 +92,6 @@ private slots:
         QVERIFY2(refreshes.count() <= elapsed / 250 + 2,
                  qPrintable(QStringLiteral("%1 refreshes in %2 ms").arg(refreshes.count()).arg(elapsed)));
         QVERIFY(numbers.count() > 10 * refreshes.count());
-    }
-
-    void rangeSpectrumShowsTheTargetAtItsRange()
-    {
-        connectBoard(QStringLiteral("realtime"));
-        QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
-        QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
-
-        ISeriesChartData* spectrum = chartData(Constants::Chart::FrequencyDomain);
-        QVERIFY(spectrum);
-        QCOMPARE(spectrum->seriesCount(), 1u);
-        auto points = spectrum->iterator(0);
-        QVERIFY(points);
-        QPointF peak(0.0, -1e30);
-        int count = 0;
-        while (points->hasNext()) {
-            const QPointF point = points->next();
-            ++count;
-            // Skip the leakage next to zero range.
-            if (point.x() > 0.5 && point.y() > peak.y())
-                peak = point;
-        }
-        QVERIFY(count > 16);
-        QVERIFY2(qAbs(peak.x() - 3.0) <= 0.2, qPrintable(QStringLiteral("peak at %1 m").arg(peak.x())));
-
-        ISeriesChartData* timeDomain = chartData(Constants::Chart::TimeDomain);
-        QVERIFY(timeDomain && timeDomain->iterator(0));
-        QVERIFY(!chartData(Constants::Chart::RangeDoppler));
     }
 
     void recordingStopsAtItsLimit_data()
@@ -342,11 +313,8 @@ private:
         const QString directory = m_dir.filePath(pacing);
         QVERIFY(QDir().mkpath(directory));
         m_sim = std::make_unique<SimulatedHost>();
-        const QString scene = QStringLiteral(R"({ "targets": [
-            { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.0, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
-        const QString error =
-            m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), pacing, scene),
-                         directory);
+        const QString error
+            = m_sim->start(SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), pacing), directory);
         QVERIFY2(error.isEmpty(), qPrintable(error));
         const QString connected = m_sim->connectFirstBoard();
         QVERIFY2(connected.isEmpty(), qPrintable(connected));
@@ -367,14 +335,6 @@ private:
         settings.setTimeLimitOnRecording(false);
         settings.setNumOfFrames(frames);
         return settings;
-    }
-
-    ISeriesChartData* chartData(Constants::Chart chart)
-    {
-        ISeriesChartData* data = nullptr;
-        QMetaObject::invokeMethod(view(), "getChartData", Q_RETURN_ARG(ISeriesChartData*, data),
-                                  Q_ARG(int, int(chart)));
-        return data;
     }
 
     // The metrics of the view's "guiConfiguration" or "deviceConfiguration".
