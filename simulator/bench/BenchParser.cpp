@@ -163,10 +163,14 @@ bool parseFault(const QJsonValue& value, const QString& path, ScheduledFault& f,
         return false;
     }
     Reader r(value.toObject(), path, error);
-    r.checkKeys({"at_frame", "status", "count", "kind"});
-    if (r.ok() && !r.has("at_frame"))
-        r.fail(QStringLiteral("at_frame"), QStringLiteral("is missing"));
-    f.atFrame = static_cast<uint64_t>(r.number("at_frame", 0, 0, 1e15));
+    r.checkKeys({"at_frame", "at_capture", "status", "count", "kind"});
+    f.atCapture = r.has("at_capture");
+    if (r.ok() && !r.has("at_frame") && !f.atCapture)
+        r.fail(QStringLiteral("at_frame"), QStringLiteral("is missing (or \"at_capture\")"));
+    if (r.ok() && r.has("at_frame") && f.atCapture)
+        r.fail(QStringLiteral("at_capture"), QStringLiteral("cannot go with \"at_frame\""));
+    const char* at = f.atCapture ? "at_capture" : "at_frame";
+    f.atFrame = static_cast<uint64_t>(r.number(at, 0, 0, 1e15));
     f.count = static_cast<uint32_t>(r.number("count", 1, 0, 4e9));
     const QString kind = r.text("kind", QStringLiteral("fetch"));
     if (kind == QLatin1String("unplug"))

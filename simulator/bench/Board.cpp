@@ -58,6 +58,7 @@ vrn_Status_t Board::open(bool& nullHandle)
         return VRN_STATUS_FIRMWARE_NOT_SUPPORTED;
     m_open = true;
     m_delivered = 0;
+    m_captured = 0;
     std::fill(m_scheduledDone.begin(), m_scheduledDone.end(), false);
     return VRN_STATUS_OK;
 }
@@ -119,11 +120,11 @@ double Board::sceneTime(Clock::time_point at) const
     return std::chrono::duration<double>(at - m_pluggedAt).count();
 }
 
-bool Board::scheduledFault(int32_t& status, bool& unplug)
+bool Board::scheduledFault(bool capture, int32_t& status, bool& unplug)
 {
     for (size_t i = 0; i < m_spec.faults.size(); ++i) {
         const ScheduledFault& f = m_spec.faults[i];
-        if (m_scheduledDone[i] || m_delivered < f.atFrame)
+        if (m_scheduledDone[i] || (f.atCapture && !capture) || (f.atCapture ? m_captured : m_delivered) < f.atFrame)
             continue;
         m_scheduledDone[i] = true;
         if (f.unplug) {
@@ -150,7 +151,7 @@ vrn_Status_t Board::awaitFrame(const Pacing& pacing, uint16_t timeoutMs, FrameTi
 
     int32_t faultStatus = 0;
     bool unplug = false;
-    if (scheduledFault(faultStatus, unplug)) {
+    if (scheduledFault(false, faultStatus, unplug)) {
         if (unplug) {
             ticket.unplugNow = true;
             return VRN_STATUS_COMMUNICATION_LOST;
@@ -217,11 +218,12 @@ vrn_Status_t Board::takeCapture(double durationS, FrameTicket& ticket)
         return VRN_STATUS_COMMUNICATION_LOST;
     int32_t status = 0;
     bool unplug = false;
-    if (scheduledFault(status, unplug)) {
+    if (scheduledFault(true, status, unplug)) {
         ticket.unplugNow = unplug;
         return unplug ? VRN_STATUS_COMMUNICATION_LOST : status;
     }
     ticket.index = m_delivered++;
+    ++m_captured;
     if (m_spec.realtime) {
         ticket.sceneTime = sceneTime(Clock::now());
     } else {

@@ -58,7 +58,8 @@ public:
 
 private:
     double sceneTime(Clock::time_point at) const;
-    bool scheduledFault(int32_t& status, bool& unplug);
+    // `capture`: asked by a CW capture; only captures meet the faults scheduled by capture.
+    bool scheduledFault(bool capture, int32_t& status, bool& unplug);
 
     const BoardSpec m_spec;
     const NoiseSource m_noise;
@@ -81,6 +82,7 @@ private:
     Clock::time_point m_start;
     uint64_t m_nextIndex = 0;
     uint64_t m_delivered = 0;   // frames handed out since the board was opened
+    uint64_t m_captured = 0;    // of those, CW captures
     uint64_t m_dropped = 0;
     double m_virtualTime = 0;   // scene clock of unpaced boards
 };

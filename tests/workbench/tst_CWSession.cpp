@@ -174,7 +174,7 @@ private slots:
     {
         const QString bench = m_dir.filePath("unplug.json");
         QVERIFY(writeFile(bench, R"({ "boards": [ { "uuid": "cw-u", "shield": 512, "chip": "KMR7A",
-            "pacing": "unpaced", "faults": [ { "at_frame": 1, "kind": "unplug" } ] } ] })"));
+            "pacing": "unpaced", "faults": [ { "at_capture": 1, "kind": "unplug" } ] } ] })"));
         const QString base = m_dir.filePath("unplugged");
         const WorkbenchRun run = runWorkbench({ "--headless", "--mode", "CW", "--bench", bench, "--settings",
                                        m_dir.filePath("settings.json"), "--emit", "2", "--capture", "3", "--log",

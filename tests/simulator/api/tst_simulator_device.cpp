@@ -341,6 +341,12 @@ private slots:
         QTest::newRow("typo") << R"({ "boards": [ { "uuid": "x", "pacng": "unpaced" } ] })" << "boards[0].pacng";
         QTest::newRow("fault status") << R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1 } ] } ] })"
                                       << "boards[0].faults[0].status";
+        QTest::newRow("fault counted twice")
+            << R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1, "at_capture": 1, "kind": "unplug" } ] } ] })"
+            << "boards[0].faults[0].at_capture: cannot go with";
+        QTest::newRow("fault without a count")
+            << R"({ "boards": [ { "uuid": "x", "faults": [ { "kind": "unplug" } ] } ] })"
+            << "boards[0].faults[0].at_frame: is missing";
         QTest::newRow("duplicate uuid") << R"({ "boards": [ { "uuid": "x" }, { "uuid": "x" } ] })"
                                         << "boards[1].uuid";
         QTest::newRow("not JSON") << "{ boards" << "not valid JSON";
