@@ -1,4 +1,3 @@
-#include "FakeDeviceListSdk.h"
 #include "FakeSubmoduleCoordinator.h"
 #include "FakeVrn.h"
 
@@ -6,12 +5,89 @@
 #include "frame/RadarDeviceMonitor.h"
 #include "frame/RadarDeviceProxy.h"
 
+#include <QMutex>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QtTest>
 
-using FakeDeviceListSdk::script;
+#include <cstring>
 
 namespace {
+
+// A Vrn table whose device list is scripted by the test. Only the list
+// entry points are filled; the detection thread calls them.
+struct Script {
+    QMutex mutex;
+    QVector<QPair<vrn_Device_Shield_Type_t, QString>> boards;
+    int failingEntry = -1;       // index whose read fails, -1 for none
+    bool failList = false;
+    int listCalls = 0;
+    bool gated = false;          // when set, each list call waits for gate
+    QSemaphore entered;          // released when a list call starts
+    QSemaphore gate;
+};
+
+Script& script()
+{
+    static Script instance;
+    return instance;
+}
+
+struct List {
+    QVector<QPair<vrn_Device_Shield_Type_t, QByteArray>> boards;
+    int failingEntry;
+};
+
+vrn_Error_t listGet(vrn_Device_List_Handle* handle)
+{
+    Script& s = script();
+    bool gated = false;
+    {
+        QMutexLocker lock(&s.mutex);
+        ++s.listCalls;
+        gated = s.gated;
+    }
+    s.entered.release();
+    if (gated)
+        s.gate.acquire();
+    QMutexLocker lock(&s.mutex);
+    if (s.failList)
+        return "list unavailable";
+    auto* list = new List { {}, s.failingEntry };
+    for (const auto& board : qAsConst(s.boards))
+        list->boards.append({ board.first, board.second.toUtf8() });
+    *handle = reinterpret_cast<vrn_Device_List_Handle>(list);
+    return nullptr;
+}
+
+const Vrn* deviceListTable()
+{
+    static const Vrn sdk = [] {
+        Vrn t {};
+        t.api_version = VRN_API_VERSION;
+        t.struct_size = sizeof(Vrn);
+        t.device_list_get = listGet;
+        t.device_list_size = [](vrn_Device_List_Handle handle, uint32_t* count) -> vrn_Error_t {
+            *count = uint32_t(reinterpret_cast<List*>(handle)->boards.size());
+            return nullptr;
+        };
+        t.device_list_entry = [](vrn_Device_List_Handle handle, uint32_t index, vrn_Device_List_Entry_t* entry)
+            -> vrn_Error_t {
+            auto* list = reinterpret_cast<List*>(handle);
+            if (int(index) == list->failingEntry)
+                return "entry unreadable";
+            entry->shield_type = list->boards.at(int(index)).first;
+            std::strncpy(entry->uuid, list->boards.at(int(index)).second.constData(), VRN_UUID_MAX - 1);
+            return nullptr;
+        };
+        t.device_list_destroy = [](vrn_Device_List_Handle handle) -> vrn_Error_t {
+            delete reinterpret_cast<List*>(handle);
+            return nullptr;
+        };
+        return t;
+    }();
+    return &sdk;
+}
 
 void attach(QVector<QPair<vrn_Device_Shield_Type_t, QString>> boards, int failingEntry = -1)
 {
@@ -27,7 +103,7 @@ class TestRadarDeviceMonitor : public QObject
     Q_OBJECT
 
 private:
-    FakeBroker m_broker { FakeDeviceListSdk::table() };
+    FakeBroker m_broker { deviceListTable() };
     FakeSubmoduleCoordinator m_standard { { { VRN_SHIELD_FMCW_512, QStringLiteral("Standard") } } };
     RadarCoordinator m_coordinator;
     std::unique_ptr<RadarDeviceMonitor> m_monitor;
