@@ -94,51 +94,12 @@ private slots:
         QVERIFY(numbers.count() > 10 * refreshes.count());
     }
 
-    void recordingStopsAtItsLimit_data()
-    {
-        QTest::addColumn<quint32>("frames");
-        QTest::addColumn<quint32>("seconds"); // a time limit when not 0
-        QTest::addColumn<int>("expected");
-        QTest::newRow("25 frames") << 25u << 0u << 25;
-        // 2 s at the default 0.1 s frame time.
-        QTest::newRow("2 seconds") << 0u << 2u << 20;
-    }
-
-    void recordingStopsAtItsLimit()
-    {
-        QFETCH(quint32, frames);
-        QFETCH(quint32, seconds);
-        QFETCH(int, expected);
-        connectBoard(QStringLiteral("unpaced"));
-        // A recording never overwrites another: each row records under its own name.
-        const QString name = QStringLiteral("limit-") + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-');
-        RecordingUserSettings& settings = recordingSettings(name, frames);
-        settings.setTimeLimitOnRecording(seconds > 0);
-        settings.setDuration(0, 0, seconds, 0);
-
-        QSignalSpy active(view(), SIGNAL(isRecordingActiveChanged(bool)));
-        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
-        QVERIFY(view()->property("isRecordingActive").toBool());
-        QTRY_COMPARE_WITH_TIMEOUT(active.count(), 2, 20000);
-        QVERIFY(!view()->property("isRecordingActive").toBool());
-
-        Recording recording;
-        const QString base = m_dir.filePath(name);
-        QVERIFY(readRecording(base, recording));
-        QCOMPARE(int(recording.frames.size()), expected);
-        QVERIFY(consecutive(recording));
-        QCOMPARE(recording.header.samplesPerFrame, recording.header.samplesPerChirp * recording.header.chirpsPerFrame);
-        QVERIFY(QFile::exists(base + QStringLiteral(".json")));
-    }
-
-    void playbackReproducesTheRecordedFramesInOrder()
+    // That it plays the recorded frames, in order, is checked by
+    // tst_HeadlessSession's copy of a replayed recording.
+    void playbackTakesTheBoardsPlaceAndRunsToTheEnd()
     {
         connectBoard(QStringLiteral("unpaced"));
         record(QStringLiteral("original"), 12);
-        Recording original;
-        QVERIFY(readRecording(m_dir.filePath(QStringLiteral("original")), original));
-        QCOMPARE(int(original.frames.size()), 12);
-
         // Every mode registers a playback; only the standard mode's takes an
         // FMCW recording.
         const QString path = m_dir.filePath(QStringLiteral("original"));
@@ -150,28 +111,11 @@ private slots:
         QVERIFY(!view()->property("isConnected").toBool());
         QCOMPARE(view()->property("totalFramesNumber").toUInt(), 12u);
 
-        // Record what the playback feeds the pipeline.
-        RecordingUserSettings& settings = *core().recordingUserSettings();
-        settings.setFileName(QStringLiteral("replayed"));
-        settings.setNumOfFrames(12);
-        QSignalSpy recordingActive(view(), SIGNAL(isRecordingActiveChanged(bool)));
         QSignalSpy playbackActive(view(), SIGNAL(playbackActiveChanged(bool)));
-        QVERIFY(QMetaObject::invokeMethod(view(), "startRecording"));
         playback.play();
         QVERIFY(view()->property("isPlaybackActive").toBool());
-        QTRY_COMPARE_WITH_TIMEOUT(recordingActive.count(), 2, 20000);
         QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isPlaybackActive").toBool(), 10000);
         QCOMPARE(playbackActive.last().at(0).toBool(), false);
-
-        Recording replayed;
-        QVERIFY(readRecording(m_dir.filePath(QStringLiteral("replayed")), replayed));
-        QCOMPARE(replayed.frames.size(), original.frames.size());
-        QCOMPARE(replayed.frames.front().frameNumber, 0);
-        QVERIFY(consecutive(replayed));
-        for (size_t i = 0; i < original.frames.size(); ++i)
-            QVERIFY2(replayed.frames[i].samples == original.frames[i].samples, qPrintable(QString::number(i)));
-        QCOMPARE(std::make_pair(replayed.header.samplesPerChirp, replayed.header.framePeriodSec),
-                 std::make_pair(original.header.samplesPerChirp, original.header.framePeriodSec));
     }
 
     void playbackOfAFramePeriodTheClockCannotHold_data()
@@ -327,14 +271,13 @@ private:
     CoreUserSettings& core() { return m_sim->core(); }
 
     // Recording settings for `frames` frames into `name` below the test's directory.
-    RecordingUserSettings& recordingSettings(const QString& name, quint32 frames)
+    void recordingSettings(const QString& name, quint32 frames)
     {
         RecordingUserSettings& settings = *core().recordingUserSettings();
         settings.setRecordingPath(m_dir.path());
         settings.setFileName(name);
         settings.setTimeLimitOnRecording(false);
         settings.setNumOfFrames(frames);
-        return settings;
     }
 
     // The metrics of the view's "guiConfiguration" or "deviceConfiguration".
