@@ -1,11 +1,12 @@
 // CW mode's running side against the scripted SDK: the controller's calls
-// and messages, the coordinator's emission rules and the protector's
-// switching, where a failure must be forced or a call counted.
+// and messages, the coordinator's emission rules, the protector's switching
+// and refused logging, where a failure must be forced or a call counted.
 
 #include "FakeCw.h"
 #include "FakeVrn.h"
 #include "FmcwTestSupport.h"
 
+#include "core/LoggingConfiguration.h"
 #include "fmcw/common/RadarAntennas.h"
 #include "fmcw/common/RadarDevice.h"
 #include "fmcw/cw/IRadarCWEmission.h"
@@ -21,6 +22,7 @@
 #include <QElapsedTimer>
 #include <QMutex>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -250,6 +252,32 @@ private slots:
         QCOMPARE(textsOf(messages), QStringList { message });
         QVERIFY(m_coordinator->isConnected());
         QCOMPARE(m_processing->frameSequence(), sequence);
+    }
+
+    // What a logged frame holds, and its file's name, is checked end to end
+    // by the workbench's CW session and CW pages.
+    void loggingIsRefusedWithItsReason_data()
+    {
+        QTest::addColumn<bool>("captured");
+        QTest::addColumn<QString>("folder"); // below an empty temporary one
+        QTest::addColumn<QString>("message");
+        QTest::newRow("folder two levels missing") << true << "no/such" << "Path is not valid";
+        QTest::newRow("nothing captured yet") << false << "" << "No frame has been captured yet";
+    }
+
+    void loggingIsRefusedWithItsReason()
+    {
+        QFETCH(bool, captured);
+        QFETCH(QString, folder);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        QVERIFY(connectBoard());
+        QVERIFY(!captured || m_processing->captureFrame());
+        m_config->userSettings()->loggingConfiguration()->setLoggingPath(dir.filePath(folder));
+        QSignalSpy events(m_processing.get(), &RadarCWDataProcessing::triggerEvent);
+        QVERIFY(!m_processing->logOneFrame());
+        QCOMPARE(textsOf(events), QStringList { message });
+        QVERIFY(QDir(dir.path()).isEmpty());
     }
 
     void protectorEndsOnAFailingSwitch()

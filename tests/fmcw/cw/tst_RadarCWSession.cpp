@@ -13,7 +13,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QSignalSpy>
@@ -155,39 +154,6 @@ private slots:
         const double share = emittedShare(3000);
         QVERIFY2(share >= least && share <= most, qPrintable(QString::number(share)));
         QVERIFY(!cwView()->property("isEmissionActive").toBool());
-    }
-
-    void logOneFrameWritesEveryEnabledReceiver()
-    {
-        QObject* rx = child(child(cwView(), "guiConfig"), "rxAntennas");
-        QVERIFY(QMetaObject::invokeMethod(rx, "setEnabled", Q_ARG(int, 1), Q_ARG(bool, false)));
-        applyParam("rxNumSamples", 128u);
-        QVERIFY(call("captureFrame"));
-        QObject* logging = child(child(cwView(), "userSettings"), "loggingConfiguration");
-        const QString directory = m_dir.filePath(QStringLiteral("logs"));
-        QVERIFY(logging->setProperty("loggingPath", directory));
-        QVERIFY(call("logOneFrame"));
-        const QStringList files = QDir(directory).entryList({ QStringLiteral("*.csv") }, QDir::Files);
-        QCOMPARE(files.size(), 1);
-        QVERIFY2(files.at(0).startsWith(logging->property("loggingFileName").toString() + QStringLiteral("_")),
-                 qPrintable(files.at(0)));
-
-        QFile file(QDir(directory).filePath(files.at(0)));
-        QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        QCOMPARE(lines.first(), QStringLiteral("# Tavrin Workbench Radar"));
-        const QStringList data = lines.filter(QRegularExpression(QStringLiteral("^[^#]")));
-        // The column row, then one line of two samples per sample position.
-        QCOMPARE(data.size(), 129);
-        QVERIFY2(data.first().contains(QStringLiteral("Tx1Rx1")) && data.first().contains(QStringLiteral("Tx1Rx3")),
-                 qPrintable(data.first()));
-        QVERIFY(data.at(1).split(QRegularExpression(QStringLiteral("[,;\\t]"))).size() == 2);
-
-        // A path that cannot be made is refused with its message.
-        QVERIFY(logging->setProperty("loggingPath", m_dir.filePath(QStringLiteral("no/such/place"))));
-        QSignalSpy messages(cwView(), SIGNAL(enqueueUserMessage(Constants::UserMessageType, QString, QString)));
-        QVERIFY(!call("logOneFrame"));
-        QTRY_COMPARE(messagesOf(messages), QStringList { "Path is not valid" });
     }
 
     void communicationLossEndsTheSession()
