@@ -309,30 +309,35 @@ private slots:
 
     void mapOfTheChosenAntenna_data()
     {
-        QTest::addColumn<quint32>("channels");
+        QTest::addColumn<quint32>("channels"); // 0: no frame at all
         QTest::addColumn<quint32>("antenna");
-        QTest::addColumn<bool>("hasMap");
-        QTest::addColumn<float>("marker");
+        QTest::addColumn<QByteArray>("runError");
+        QTest::addColumn<float>("marker"); // 0: no map
 
-        QTest::newRow("first antenna") << 3u << 0u << true << 10.0f;
-        QTest::newRow("index equal to the count") << 3u << 3u << false << 0.0f;
-        QTest::newRow("far beyond") << 1u << 7u << false << 0.0f;
+        QTest::newRow("first antenna") << 3u << 0u << QByteArray() << 10.0f;
+        QTest::newRow("index equal to the count") << 3u << 3u << QByteArray() << 0.0f;
+        QTest::newRow("far beyond") << 1u << 7u << QByteArray() << 0.0f;
+        QTest::newRow("no frame") << 0u << 0u << QByteArray() << 0.0f;
+        QTest::newRow("run refused") << 1u << 0u << QByteArray("matrix too small") << 0.0f;
     }
 
     void mapOfTheChosenAntenna()
     {
         QFETCH(quint32, channels);
         QFETCH(quint32, antenna);
-        QFETCH(bool, hasMap);
+        QFETCH(QByteArray, runError);
         QFETCH(float, marker);
 
         m_settings->setRangeFftSize(128);
         auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *m_settings, nullptr, nullptr, 0, 0, 0, 0);
-        if (!hasMap)
+        fake->rdmRunError = runError.isEmpty() ? nullptr : runError.constData();
+        if (!runError.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data " + runError);
+        else if (marker == 0.0f)
             QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
         {
-            SharedMatrix map = calculator->processData(fake->newFrame(channels, 32, 64), antenna);
-            QCOMPARE(bool(map), hasMap);
+            SharedMatrix map = calculator->processData(channels ? fake->newFrame(channels, 32, 64) : SharedFrame(), antenna);
+            QCOMPARE(bool(map), marker != 0.0f);
             if (map) {
                 QCOMPARE(map->rows, 64u);  // range FFT 128 / 2
                 QCOMPARE(map->cols, 256u); // Doppler FFT
@@ -341,17 +346,6 @@ private slots:
         }
         QCOMPARE(fake->matricesAlive, 0);
         QCOMPARE(fake->framesAlive.load(), 0);
-    }
-
-    void failedRunGivesNoMap()
-    {
-        auto calculator = RadarRangeDopplerMapCalculator::create(fake->broker, *m_settings, nullptr, nullptr, 0, 0, 0, 0);
-        fake->rdmRunError = "matrix too small";
-        QTest::ignoreMessage(QtCriticalMsg, "Failed to calculate Range Doppler Map data matrix too small");
-        QVERIFY(!calculator->processData(fake->newFrame(1, 32, 64), 0));
-        QCOMPARE(fake->matricesAlive, 0);
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Range Doppler Map. Cannot get input data. Data is NULL");
-        QVERIFY(!calculator->processData(SharedFrame(), 0));
     }
 
     void refusedHandleIsLogged()
@@ -441,9 +435,10 @@ private slots:
         QCOMPARE(pixmap.cacheKey(), shown);
     }
 
-    void presenceRecordJoinsDefaultsUserAndScene()
+    void presenceJoinsDefaultsUserAndSceneAndReadsTheFirstAntenna()
     {
-        QVERIFY(presence());
+        auto calculator = presence();
+        QVERIFY(calculator);
         const vrn_PresenceSensing_Config_t& sent = fake->psConfig;
         QCOMPARE(std::make_tuple(sent.min_detection_range_m, sent.max_detection_range_m, sent.presence_confirm_count,
                                  sent.absence_confirm_count),
@@ -456,23 +451,11 @@ private slots:
         QCOMPARE(std::make_tuple(device.num_samples_per_chirp, device.num_chirps_per_frame, device.rx_mask,
                                  device.upper_frequency_Hz),
                  std::make_tuple(64u, 32u, 0b001u, 63000000000ull));
-    }
 
-    void presenceLooksAtTheFirstAntennaOnly_data()
-    {
-        QTest::addColumn<quint32>("channels");
-        QTest::newRow("one antenna") << 1u;
-        QTest::newRow("three antennas") << 3u;
-    }
-
-    void presenceLooksAtTheFirstAntennaOnly()
-    {
-        QFETCH(quint32, channels);
-        auto calculator = presence();
-        SharedPresenceResult result = calculator->process(fake->newFrame(channels, 32, 64));
+        SharedPresenceResult result = calculator->process(fake->newFrame(3, 32, 64));
         QVERIFY(result);
-        QCOMPARE(result->state, VRN_PRESENCE_STATE_PRESENCE);
-        QCOMPARE(result->motion_energy, 10.0f); // the first channel's samples
+        // The first channel's samples, of three.
+        QCOMPARE(std::make_pair(result->state, result->motion_energy), std::make_pair(VRN_PRESENCE_STATE_PRESENCE, 10.0f));
     }
 
     void presenceFailedRunDoesNotStopTheNextFrame()
@@ -549,56 +532,47 @@ private slots:
         QVERIFY(!RadarSegmentationCalculator::create(fake->broker, *user, 128, 64, 4.0e9f, 0.0005f, 60.0e9f));
     }
 
-    void segmentationReadsRx1AndRx3_data()
+    void segmentationReadsRx1AndRx3AndCopiesTheResult_data()
     {
         QTest::addColumn<quint32>("channels");
-        QTest::addColumn<QVector<float>>("markers"); // empty: refused
+        QTest::addColumn<QByteArray>("runError");
+        QTest::addColumn<QVector<float>>("markers"); // empty: refused before the run
 
-        QTest::newRow("Rx1 and Rx3 only") << 2u << QVector<float> { 10, 20 };
-        QTest::newRow("all three receivers") << 3u << QVector<float> { 10, 30 };
-        QTest::newRow("one channel is not enough") << 1u << QVector<float>();
+        QTest::newRow("Rx1 and Rx3 only") << 2u << QByteArray() << QVector<float> { 10, 20 };
+        QTest::newRow("all three receivers") << 3u << QByteArray() << QVector<float> { 10, 30 };
+        QTest::newRow("one channel is not enough") << 1u << QByteArray() << QVector<float>();
+        QTest::newRow("run refused") << 2u << QByteArray("channels differ in length") << QVector<float> { 10, 20 };
     }
 
-    void segmentationReadsRx1AndRx3()
+    void segmentationReadsRx1AndRx3AndCopiesTheResult()
     {
         QFETCH(quint32, channels);
+        QFETCH(QByteArray, runError);
         QFETCH(QVector<float>, markers);
 
-        auto calculator = segmentation();
-        if (markers.isEmpty())
-            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
-        const RadarSegmentationResult result = calculator->process(fake->newFrame(channels, 32, 64));
-        QCOMPARE(bool(result.trackedObjects), !markers.isEmpty());
-        QCOMPARE(bool(result.segments), !markers.isEmpty());
-        QCOMPARE(fake->segInputMarkers, markers);
-    }
-
-    void segmentationResultsAreCopied()
-    {
         fake->segResult.num_tracks = 2;
-        fake->segResult.tracks[0] = { 3, 1.5f, -20.0f, 0.4f };
         fake->segResult.tracks[1] = { 8, 2.25f, 10.0f, -1.0f };
         fake->segResult.num_segments = 3;
         fake->segResult.segment_occupied[0] = 1;
         fake->segResult.segment_occupied[2] = 7;
+        fake->segRunError = runError.isEmpty() ? nullptr : runError.constData();
         auto calculator = segmentation();
-
-        const RadarSegmentationResult result = calculator->process(fake->newFrame(2, 32, 64));
+        if (markers.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation. Cannot get input data. Data is NULL");
+        if (!runError.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result " + runError);
+        const bool copied = !markers.isEmpty() && runError.isEmpty();
+        const RadarSegmentationResult result = calculator->process(fake->newFrame(channels, 32, 64));
+        QCOMPARE(fake->framesAlive.load(), 0);
+        QCOMPARE(fake->segInputMarkers, markers);
+        QCOMPARE(bool(result.trackedObjects), copied);
+        QCOMPARE(bool(result.segments), copied);
+        if (!copied)
+            return;
         QCOMPARE(result.trackedObjects->size(), 2);
         const RadarTrackedObject& second = result.trackedObjects->at(1);
         QCOMPARE(std::make_tuple(second.id, second.distance, second.angle, second.speed), std::make_tuple(8u, 2.25f, 10.0f, -1.0f));
         QCOMPARE(*result.segments, (QVector<int> { 1, 0, 1 }));
-    }
-
-    void segmentationFailedRunGivesNothing()
-    {
-        fake->segRunError = "channels differ in length";
-        auto calculator = segmentation();
-        QTest::ignoreMessage(QtCriticalMsg, "Cannot calculate Segmentation result channels differ in length");
-        const RadarSegmentationResult result = calculator->process(fake->newFrame(2, 32, 64));
-        QVERIFY(!result.trackedObjects);
-        QVERIFY(!result.segments);
-        QCOMPARE(fake->framesAlive.load(), 0);
     }
 
 private:
