@@ -161,33 +161,39 @@ private slots:
         }
     }
 
-    void applicationChosenAfterALoadedFileStartsFromItsDefaults_data()
+    void loadedFileIsAppliedAsItStandsUnlessAnotherApplicationIsChosen_data()
     {
+        // A presence file of 0.25 s frames, loaded; then an application
+        // chosen, which starts from its own defaults.
         QTest::addColumn<QVector<int>>("fileRx");
         QTest::addColumn<bool>("fileRefused");
         QTest::addColumn<RadarConstants::Application>("chosen");
-        QTest::addColumn<QVector<int>>("appliedRx");
-        QTest::newRow("file refused, then Segmentation") << QVector<int> { 1, 3 } << true << RadarConstants::Segmentation
-                                                         << QVector<int> { 1, 3 };
-        QTest::newRow("file loaded, then None") << QVector<int> { 3 } << false << RadarConstants::None
-                                                << QVector<int> { 3 };
+        QTest::addColumn<float>("frameTime");
+        using V = QVector<int>;
+        QTest::newRow("file as it stands") << V { 3 } << false << RadarConstants::PresenceSensing << 0.25f;
+        QTest::newRow("file refused, then Segmentation") << V { 1, 3 } << true << RadarConstants::Segmentation << 0.1f;
+        QTest::newRow("file loaded, then None") << V { 3 } << false << RadarConstants::None << 0.1f;
     }
 
-    void applicationChosenAfterALoadedFileStartsFromItsDefaults()
+    void loadedFileIsAppliedAsItStandsUnlessAnotherApplicationIsChosen()
     {
         QFETCH(QVector<int>, fileRx);
         QFETCH(bool, fileRefused);
         QFETCH(RadarConstants::Application, chosen);
-        QFETCH(QVector<int>, appliedRx);
+        QFETCH(float, frameTime);
         applyApplication(RadarConstants::PresenceSensing);
         RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
         edited.metrics()->setFrameRepetitionTimeS(0.25f);
         edited.metrics()->rx()->setActiveAntennas(fileRx);
+        edited.presenceSensing()->setMaxDetectionRange(2.5f);
         const QString path = m_dir.filePath(QStringLiteral("presence.json"));
         QVERIFY(m_configuration->saveConfiguration(path));
         QVERIFY(m_configuration->revertConfiguration());
 
         QVERIFY(m_configuration->loadConfiguration(path, false));
+        QCOMPARE(std::make_tuple(edited.application(), edited.metrics()->frameRepetitionTimeS(),
+                                 edited.presenceSensing()->maxDetectionRange()),
+                 std::make_tuple(RadarConstants::PresenceSensing, 0.25f, 2.5f));
         if (fileRefused)
             QVERIFY(!m_configuration->applyGuiConfiguration());
         edited.setApplication(chosen);
@@ -196,7 +202,7 @@ private slots:
         const RadarDeviceConfiguration& applied = *m_configuration->appliedConfiguration();
         QCOMPARE(std::make_tuple(applied.application(), applied.metrics()->frameRepetitionTimeS(),
                                  applied.metrics()->rx()->activeAntennas()),
-                 std::make_tuple(chosen, 0.1f, appliedRx));
+                 std::make_tuple(chosen, frameTime, fileRx));
     }
 
     void applyKeepsTheUsersSegmentationSettings()
@@ -288,26 +294,6 @@ private slots:
             QCOMPARE(reported, details);
         QCOMPARE(m_configuration->editedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
         QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.1f);
-    }
-
-    void savedFileLoadsBack()
-    {
-        applyApplication(RadarConstants::PresenceSensing);
-        RadarDeviceConfiguration& edited = *m_configuration->editedConfiguration();
-        edited.presenceSensing()->setMaxDetectionRange(2.5f);
-        edited.metrics()->setFrameRepetitionTimeS(0.25f);
-        const QString path = m_dir.filePath(QStringLiteral("saved.json"));
-        QVERIFY(m_configuration->saveConfiguration(path));
-
-        edited.setApplication(RadarConstants::None);
-        edited.metrics()->setFrameRepetitionTimeS(0.5f);
-        QVERIFY(m_configuration->loadConfiguration(path, false));
-        QCOMPARE(std::make_tuple(edited.application(), edited.metrics()->frameRepetitionTimeS(),
-                                 edited.presenceSensing()->maxDetectionRange()),
-                 std::make_tuple(RadarConstants::PresenceSensing, 0.25f, 2.5f));
-        // A loaded file is applied as it stands, not replaced by the default.
-        QVERIFY(m_configuration->applyGuiConfiguration());
-        QCOMPARE(m_configuration->appliedConfiguration()->metrics()->frameRepetitionTimeS(), 0.25f);
     }
 
     void unknownChipCannotLoadUserFiles()

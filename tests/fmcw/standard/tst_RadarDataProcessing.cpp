@@ -308,26 +308,6 @@ private slots:
         QCOMPARE(RadarDataProcessing::presenceHistoryCapacity(frameTime), points);
     }
 
-    void chartDataByType_data()
-    {
-        QTest::addColumn<int>("chart");
-        QTest::addColumn<bool>("exists");
-        QTest::addColumn<bool>("stateHistory");
-        QTest::newRow("presence") << 2 << true << true;
-        QTest::newRow("polar") << 4 << false << false;
-    }
-
-    void chartDataByType()
-    {
-        QFETCH(int, chart);
-        QFETCH(bool, exists);
-        QFETCH(bool, stateHistory);
-        ISeriesChartData* data = m_processing->chartData(static_cast<Constants::Chart>(chart));
-        QCOMPARE(data != nullptr, exists);
-        if (data)
-            QCOMPARE(data->isStateHistory(), stateHistory);
-    }
-
     void polarChartMustExist()
     {
         QSignalSpy events(m_processing.get(), &IRadarDataProcessing::triggerEvent);
