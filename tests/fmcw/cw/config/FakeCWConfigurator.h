@@ -28,7 +28,6 @@ public:
 
     bool setConfiguration(const RadarDeviceCWConfig& config) override
     {
-        ++setCalls;
         if (failSet)
             return false;
         device = config.toSdkConfig();
@@ -69,7 +68,6 @@ public:
     bool failSet = false;
     bool failGet = false;
     bool failDefaults = false;
-    int setCalls = 0;
 };
 
 // A KMR7A-like board: three receivers, one transmitter.
