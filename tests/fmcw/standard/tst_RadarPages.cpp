@@ -1,46 +1,20 @@
-// The standard mode's pages as a person meets them: loaded from the module's
-// embedded QML into the host's engine, in a window, on a simulated board;
-// found by object name, typed into and clicked. Pictures of every tab go to
-// $RADAR_PAGES_PICTURES when it is set.
+// The standard mode's pages as a person meets them: in the workbench's
+// window on a simulated board, found by object name, typed into and
+// clicked. Any warning while a page lives fails the test; pictures of every
+// tab go to $WORKBENCH_WINDOW_PICTURES when it is set.
 
-#include "ModuleHost.h"
-#include "SimulatedHost.h"
-#include "WorkbenchItems.h"
+#include "PageTestSupport.h"
+#include "WindowRig.h"
+
+#include "BoardList.h"
 
 #include "host/CoreUserSettings.h"
 
-#include <QApplication>
-#include <QFileDialog>
-#include <QImage>
-#include <QLineEdit>
-#include <QQmlComponent>
-#include <QQmlContext>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QScreen>
 #include <QSignalSpy>
-#include <QtTest>
 
 #include <memory>
 
 namespace {
-
-// Every warning while a page lives: binding errors, missing types and
-// undefined values of the QML engine as much as what the module reports.
-// A session on a healthy simulated board has none.
-QStringList g_warnings;
-// What the offscreen platform says whenever a dialog window shows.
-const char* const kOffscreenDialogNotice = "This plugin does not support propagateSizeHints()";
-QtMessageHandler g_previousHandler = nullptr;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg && message != QLatin1String(kOffscreenDialogNotice))
-        g_warnings.append(message);
-    if (g_previousHandler)
-        g_previousHandler(type, context, message);
-}
 
 bool hasSeveralColours(const QImage& image, const QRect& area)
 {
@@ -54,19 +28,6 @@ bool hasSeveralColours(const QImage& image, const QRect& area)
     return false;
 }
 
-// Through the visual tree: the delegates of repeaters are children of the
-// items they show in, not of the repeater's object.
-QQuickItem* findItem(QQuickItem* root, const QString& name)
-{
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem* child : root->childItems()) {
-        if (QQuickItem* found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 class TestRadarPages : public QObject
@@ -75,55 +36,32 @@ class TestRadarPages : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_dir.isValid());
         // What an offscreen window gets without a GPU; asked for so that the
         // test does not depend on the machine.
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
-        registerWorkbenchItems(CoreUserSettings().palette());
-        g_previousHandler = qInstallMessageHandler(collectWarnings);
+        PageWarnings::install();
     }
 
+    // The board connected from the window's list, on its page once the charts run.
     void init()
     {
-        g_warnings.clear();
-        m_sim = std::make_unique<SimulatedHost>();
+        PageWarnings::collected().clear();
+        m_rig = std::make_unique<WindowRig>();
         const QString scene = QStringLiteral(R"({ "targets": [
             { "kind": "reflector", "range_m": 3.0, "speed_m_s": 0.5, "angle_deg": 0.0, "rcs_m2": 5.0 } ] })");
-        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()));
-        QVERIFY(QDir().mkpath(directory));
-        const QString error
-            = m_sim->start(SimulatedHost::oneBoardBench(QStringLiteral("1f3c-0002"), QStringLiteral("KMR7A"),
-                                                        QStringLiteral("realtime"), scene),
-                           directory);
-        QVERIFY2(error.isEmpty(), qPrintable(error));
-
-        QQmlEngine* engine = m_sim->host().engine();
-        engine->addImportPath(QStringLiteral("qrc:/qml"));
-        m_window = std::make_unique<QQuickWindow>();
-        m_window->resize(1280, 800);
-        QQmlComponent component(engine, QUrl(QStringLiteral("qrc:/qml/Radar/RadarModule.qml")));
-        QObject* created = component.create();
-        QVERIFY2(created, qPrintable(component.errorString()));
-        m_page = qobject_cast<QQuickItem*>(created);
-        QVERIFY(m_page);
-        m_page->setParentItem(m_window->contentItem());
-        m_page->setSize(QSizeF(1280, 800));
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-
-        const QString connected = m_sim->connectFirstBoard();
-        QVERIFY2(connected.isEmpty(), qPrintable(connected));
+        QCOMPARE(m_rig->start(SimulatedHost::oneBoardBench(QStringLiteral("1f3c-0002"), QStringLiteral("KMR7A"),
+                                                           QStringLiteral("realtime"), scene)),
+                 QString());
         QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
+        QVERIFY(m_rig->workbench().boardList().connectBoard(QStringLiteral("Radar")));
         QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
+        QVERIFY(item("chartsTab"));
     }
 
     void cleanup()
     {
-        delete m_page;
-        m_page = nullptr;
-        m_window.reset();
-        m_sim.reset();
-        QVERIFY2(g_warnings.isEmpty(), qPrintable(g_warnings.join(QLatin1Char('\n'))));
+        m_rig.reset();
+        QVERIFY2(PageWarnings::collected().isEmpty(), qPrintable(PageWarnings::collected().join(QLatin1Char('\n'))));
     }
 
     void everyTabShowsItsContent_data()
@@ -140,21 +78,21 @@ private slots:
     {
         QFETCH(QString, tab);
         QFETCH(QString, content);
-        showTab(qPrintable(tab));
-        QQuickItem* shown = item(qPrintable(content));
+        showTab(tab);
+        QQuickItem* shown = item(content);
         QVERIFY(shown);
         QTRY_VERIFY(shown->isVisible());
-        // A few refreshes so the charts hold data.
+        // A few refreshes so the charts, once shown, hold data.
         QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
-        QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 2, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= (tab == QLatin1String("chartsTab") ? 2 : 0), 10000);
         QTest::qWait(50);
 
-        const QImage picture = rendered();
-        QCOMPARE(picture.size(), QSize(1280, 800));
+        const QImage picture = m_rig->picture();
+        QCOMPARE(picture.size(), m_rig->window()->size());
         const QRectF area = shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
         QVERIFY2(hasSeveralColours(picture, area.toRect().intersected(picture.rect())),
                  qPrintable(content + QStringLiteral(" shows nothing")));
-        savePicture(tab);
+        m_rig->keepPicture(tab);
     }
 
     void typedMetricIsJudgedByTheModule_data()
@@ -173,7 +111,7 @@ private slots:
         QQuickItem* apply = item("applyButton");
         QVERIFY(apply);
         QVERIFY(apply->isEnabled());
-        typeInto(item("metric_maxRangeM"), text);
+        QVERIFY(m_rig->type("metric_maxRangeM", text));
 
         QQuickItem* message = item("metric_maxRangeM_message");
         QVERIFY(message);
@@ -186,8 +124,7 @@ private slots:
         QVERIFY2(messageStart.isEmpty() ? shown.isEmpty() : shown.startsWith(messageStart), qPrintable(shown));
         QCOMPARE(message->isVisible(), !shown.isEmpty());
         QCOMPARE(apply->isEnabled(), shown.isEmpty());
-        savePicture(QStringLiteral("configuration-typed-")
-                    + QString::fromLatin1(QTest::currentDataTag()).replace(' ', '-'));
+        m_rig->keepPicture(QStringLiteral("configuration-typed-") + QTest::currentDataTag());
         if (shown.isEmpty()) {
             QObject* metrics = edited->property("metrics").value<QObject*>();
             QCOMPARE(metrics->property("maxRangeM").toFloat(), 5.0f);
@@ -208,14 +145,14 @@ private slots:
         QVERIFY(rx1 && rx3 && !enabled(0) && enabled(2));
         QVERIFY(!rx1->property("checked").toBool() && rx3->property("checked").toBool());
 
-        click(rx1);
+        click("rx_1");
         QVERIFY(enabled(0));
         QVERIFY(rx1->property("checked").toBool());
-        click(rx1);
+        click("rx_1");
         QVERIFY(!enabled(0));
         // The scene keeps one receiver: unchecking the last one leaves it on,
         // and the box shows so.
-        click(rx3);
+        click("rx_3");
         QVERIFY(enabled(2));
         QVERIFY(rx3->property("checked").toBool());
         QVERIFY(!item("revertButton")->isEnabled());
@@ -224,16 +161,16 @@ private slots:
     void savedConfigurationLoadsBackThroughTheDialogs()
     {
         showTab("configurationTab");
-        click(item("saveConfigButton"));
-        QFileDialog* save = openDialog();
+        click("saveConfigButton");
+        QFileDialog* save = shownFileDialog();
         QVERIFY(save);
         // The dialog proposes the module's name for the file.
         const QStringList proposed = save->selectedFiles();
         QCOMPARE(proposed.size(), 1);
         const QRegularExpression proposal(QStringLiteral("^KMR7A_Settings_[0-9]{8}-[0-9]{6}\\.json$"));
         QVERIFY2(QFileInfo(proposed.first()).fileName().contains(proposal), qPrintable(proposed.first()));
-        const QString path = m_dir.filePath(QStringLiteral("saved.json"));
-        chooseFile(save, path);
+        const QString path = filePath(QStringLiteral("saved.json"));
+        QVERIFY(chooseFile(*m_rig, save, path));
         QTRY_VERIFY(QFile::exists(path));
 
         // An applied change reaches the device; acquisition runs on at the
@@ -241,19 +178,19 @@ private slots:
         QObject* applied = viewObject("deviceConfiguration.metrics");
         QQuickItem* revert = item("revertButton");
         QVERIFY(revert && !revert->isEnabled());
-        typeInto(item("metric_frameRepetitionTimeS"), QStringLiteral("0.2"));
+        QVERIFY(m_rig->type("metric_frameRepetitionTimeS", QStringLiteral("0.2")));
         QTRY_VERIFY(revert->isEnabled());
         QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
-        click(item("applyButton"));
+        click("applyButton");
         QCOMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.2f);
         QVERIFY(!revert->isEnabled());
         QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 3, 5000);
         QVERIFY(view()->property("isActive").toBool());
 
-        click(item("loadConfigButton"));
-        QFileDialog* load = openDialog();
+        click("loadConfigButton");
+        QFileDialog* load = shownFileDialog();
         QVERIFY(load);
-        chooseFile(load, path);
+        QVERIFY(chooseFile(*m_rig, load, path));
         QTRY_COMPARE(applied->property("frameRepetitionTimeS").toFloat(), 0.1f);
         QCOMPARE(text("metric_frameRepetitionTimeS"), QStringLiteral("0.1"));
     }
@@ -267,9 +204,8 @@ private slots:
         // temperature with the monitor's first reading.
         QVERIFY2(text("deviceTxPower").contains(QRegularExpression("^Tx1: -?[0-9.]+ dBm$")),
                  qPrintable(text("deviceTxPower")));
-        QTRY_VERIFY_WITH_TIMEOUT(text("deviceTemperature").endsWith(QStringLiteral(" °C")),
-                                 8000);
-        savePicture(QStringLiteral("deviceTab"));
+        QTRY_VERIFY_WITH_TIMEOUT(text("deviceTemperature").endsWith(QStringLiteral(" °C")), 8000);
+        m_rig->keepPicture(QStringLiteral("deviceTab"));
     }
 
     void hoverOverTheImageReadsRangeAndSpeed()
@@ -287,7 +223,7 @@ private slots:
 
         // A quarter from the top (range grows upwards), three quarters across.
         const QPointF at = image->mapToScene(QPointF(image->width() * 0.75, image->height() * 0.25));
-        QTest::mouseMove(m_window.get(), at.toPoint());
+        QTest::mouseMove(m_rig->window(), at.toPoint());
         QQuickItem* readout = item("rangeDopplerReadoutText");
         QTRY_VERIFY(readout->isVisible());
         const QString shown = readout->property("text").toString();
@@ -315,28 +251,27 @@ private slots:
         QFETCH(int, application);
         QFETCH(QString, chart);
         QFETCH(QString, setting);
-        QQuickItem* shown = item(qPrintable(chart));
+        QQuickItem* shown = item(chart);
         QVERIFY(shown && !shown->isVisible());
 
         showTab("configurationTab");
-        QQuickItem* selector = item("applicationSelector");
-        click(selector);
+        click("applicationSelector");
         for (int i = 0; i < application; ++i)
-            QTest::keyClick(m_window.get(), Qt::Key_Down);
-        QTest::keyClick(m_window.get(), Qt::Key_Return);
+            QTest::keyClick(m_rig->window(), Qt::Key_Down);
+        QTest::keyClick(m_rig->window(), Qt::Key_Return);
         QObject* edited = viewObject("guiConfiguration");
         QTRY_COMPARE(edited->property("application").toInt(), application);
         QVERIFY(item("revertButton")->isEnabled());
-        click(item("applyButton"));
+        click("applyButton");
         QObject* applied = viewObject("deviceConfiguration");
         QCOMPARE(applied->property("application").toInt(), application);
         QVERIFY(view()->property("isActive").toBool());
         // The application's own settings are on the page now.
-        QQuickItem* field = item(qPrintable(setting));
+        QQuickItem* field = item(setting);
         QVERIFY(field);
         QTRY_VERIFY(field->isVisible());
         QVERIFY(!field->property("text").toString().isEmpty());
-        savePicture(QStringLiteral("configuration-") + QString::fromLatin1(QTest::currentDataTag()));
+        m_rig->keepPicture(QStringLiteral("configuration-") + QString::fromLatin1(QTest::currentDataTag()));
 
         showTab("chartsTab");
         QVERIFY(shown->isVisible());
@@ -346,124 +281,59 @@ private slots:
             QVERIFY(shown->findChild<QObject*>("seriesChart")->property("pointCount").toInt() > 1);
         else
             QVERIFY(shown->property("pixelRadius").toInt() > 50);
-        savePicture(QStringLiteral("charts-") + QString::fromLatin1(QTest::currentDataTag()));
+        m_rig->keepPicture(QStringLiteral("charts-") + QString::fromLatin1(QTest::currentDataTag()));
     }
 
     void recordButtonStartsAndStopsARecording()
     {
-        RecordingUserSettings& settings = *m_sim->core().recordingUserSettings();
-        settings.setRecordingPath(m_dir.path());
+        RecordingUserSettings& settings = *m_rig->host().core().recordingUserSettings();
+        settings.setRecordingPath(m_rig->directory());
         settings.setFileName(QStringLiteral("by-button"));
         settings.setNumOfFrames(0);
         settings.setTxtFile(true);
         showTab("recordingTab");
         QQuickItem* file = item("recordingFile");
         QVERIFY(file);
-        QCOMPARE(file->property("text").toString(), m_dir.filePath(QStringLiteral("by-button.raw.bin")));
+        QCOMPARE(file->property("text").toString(), filePath(QStringLiteral("by-button.raw.bin")));
         QCOMPARE(text("recordingLimit"), QStringLiteral("none: records until stopped"));
         settings.setTimeLimitOnRecording(true);
         settings.setDuration(0, 0, 3, 0);
         // Three seconds at the applied 0.1 s per frame.
-        QCOMPARE(text("recordingLimit"),
-                 QStringLiteral("by time: 30 frames at the applied frame rate"));
+        QCOMPARE(text("recordingLimit"), QStringLiteral("by time: 30 frames at the applied frame rate"));
         settings.setTimeLimitOnRecording(false);
 
-        QQuickItem* button = item("recordButton");
-        click(button);
+        click("recordButton");
         QVERIFY(view()->property("isRecordingActive").toBool());
         QSignalSpy numbers(view(), SIGNAL(frameNumberChanged(int)));
         QTRY_VERIFY_WITH_TIMEOUT(numbers.count() >= 5, 5000);
-        savePicture(QStringLiteral("recording-active"));
-        click(button);
+        m_rig->keepPicture(QStringLiteral("recording-active"));
+        click("recordButton");
         QVERIFY(!view()->property("isRecordingActive").toBool());
-        QVERIFY(QFileInfo(m_dir.filePath(QStringLiteral("by-button.raw.bin"))).size() > 0);
-        QVERIFY(QFile::exists(m_dir.filePath(QStringLiteral("by-button.json"))));
+        QVERIFY(QFileInfo(filePath(QStringLiteral("by-button.raw.bin"))).size() > 0);
+        QVERIFY(QFile::exists(filePath(QStringLiteral("by-button.json"))));
 
         // The text copy follows the recording, its progress on the bar.
         QTRY_VERIFY_WITH_TIMEOUT(!view()->property("isParsingActive").toBool(), 10000);
         QCOMPARE(item("txtProgress")->property("value").toDouble(), 100.0);
         QCOMPARE(text("txtProgressText"), QStringLiteral("Text copy written"));
-        QVERIFY(QFileInfo(m_dir.filePath(QStringLiteral("by-button.raw.txt"))).size() > 0);
+        QVERIFY(QFileInfo(filePath(QStringLiteral("by-button.raw.txt"))).size() > 0);
     }
 
 private:
-    QQuickItem* item(const char* name) const
-    {
-        if (QQuickItem* found = m_page->findChild<QQuickItem*>(QLatin1String(name)))
-            return found;
-        return findItem(m_page, QLatin1String(name));
-    }
+    QQuickItem* item(const QString& name) const { return m_rig->item(name); }
+    QString text(const QString& name) const { return m_rig->text(name); }
+    QObject* view() const { return m_rig->view(); }
+    QString filePath(const QString& name) const { return QDir(m_rig->directory()).filePath(name); }
 
-    void click(QQuickItem* target)
-    {
-        QVERIFY(target && target->isVisible());
-        const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
-        QTest::mouseClick(m_window.get(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
-    }
+    void click(const QString& name) { QVERIFY2(m_rig->click(name), qPrintable(name + QStringLiteral(" cannot be clicked"))); }
 
-    void showTab(const char* name)
+    void showTab(const QString& name)
     {
-        click(item(name));
+        click(name);
         // The tab's page is shown once the layout has run.
         QTest::qWait(100);
     }
 
-    void typeInto(QQuickItem* field, const QString& text)
-    {
-        QVERIFY(field);
-        click(field);
-        QVERIFY(field->hasActiveFocus());
-        QTest::keyClick(m_window.get(), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(m_window.get(), Qt::Key_Backspace);
-        for (const QChar character : text)
-            QTest::keyClick(m_window.get(), character.toLatin1());
-    }
-
-    // The window's next frame as the offscreen screen received it: grabWindow()
-    // answers an empty image with the software renderer there.
-    QImage rendered()
-    {
-        QSignalSpy swapped(m_window.get(), &QQuickWindow::frameSwapped);
-        m_window->update();
-        return swapped.wait(5000) ? m_window->screen()->grabWindow(m_window->winId()).toImage() : QImage();
-    }
-
-    void savePicture(const QString& name)
-    {
-        const QString folder = qEnvironmentVariable("RADAR_PAGES_PICTURES");
-        if (!folder.isEmpty())
-            QVERIFY(rendered().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
-    }
-
-    // The file dialog the page opened, once it shows.
-    QFileDialog* openDialog()
-    {
-        QFileDialog* dialog = nullptr;
-        const bool shown = QTest::qWaitFor([&dialog] {
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                if (auto candidate = qobject_cast<QFileDialog*>(widget); candidate && candidate->isVisible())
-                    dialog = candidate;
-            }
-            return dialog != nullptr;
-        });
-        return shown ? dialog : nullptr;
-    }
-
-    // Types the file's path into the dialog and confirms it.
-    void chooseFile(QFileDialog* dialog, const QString& path)
-    {
-        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        QVERIFY(name);
-        name->setText(path);
-        QTest::keyClick(name, Qt::Key_Return);
-        QTRY_VERIFY(!dialog->isVisible());
-        // The page's window takes the keyboard again.
-        m_window->requestActivate();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
-
-    QObject* view() const { return m_sim->view(); }
-    QString text(const char* name) const { return item(name)->property("text").toString(); }
     // An object below the view by its dotted path of properties.
     QObject* viewObject(const char* path) const
     {
@@ -473,10 +343,7 @@ private:
         return object;
     }
 
-    QTemporaryDir m_dir;
-    std::unique_ptr<SimulatedHost> m_sim;
-    std::unique_ptr<QQuickWindow> m_window;
-    QQuickItem* m_page = nullptr;
+    std::unique_ptr<WindowRig> m_rig;
 };
 
 QTEST_MAIN(TestRadarPages)
