@@ -54,7 +54,7 @@ private slots:
                  QString());
         QSignalSpy refreshes(view(), SIGNAL(chartsDataUpdated()));
         QVERIFY(m_rig->workbench().boardList().connectBoard(QStringLiteral("Radar")));
-        QTRY_VERIFY_WITH_TIMEOUT(refreshes.count() >= 3, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!refreshes.isEmpty(), 10000);
         QVERIFY(item("chartsTab"));
     }
 
