@@ -179,27 +179,6 @@ private slots:
         QCOMPARE(loaded.segmentation()->maxNumTracks(), 0u);
     }
 
-    void applicationSectionFollowsMode_data()
-    {
-        QTest::addColumn<int>("application");
-        QTest::addColumn<QString>("section");
-        QTest::newRow("None") << int(RadarConstants::None) << "";
-        QTest::newRow("PresenceSensing") << int(RadarConstants::PresenceSensing) << "presence_sensing";
-        QTest::newRow("Segmentation") << int(RadarConstants::Segmentation) << "segmentation";
-    }
-
-    void applicationSectionFollowsMode()
-    {
-        QFETCH(int, application);
-        QFETCH(QString, section);
-        RadarDeviceConfiguration config;
-        describeBoard(config, "KMR7C");
-        config.setApplication(RadarConstants::Application(application));
-        const QJsonObject saved = writeTree(config.configurationTree());
-        QCOMPARE(saved.keys(), QStringList({ "device_config", "json_version", section }).mid(0, section.isEmpty() ? 2 : 3));
-        QCOMPARE(saved.value("json_version").toObject(), QJsonObject({ { "type", "KMR7C" }, { "version", "1.0" } }));
-    }
-
     void extendedDocumentRoundTrips()
     {
         RadarDeviceConfiguration config;
