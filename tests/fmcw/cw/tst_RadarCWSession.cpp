@@ -87,15 +87,17 @@ private:
         QVERIFY(call("applyGuiConfig"));
     }
 
-    // Starts the host on a board carrying `chip` and switches it to CW.
-    void startInCw(const QString& chip)
+private slots:
+    // The host started on a KMR7A board, switched to CW.
+    void init()
     {
-        m_sim.reset();
-        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + chip);
+        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
+        const QString directory = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()));
         QVERIFY(QDir().mkpath(directory));
         m_sim = std::make_unique<SimulatedHost>();
         const QString error = m_sim->start(
-            SimulatedHost::oneBoardBench(QLatin1String(kBoard), chip, QStringLiteral("unpaced")), directory);
+            SimulatedHost::oneBoardBench(QLatin1String(kBoard), QStringLiteral("KMR7A"), QStringLiteral("unpaced")),
+            directory);
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QVERIFY(cwView());
         QVERIFY(m_sim->host().sdkLibrary().control());
@@ -103,13 +105,6 @@ private:
         QVERIFY2(connected.isEmpty(), qPrintable(connected));
         QVERIFY(coordinator()->setProperty("userMode", QString::fromLatin1(RadarCWMode::kUserMode)));
         QTRY_VERIFY(cwView()->property("isConnected").toBool());
-    }
-
-private slots:
-    void init()
-    {
-        qRegisterMetaType<Constants::UserMessageType>("Constants::UserMessageType");
-        startInCw(QStringLiteral("KMR7A"));
     }
 
     void cleanup()
