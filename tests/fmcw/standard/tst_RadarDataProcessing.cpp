@@ -35,19 +35,6 @@ Q_DECLARE_METATYPE(RadarConstants::Application)
 
 namespace {
 
-SharedFrame makeFrame()
-{
-    struct Owned {
-        std::vector<float> samples = std::vector<float>(8, 0.5f);
-        vrn_Matrix_R_s matrix { 2, 4, 4, nullptr };
-        vrn_Matrix_R_s* channels[1] { &matrix };
-        vrn_Frame_R_t frame { 1, channels };
-    };
-    auto* owned = new Owned;
-    owned->matrix.data = owned->samples.data();
-    return SharedFrame(&owned->frame, [owned](const vrn_Frame_R_t*) { delete owned; });
-}
-
 // Answers from a script, then "no more frames".
 class ScriptedProvider : public IRadarDataProvider
 {
@@ -70,12 +57,13 @@ RadarFrameResult delivered(SharedFrame frame)
     return RadarFrameResult { true, frame.get(), frame };
 }
 
-// `count` frames of makeFrame() for a provider's script.
-QVector<RadarFrameResult> frames(int count)
+// `count` frames of one channel, two chirps of four samples, for a
+// provider's script.
+QVector<RadarFrameResult> frames(FakeVrn& fake, int count)
 {
     QVector<RadarFrameResult> script;
     for (int i = 0; i < count; ++i)
-        script.append(delivered(makeFrame()));
+        script.append(delivered(fake.newFrame(1, 2, 4)));
     return script;
 }
 
@@ -179,13 +167,13 @@ private slots:
         m_core->recordingUserSettings()->setRecordingPath(dir.path());
         QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
         QVERIFY(m_configuration->applyGuiConfiguration());
-        // Records of two chirps of four samples, as makeFrame() delivers them:
+        // Records of two chirps of four samples, as frames() delivers them:
         // a recording without samples per frame is refused.
         m_configuration->appliedConfiguration()->parameters()->setNumChirpsPerFrame(2);
         m_configuration->appliedConfiguration()->parameters()->setNumSamplesPerChirp(4);
         HoldingProcessing processing(nullptr, m_core.get(), m_configuration.get(), m_settings.get());
         processing.heldFrames = { 2, 3 };
-        ScriptedProvider provider(frames(6));
+        ScriptedProvider provider(frames(*m_fake, 6));
         processing.setDataProvider(&provider);
         // A failed check must not leave the worker held with the chain locked.
         const auto letGo = qScopeGuard([&processing] { processing.released.release(100); });
@@ -220,7 +208,7 @@ private slots:
         QVERIFY(m_configuration->applyDefaultConfiguration(RadarConstants::None));
         QVERIFY(m_configuration->applyGuiConfiguration());
         // An empty frame is neither counted nor shown.
-        QVector<RadarFrameResult> script = frames(4);
+        QVector<RadarFrameResult> script = frames(*m_fake, 4);
         script.insert(1, delivered(SharedFrame()));
         ScriptedProvider provider(script);
         m_processing->setDataProvider(&provider);
