@@ -7,6 +7,7 @@
 #include <QSet>
 
 #include <cmath>
+#include <limits>
 #include <set>
 
 namespace vrnsim {
@@ -141,19 +142,29 @@ bool parseTarget(const QJsonValue& value, const QString& path, Target& t, std::s
     return r.ok();
 }
 
+// A status is a whole number the SDK's 32-bit status can hold, written as a
+// JSON number or as text ("0x11002" or decimal). Anything else is refused
+// rather than cut down to some other status.
 bool parseStatus(const QJsonValue& v, int32_t& status)
 {
+    constexpr double lowest = std::numeric_limits<int32_t>::min();
+    constexpr double highest = std::numeric_limits<int32_t>::max();
+    double n = 0;
     if (v.isDouble()) {
-        status = static_cast<int32_t>(v.toDouble());
-        return true;
-    }
-    if (!v.isString())
+        n = v.toDouble();
+    } else if (v.isString()) {
+        bool ok = false;
+        const QString s = v.toString();
+        n = double(s.startsWith(QLatin1String("0x")) ? s.mid(2).toLongLong(&ok, 16) : s.toLongLong(&ok, 10));
+        if (!ok)
+            return false;
+    } else {
         return false;
-    bool ok = false;
-    const QString s = v.toString();
-    const qlonglong n = s.startsWith(QLatin1String("0x")) ? s.mid(2).toLongLong(&ok, 16) : s.toLongLong(&ok, 10);
+    }
+    if (!(n >= lowest && n <= highest) || n != std::floor(n))
+        return false;
     status = static_cast<int32_t>(n);
-    return ok;
+    return true;
 }
 
 bool parseFault(const QJsonValue& value, const QString& path, ScheduledFault& f, std::string& error)

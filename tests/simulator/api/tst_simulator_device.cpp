@@ -341,6 +341,12 @@ private slots:
         QTest::newRow("typo") << R"({ "boards": [ { "uuid": "x", "pacng": "unpaced" } ] })" << "boards[0].pacng";
         QTest::newRow("fault status") << R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1 } ] } ] })"
                                       << "boards[0].faults[0].status";
+        // A status the SDK's 32-bit status cannot hold is refused, not cut down.
+        const QString status = QStringLiteral(R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1, "status": %1 } ] } ] })");
+        const QString refused = QStringLiteral("boards[0].faults[0].status: must be a non-zero status");
+        QTest::newRow("status far beyond 32 bits") << status.arg("5.4e71") << refused;
+        QTest::newRow("status text beyond 32 bits") << status.arg("\"0x100011002\"") << refused;
+        QTest::newRow("status not whole") << status.arg("70658.5") << refused;
         QTest::newRow("fault counted twice")
             << R"({ "boards": [ { "uuid": "x", "faults": [ { "at_frame": 1, "at_capture": 1, "kind": "unplug" } ] } ] })"
             << "boards[0].faults[0].at_capture: cannot go with";
